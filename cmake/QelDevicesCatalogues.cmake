@@ -2,9 +2,8 @@
 #
 # Compiles id-based translation catalogues and puts them into TARGET's resources under PREFIX, in a
 # collection named TARGET_translations. plugin_de.ts becomes PREFIX/plugin_de.qm.
-find_package(Qt5 5.14 REQUIRED COMPONENTS Core LinguistTools)
-
 function(qel_add_catalogues target prefix)
+    find_package(Qt5 REQUIRED COMPONENTS Core LinguistTools)
     set(directory ${CMAKE_CURRENT_BINARY_DIR}/${target}_translations)
     set(entries "")
     set(compiled "")
