@@ -1,0 +1,55 @@
+# Three packages for Debian: the library, what one needs to build with it, the tool and the simulator.
+# scripts/package configures a build for them.
+set(CPACK_GENERATOR DEB)
+set(CPACK_OUTPUT_FILE_PREFIX packages)
+set(CPACK_PACKAGE_CONTACT "The qeldevices developers <developers@qeldevices.invalid>")
+set(CPACK_COMPONENTS_ALL library development tools)
+set(CPACK_DEB_COMPONENT_INSTALL ON)
+set(CPACK_STRIP_FILES ON)
+# Staged below DESTDIR: the prefix itself says where the drivers go, and must stay what it is.
+set(CPACK_SET_DESTDIR ON)
+
+set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_PACKAGE_RELEASE 1)
+set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${PROJECT_BINARY_DIR}/src)
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "")
+set(this_version ${PROJECT_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE})
+set(summary "uniform access to laboratory plate readers")
+set(introduction "Applications find, open and drive plate readers through driver plugins, whoever
+made the instruments.")
+# A field that CPack learns in version 3.31; any version writes this one as it stands.
+set(multiarch "\nMulti-Arch: same")
+
+# Packages with drivers or applications for this library get their dependency from this.
+file(CONFIGURE OUTPUT ${PROJECT_BINARY_DIR}/packages/shlibs @ONLY
+    CONTENT "libqeldevices 1 libqeldevices1 (>= @PROJECT_VERSION@)\n")
+set(CPACK_DEBIAN_LIBRARY_PACKAGE_NAME libqeldevices1)
+set(CPACK_DEBIAN_LIBRARY_PACKAGE_SECTION "libs${multiarch}")
+set(CPACK_DEBIAN_LIBRARY_PACKAGE_CONTROL_EXTRA ${PROJECT_BINARY_DIR}/packages/shlibs)
+set(CPACK_DEBIAN_LIBRARY_DESCRIPTION "${summary}
+${introduction}
+.
+This package contains the library.")
+
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME libqeldevices-dev)
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION "libdevel${multiarch}")
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "libqeldevices1 (= ${this_version}), qtbase5-dev")
+# The linguist tools compile the catalogues of a driver that has some.
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_RECOMMENDS "cmake, qttools5-dev, qttools5-dev-tools")
+set(CPACK_DEBIAN_DEVELOPMENT_DESCRIPTION "${summary} (development files)
+${introduction}
+.
+This package contains what one needs to build applications and driver plugins.")
+
+set(CPACK_DEBIAN_TOOLS_PACKAGE_NAME qeldevices-tools)
+set(CPACK_DEBIAN_TOOLS_PACKAGE_SECTION science)
+set(CPACK_DEBIAN_TOOLS_PACKAGE_DEPENDS "libqeldevices1 (= ${this_version})")
+set(CPACK_DEBIAN_TOOLS_DESCRIPTION "${summary} (command line tool)
+${introduction}
+.
+This package contains the command line tool qelctl and the driver of the
+simulated plate readers.")
+
+include(CPack)
