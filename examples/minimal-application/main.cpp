@@ -8,10 +8,10 @@
 
 using namespace qel::devices;
 
-static QTextStream out(stdout);
-
 static void print(const QVariantHash &plate)
 {
+    QTextStream out(stdout);
+    out << Qt::fixed << qSetRealNumberPrecision(3);
     const int columns = plate.value(QStringLiteral("columns")).toInt();
     const auto reads = plate.value(QStringLiteral("values")).toList();
     const auto values = reads.value(0).value<QVector<double>>();
@@ -30,6 +30,8 @@ static void measureOnFirstOf(QList<DeviceInfo> instruments)
     if (instruments.isEmpty())
         return fail(QStringLiteral("No instrument here can measure absorbance."));
     Device *reader = DeviceBroker::createDevice(instruments.takeFirst());
+    if (!reader) // unplugged meanwhile
+        return measureOnFirstOf(instruments);
     reader->setParent(qApp);
 
     QObject::connect(reader, &Device::openChanged, reader, [reader, instruments](bool open) {
@@ -49,6 +51,9 @@ static void measureOnFirstOf(QList<DeviceInfo> instruments)
                          print(result.toHash());
                          QCoreApplication::exit(ok ? 0 : 1);
                      });
+    QObject::connect(reader, &Device::actionRequired, reader, [](int, const QString &action) {
+        fail(qtTrId(action.toUtf8())); // not confirmed: it is up to the user, then to another run
+    });
     QObject::connect(reader, &Device::errorChanged, reader, [reader] {
         fail(reader->name() + QStringLiteral(": ") + qtTrId(reader->errorTrId().toUtf8()));
     });
@@ -62,7 +67,7 @@ int main(int argc, char *argv[])
 
     const QList<DeviceInfo> instruments = DeviceBroker::availableDevices();
     for (const DeviceInfo &instrument : instruments)
-        out << instrument.serial() << '\t' << instrument.name() << '\n';
+        QTextStream(stdout) << instrument.serial() << '\t' << instrument.name() << '\n';
     QTimer::singleShot(0, [instruments] { measureOnFirstOf(instruments); });
     return QCoreApplication::exec();
 }

@@ -37,11 +37,13 @@ void Thermometer::reset()
 
 void Thermometer::executeImpl(DeviceFeature feature)
 {
-    if (m_answer.isActive()) { // one run at a time: this one ends here, the other goes on
+    if (m_answer.isActive()) { // this run ends here, the other one goes on
+        setError(ERROR_DEVICE_NOT_READY, QStringLiteral("minimal-busy"));
         emit executed(feature, false);
         return;
     }
     m_answer.start();
+    setError(NO_DEVICE_ERROR, QString());
     setBusy(true);
 }
 
