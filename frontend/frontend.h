@@ -1,0 +1,26 @@
+#ifndef FRONTEND_FRONTEND_H
+#define FRONTEND_FRONTEND_H
+
+#include <QtCore/QLocale>
+
+/// What all front ends share: runs, feature values as JSON, configurations, plates as text.
+///
+/// Qt Core only, no user interface. Failures are values with a sentence for the user, in the
+/// language of installTranslations().
+namespace qel::frontend {
+
+/// Registers the feature type and the payload types of the library with the meta-type system, so
+/// that they travel through queued connections and are found by name. Repeating it does nothing.
+void registerMetaTypes();
+
+/// Installs the catalogue for `locale` in the application, in place of the one installed before.
+/// English holds where there is no catalogue for `locale`, and before the first call.
+void installTranslations(const QLocale &locale = QLocale());
+
+/// What `id`, a translation id that a driver or the library has handed out, says in the user's
+/// language; `id` itself when no installed catalogue holds it.
+QString translated(const QString &id);
+
+} // namespace qel::frontend
+
+#endif

@@ -1,0 +1,247 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="en_US">
+<context>
+    <name></name>
+    <message id="qelfrontend-device-ambiguous">
+        <source></source>
+        <translation>&quot;%1&quot; means more than one instrument; write more of it, or driver/location:%2</translation>
+    </message>
+    <message id="qelfrontend-device-none">
+        <source></source>
+        <translation>there is no instrument &quot;%1&quot;: no driver has found any; check that it is connected and switched on</translation>
+    </message>
+    <message id="qelfrontend-device-unknown">
+        <source></source>
+        <translation>there is no instrument &quot;%1&quot;; these are connected:%2</translation>
+    </message>
+    <message id="qelfrontend-feature-ambiguous">
+        <source></source>
+        <translation>&quot;%1&quot; means more than one feature; write one of: %2</translation>
+    </message>
+    <message id="qelfrontend-feature-unknown">
+        <source></source>
+        <translation>there is no feature &quot;%1&quot;; there are: %2</translation>
+    </message>
+    <message id="qelfrontend-file-size">
+        <source></source>
+        <translation>it is larger than %1 bytes</translation>
+    </message>
+    <message id="qelfrontend-json-single">
+        <source></source>
+        <translation>this is no JSON: one value is expected</translation>
+    </message>
+    <message id="qelfrontend-json-size">
+        <source></source>
+        <translation>this JSON has %1 bytes; at most %2 are read</translation>
+    </message>
+    <message id="qelfrontend-json-syntax">
+        <source></source>
+        <translation>this is no JSON: %1, at byte %2</translation>
+    </message>
+    <message id="qelfrontend-kind-bool">
+        <source></source>
+        <translation>true or false</translation>
+    </message>
+    <message id="qelfrontend-kind-bytes">
+        <source></source>
+        <translation>Base64, or @FILE</translation>
+    </message>
+    <message id="qelfrontend-kind-color">
+        <source></source>
+        <translation>a colour such as #ff8000</translation>
+    </message>
+    <message id="qelfrontend-kind-flags">
+        <source></source>
+        <translation>a list of flags</translation>
+    </message>
+    <message id="qelfrontend-kind-integer">
+        <source></source>
+        <translation>a whole number</translation>
+    </message>
+    <message id="qelfrontend-kind-integers">
+        <source></source>
+        <translation>whole numbers</translation>
+    </message>
+    <message id="qelfrontend-kind-milliseconds">
+        <source></source>
+        <translation>a whole number of milliseconds</translation>
+    </message>
+    <message id="qelfrontend-kind-name">
+        <source></source>
+        <translation>a name</translation>
+    </message>
+    <message id="qelfrontend-kind-number">
+        <source></source>
+        <translation>a number</translation>
+    </message>
+    <message id="qelfrontend-kind-numbers">
+        <source></source>
+        <translation>numbers</translation>
+    </message>
+    <message id="qelfrontend-kind-text">
+        <source></source>
+        <translation>a text</translation>
+    </message>
+    <message id="qelfrontend-kind-texts">
+        <source></source>
+        <translation>texts</translation>
+    </message>
+    <message id="qelfrontend-kind-unsupported">
+        <source></source>
+        <translation>a value that cannot be written here</translation>
+    </message>
+    <message id="qelfrontend-kind-wells">
+        <source></source>
+        <translation>wells such as A1:B12,C3, or a list of true and false</translation>
+    </message>
+    <message id="qelfrontend-limit-choices">
+        <source></source>
+        <translation>, one of: %1</translation>
+    </message>
+    <message id="qelfrontend-limit-length">
+        <source></source>
+        <translation>, %1 of them or none</translation>
+    </message>
+    <message id="qelfrontend-limit-maximum">
+        <source></source>
+        <translation> up to %1</translation>
+    </message>
+    <message id="qelfrontend-limit-minimum">
+        <source></source>
+        <translation> from %1</translation>
+    </message>
+    <message id="qelfrontend-limit-range">
+        <source></source>
+        <translation> from %1 to %2</translation>
+    </message>
+    <message id="qelfrontend-limit-step">
+        <source></source>
+        <translation> in steps of %1</translation>
+    </message>
+    <message id="qelfrontend-plate-empty">
+        <source></source>
+        <translation>the device delivered a plate without values; report this to the maker of its driver</translation>
+    </message>
+    <message id="qelfrontend-plate-none">
+        <source></source>
+        <translation>this result is no plate</translation>
+    </message>
+    <message id="qelfrontend-plate-size">
+        <source></source>
+        <translation>the device delivered a plate of %1 by %2 wells, which cannot be; report this to the maker of its driver</translation>
+    </message>
+    <message id="qelfrontend-plate-type">
+        <source></source>
+        <translation>the device delivered a malformed result: &quot;%1&quot; should be %2 and is &quot;%3&quot;; report this to the maker of its driver</translation>
+    </message>
+    <message id="qelfrontend-plate-values">
+        <source></source>
+        <translation>the device delivered a malformed result: read %1 has %2 values for %3 by %4 wells; report this to the maker of its driver</translation>
+    </message>
+    <message id="qelfrontend-plate-wavelengths">
+        <source></source>
+        <translation>the device delivered a malformed result: %1 wavelengths for %2 reads; report this to the maker of its driver</translation>
+    </message>
+    <message id="qelfrontend-run-aborted">
+        <source></source>
+        <translation>The run was aborted by the user.</translation>
+    </message>
+    <message id="qelfrontend-run-busy">
+        <source></source>
+        <translation>The device was busy with something else all the time. Try again later.</translation>
+    </message>
+    <message id="qelfrontend-run-closed">
+        <source></source>
+        <translation>The device did not open and gave no reason.</translation>
+    </message>
+    <message id="qelfrontend-run-earlier-error">
+        <source></source>
+        <translation> An error from before still stands, which may be the reason: %1</translation>
+    </message>
+    <message id="qelfrontend-run-failed">
+        <source></source>
+        <translation>The device ended the run without a result and gave no reason.</translation>
+    </message>
+    <message id="qelfrontend-run-gone">
+        <source></source>
+        <translation>The device was disconnected or closed during the run. Check the connection and start again.</translation>
+    </message>
+    <message id="qelfrontend-run-no-feature">
+        <source></source>
+        <translation>This device does not offer %1; it offers: %2.</translation>
+    </message>
+    <message id="qelfrontend-run-refused">
+        <source></source>
+        <translation>The device refused to run %1 and gave no reason.</translation>
+    </message>
+    <message id="qelfrontend-run-timeout">
+        <source></source>
+        <translation>The run did not end within %1 s and was stopped. Check the device, or allow more time.</translation>
+    </message>
+    <message id="qelfrontend-setting-file">
+        <source></source>
+        <translation>setting &quot;%1&quot;: cannot read &quot;%2&quot;: %3</translation>
+    </message>
+    <message id="qelfrontend-setting-form">
+        <source></source>
+        <translation>&quot;%1&quot; is not of the form KEY=VALUE</translation>
+    </message>
+    <message id="qelfrontend-setting-length">
+        <source></source>
+        <translation>setting &quot;%1&quot;: %2 values given, exactly %3 or none needed</translation>
+    </message>
+    <message id="qelfrontend-setting-missing">
+        <source></source>
+        <translation>setting &quot;%1&quot; is missing; give %2</translation>
+    </message>
+    <message id="qelfrontend-setting-none">
+        <source></source>
+        <translation>there is no setting &quot;%1&quot;; this feature takes none</translation>
+    </message>
+    <message id="qelfrontend-setting-unknown">
+        <source></source>
+        <translation>there is no setting &quot;%1&quot;; there are: %2</translation>
+    </message>
+    <message id="qelfrontend-setting-wells">
+        <source></source>
+        <translation>setting &quot;%1&quot;: %2</translation>
+    </message>
+    <message id="qelfrontend-setting-wrong">
+        <source></source>
+        <translation>setting &quot;%1&quot;: &quot;%2&quot; is not allowed; it takes %3</translation>
+    </message>
+    <message id="qelfrontend-value-content">
+        <source></source>
+        <translation>the value at %1 cannot be read as %2</translation>
+    </message>
+    <message id="qelfrontend-value-count">
+        <source></source>
+        <translation>the values up to %1 are more than %2</translation>
+    </message>
+    <message id="qelfrontend-value-depth">
+        <source></source>
+        <translation>the value at %1 is nested deeper than %2 levels</translation>
+    </message>
+    <message id="qelfrontend-value-tag">
+        <source></source>
+        <translation>the object at %1 has a &quot;$type&quot; and must have a &quot;value&quot; beside it and nothing else</translation>
+    </message>
+    <message id="qelfrontend-value-type">
+        <source></source>
+        <translation>the value at %1 is of the type &quot;%2&quot;, which JSON is not defined for</translation>
+    </message>
+    <message id="qelfrontend-value-unicode">
+        <source></source>
+        <translation>the text at %1 is no valid Unicode</translation>
+    </message>
+    <message id="qelfrontend-value-unwritable">
+        <source></source>
+        <translation>the value at %1 is a %2 that JSON cannot hold without loss</translation>
+    </message>
+    <message id="qelfrontend-wells-unknown">
+        <source></source>
+        <translation>&quot;%1&quot; is no well or range of wells; they go from A1 to %2</translation>
+    </message>
+</context>
+</TS>
