@@ -1,0 +1,187 @@
+#include "selection.h"
+
+#include "messages_p.h"
+
+#include <QtCore/QMetaEnum>
+#include <QtCore/QStringList>
+
+#include <functional>
+
+namespace qel::frontend {
+
+using namespace qel::devices;
+
+namespace {
+
+QString describe(const DeviceInfo &info)
+{
+    QString text = devicePath(info);
+    if (!info.name().isEmpty())
+        text += QStringLiteral(" \"%1\"").arg(info.name());
+    if (!info.serial().isEmpty())
+        text += QStringLiteral(" (%1)").arg(info.serial());
+    return text;
+}
+
+QString describeAll(const QList<DeviceInfo> &devices)
+{
+    QStringList lines;
+    for (const DeviceInfo &info : devices)
+        lines += QStringLiteral("\n  ") + describe(info);
+    return lines.join(QString());
+}
+
+using Match = std::function<bool(const DeviceInfo &)>;
+
+// What `text` may mean, the surest first.
+QList<Match> meanings(const QString &text)
+{
+    const auto whole = [text](Qt::CaseSensitivity sensitivity) -> Match {
+        return [text, sensitivity](const DeviceInfo &info) {
+            return info.serial().compare(text, sensitivity) == 0
+                || devicePath(info).compare(text, sensitivity) == 0;
+        };
+    };
+    const auto name = [text](Qt::CaseSensitivity sensitivity) -> Match {
+        return [text, sensitivity](const DeviceInfo &info) {
+            return info.name().compare(text, sensitivity) == 0;
+        };
+    };
+    const auto beginning = [text](Qt::CaseSensitivity sensitivity) -> Match {
+        return [text, sensitivity](const DeviceInfo &info) {
+            return info.serial().startsWith(text, sensitivity)
+                || devicePath(info).startsWith(text, sensitivity)
+                || info.name().startsWith(text, sensitivity);
+        };
+    };
+    return {whole(Qt::CaseSensitive),     name(Qt::CaseSensitive),
+            whole(Qt::CaseInsensitive),   name(Qt::CaseInsensitive),
+            beginning(Qt::CaseSensitive), beginning(Qt::CaseInsensitive)};
+}
+
+QString plain(QString name)
+{
+    return name.toLower().remove(u'-').remove(u'_').remove(u' ');
+}
+
+QList<Device::DeviceFeature> allFeatures()
+{
+    QList<Device::DeviceFeature> features;
+    const auto enumeration = QMetaEnum::fromType<Device::DeviceFeature>();
+    for (int i = 0; i < enumeration.keyCount(); ++i) {
+        const auto feature = static_cast<Device::DeviceFeature>(enumeration.value(i));
+        if (feature != Device::DF_None)
+            features += feature;
+    }
+    return features;
+}
+
+} // namespace
+
+std::optional<DeviceInfo> selectDevice(const QString &text, const QList<DeviceInfo> &devices,
+                                       QString *problem)
+{
+    if (devices.isEmpty()) {
+        *problem = message("qelfrontend-device-none", printable(text));
+        return {};
+    }
+    for (const Match &matches : text.isEmpty() ? QList<Match>() : meanings(text)) {
+        QList<DeviceInfo> found;
+        for (const DeviceInfo &info : devices) {
+            if (matches(info) && !found.contains(info))
+                found += info;
+        }
+        if (found.size() == 1)
+            return found.first();
+        if (found.size() > 1) {
+            *problem = message("qelfrontend-device-ambiguous", printable(text), describeAll(found));
+            return {};
+        }
+    }
+    *problem = message("qelfrontend-device-unknown", printable(text), describeAll(devices));
+    return {};
+}
+
+std::optional<Device::DeviceFeature> selectFeature(const QString &text, QString *problem)
+{
+    QString wanted = plain(text);
+    if (wanted.startsWith(QLatin1String("df")))
+        wanted.remove(0, 2);
+
+    const auto features = allFeatures();
+    QStringList found;
+    std::optional<Device::DeviceFeature> match;
+    for (const auto feature : features) {
+        const QString name = plain(featureArgument(feature));
+        if (name == wanted)
+            return feature;
+        if (wanted.isEmpty() || !name.startsWith(wanted))
+            continue;
+        found += featureArgument(feature);
+        match = feature;
+    }
+    if (found.size() == 1)
+        return match;
+    if (found.isEmpty()) {
+        for (const auto feature : features)
+            found += featureArgument(feature);
+        *problem = message("qelfrontend-feature-unknown", printable(text),
+                           found.join(QStringLiteral(", ")));
+    } else {
+        *problem = message("qelfrontend-feature-ambiguous", printable(text),
+                           found.join(QStringLiteral(", ")));
+    }
+    return {};
+}
+
+QList<Device::DeviceFeature> offeredFeatures(const Device &device)
+{
+    QList<Device::DeviceFeature> features;
+    for (const auto feature : allFeatures()) {
+        if (device.hasFeature(feature))
+            features += feature;
+    }
+    return features;
+}
+
+QString featureName(Device::DeviceFeature feature)
+{
+    const char *name = QMetaEnum::fromType<Device::DeviceFeature>().valueToKey(feature);
+    return name ? QString::fromLatin1(name) : QString::number(feature);
+}
+
+QString featureArgument(Device::DeviceFeature feature)
+{
+    QString argument;
+    const QString name = featureName(feature);
+    for (const QChar character : name.midRef(name.startsWith(QLatin1String("DF_")) ? 3 : 0)) {
+        if (character.isUpper() && !argument.isEmpty())
+            argument += u'-';
+        argument += character.toLower();
+    }
+    return argument;
+}
+
+QString devicePath(const DeviceInfo &info)
+{
+    return info.driver() + u'/' + info.location();
+}
+
+QString interfaceName(DeviceInfo::Interface interface)
+{
+    switch (interface) {
+    case DeviceInfo::UnknownInterface:
+        return QStringLiteral("Unknown");
+    case DeviceInfo::Simulator:
+        return QStringLiteral("Simulator");
+    case DeviceInfo::Serial:
+        return QStringLiteral("Serial");
+    case DeviceInfo::UsbHid:
+        return QStringLiteral("USB HID");
+    case DeviceInfo::Network:
+        return QStringLiteral("Network");
+    }
+    return QString();
+}
+
+} // namespace qel::frontend

@@ -1,0 +1,46 @@
+#ifndef FRONTEND_SELECTION_H
+#define FRONTEND_SELECTION_H
+
+#include <qeldevices/device.h>
+#include <qeldevices/deviceinfo.h>
+
+#include <QtCore/QList>
+#include <QtCore/QString>
+
+#include <optional>
+
+namespace qel::frontend {
+
+/// The device among `devices` that `text` means: its serial, `driver/location`, or an unambiguous
+/// beginning of either or of its name. A whole text goes before a beginning, exact letter case
+/// before any case.
+/// @return nothing, and a sentence in `problem` that lists the candidates, when `text` means none
+/// or several
+std::optional<devices::DeviceInfo>
+selectDevice(const QString &text, const QList<devices::DeviceInfo> &devices, QString *problem);
+
+/// The feature that `text` means: the enumerator with or without "DF_", in any letter case and with
+/// dashes or underscores between words ("absorbance-measurement"), or an unambiguous beginning.
+/// Device::DF_None is none.
+/// @return nothing, and a sentence in `problem` that lists the candidates, when `text` means none
+/// or several
+std::optional<devices::Device::DeviceFeature> selectFeature(const QString &text, QString *problem);
+
+/// The features that `device` offers, in ascending order.
+QList<devices::Device::DeviceFeature> offeredFeatures(const devices::Device &device);
+
+/// The enumerator's name, for instance "DF_Orientation"; the number for a value without one.
+QString featureName(devices::Device::DeviceFeature feature);
+
+/// The name as a user types it, for instance "absorbance-measurement".
+QString featureArgument(devices::Device::DeviceFeature feature);
+
+/// `driver/location`, the name of a device that is always there.
+QString devicePath(const devices::DeviceInfo &info);
+
+/// Writes an interface as a user reads it, for instance "USB HID"; empty for an unlisted value.
+QString interfaceName(devices::DeviceInfo::Interface interface);
+
+} // namespace qel::frontend
+
+#endif
