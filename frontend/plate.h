@@ -1,0 +1,47 @@
+#ifndef FRONTEND_PLATE_H
+#define FRONTEND_PLATE_H
+
+#include <qeldevices/device.h>
+
+#include <QtCore/QDateTime>
+#include <QtCore/QString>
+#include <QtCore/QVariant>
+#include <QtCore/QVector>
+
+#include <chrono>
+#include <optional>
+
+namespace qel::frontend {
+
+/// One read of a whole plate.
+struct PlateRead
+{
+    QString label;                 ///< tells it from the other reads: "450 nm", or the unit
+    std::optional<int> wavelength; ///< in nm
+    QVector<double> values;        ///< one a well, row by row from A1; NaN where not measured
+};
+
+/// The result of a measuring feature.
+struct Plate
+{
+    int rows = 0;
+    int columns = 0;
+    QString unit;             ///< of the values
+    QVector<PlateRead> reads; ///< in the order of measurement; each has rows × columns values
+    std::optional<std::chrono::milliseconds> integrationTime; ///< for each well
+    QDateTime startedAt;               ///< in UTC; invalid when the device did not tell
+    std::optional<double> temperature; ///< inside the instrument, in °C
+};
+
+/// Whether `feature` delivers a plate.
+bool isMeasurement(devices::Device::DeviceFeature feature);
+
+/// Reads the result of a measuring feature.
+/// @return nothing, and a sentence in `problem`, when it is not shaped as one: keys missing, of
+/// another type, or with the wrong number of values
+std::optional<Plate> plateFromResult(devices::Device::DeviceFeature feature, const QVariant &result,
+                                     QString *problem);
+
+} // namespace qel::frontend
+
+#endif

@@ -1,0 +1,122 @@
+#include "runjson.h"
+
+#include "configuration.h"
+#include "plate.h"
+#include "selection.h"
+#include "valuecodec.h"
+
+#include <QtCore/QJsonArray>
+
+#include <cmath>
+
+namespace qel::frontend {
+
+using namespace qel::devices;
+
+namespace {
+
+QString timeText(const QDateTime &time)
+{
+    return time.toUTC().toString(Qt::ISODateWithMs);
+}
+
+QJsonValue valueToJson(double value)
+{
+    if (std::isinf(value))
+        return value > 0 ? QStringLiteral("inf") : QStringLiteral("-inf");
+    return std::isnan(value) ? QJsonValue(QJsonValue::Null) : QJsonValue(value);
+}
+
+template<typename T, typename Write>
+QJsonValue orNull(const std::optional<T> &value, Write write)
+{
+    return value ? QJsonValue(write(*value)) : QJsonValue(QJsonValue::Null);
+}
+
+QJsonObject readToJson(const PlateRead &read, const Plate &plate)
+{
+    QJsonArray rows;
+    for (int row = 0; row < plate.rows; ++row) {
+        QJsonArray values;
+        for (int column = 0; column < plate.columns; ++column)
+            values.append(valueToJson(read.values[row * plate.columns + column]));
+        rows.append(values);
+    }
+    return {
+        {QStringLiteral("label"), read.label},
+        {QStringLiteral("wavelength"), orNull(read.wavelength, [](int nm) { return nm; })},
+        {QStringLiteral("values"), rows},
+    };
+}
+
+QJsonObject plateToJson(const Plate &plate)
+{
+    QJsonArray reads;
+    for (const PlateRead &read : plate.reads)
+        reads.append(readToJson(read, plate));
+    return {
+        {QStringLiteral("rows"), plate.rows},
+        {QStringLiteral("columns"), plate.columns},
+        {QStringLiteral("unit"), plate.unit},
+        {QStringLiteral("startedAt"),
+         plate.startedAt.isValid() ? QJsonValue(timeText(plate.startedAt))
+                                   : QJsonValue(QJsonValue::Null)},
+        {QStringLiteral("temperature"), orNull(plate.temperature, valueToJson)},
+        {QStringLiteral("integrationTime"),
+         orNull(plate.integrationTime, [](auto time) { return double(time.count()); })},
+        {QStringLiteral("reads"), reads},
+    };
+}
+
+QJsonValue pluginToJson(const std::optional<DeviceBroker::DevicePluginInfo> &plugin)
+{
+    if (!plugin)
+        return QJsonValue::Null;
+    return QJsonObject{
+        {QStringLiteral("file"), plugin->fileName},
+        {QStringLiteral("manufacturer"), plugin->manufacturer},
+        {QStringLiteral("version"), plugin->version},
+    };
+}
+
+} // namespace
+
+QJsonObject deviceToJson(const DeviceInfo &device)
+{
+    return {
+        {QStringLiteral("interface"), interfaceName(device.interface())},
+        {QStringLiteral("driver"), device.driver()},
+        {QStringLiteral("location"), device.location()},
+        {QStringLiteral("name"), device.name()},
+        {QStringLiteral("serial"), device.serial()},
+    };
+}
+
+std::optional<QJsonObject> runToJson(const RunRecord &record, QString *problem)
+{
+    const auto result = toJson(record.outcome.result, problem);
+    if (!result)
+        return {};
+    QJsonObject document{
+        {QStringLiteral("format"), QStringLiteral("qeldevices-run")},
+        {QStringLiteral("version"), runJsonVersion},
+        {QStringLiteral("library"), version()},
+        {QStringLiteral("device"), deviceToJson(record.device)},
+        {QStringLiteral("plugin"), pluginToJson(record.plugin)},
+        {QStringLiteral("feature"), featureName(record.feature)},
+        {QStringLiteral("configuration"),
+         writeConfiguration(record.configuration, record.descriptor)},
+        {QStringLiteral("startedAt"), timeText(record.outcome.startedAt)},
+        {QStringLiteral("elapsed"), double(record.outcome.elapsed.count()) / 1000},
+        {QStringLiteral("result"), *result},
+    };
+    if (isMeasurement(record.feature)) {
+        const auto plate = plateFromResult(record.feature, record.outcome.result, problem);
+        if (!plate)
+            return {};
+        document.insert(QStringLiteral("plate"), plateToJson(*plate));
+    }
+    return document;
+}
+
+} // namespace qel::frontend

@@ -1,0 +1,62 @@
+#ifndef FRONTEND_RUNJSON_H
+#define FRONTEND_RUNJSON_H
+
+#include "run.h"
+
+#include <qeldevices/devicebroker.h>
+#include <qeldevices/deviceinfo.h>
+
+#include <QtCore/QJsonObject>
+
+#include <optional>
+
+namespace qel::frontend {
+
+/// All that is known of a run whose result is kept.
+struct RunRecord
+{
+    devices::DeviceInfo device;
+    /// The plugin of the device's driver, as pluginOfDriver() finds it.
+    std::optional<devices::DeviceBroker::DevicePluginInfo> plugin;
+    devices::Device::DeviceFeature feature;
+    QVariant descriptor;    ///< what the device said of the feature
+    QVariant configuration; ///< what the feature ran with
+    Outcome outcome;        ///< with a result
+};
+
+/// The version of the document that runToJson() writes. It rises when a reader of the one before
+/// could not read the new one; keys may be added at any time.
+constexpr int runJsonVersion = 1;
+
+/// An instrument's identity: "interface", "driver", "location", "name" and "serial", all strings.
+QJsonObject deviceToJson(const devices::DeviceInfo &device);
+
+/// A run as a JSON document for programs:
+///
+/// | Key             | Value                                                                   |
+/// |-----------------|-------------------------------------------------------------------------|
+/// | "format"        | "qeldevices-run"                                                        |
+/// | "version"       | runJsonVersion                                                          |
+/// | "library"       | version() of the library                                                |
+/// | "device"        | deviceToJson()                                                          |
+/// | "plugin"        | "file", "manufacturer" and "version" of the driver's plugin; null when not
+/// known | | "feature"       | the enumerator, for instance "DF_Orientation" | | "configuration" |
+/// as readConfiguration() takes it                                         | | "startedAt"     |
+/// ISO 8601 in UTC, when the run was started                               | | "elapsed"       |
+/// seconds that the run took                                               | | "result"        |
+/// exactly what the device delivered, as fromJson() reads it               | | "plate"         |
+/// the result of a measurement once more in plain JSON, below; absent for other features |
+///
+/// The plate holds "rows", "columns", "unit", "startedAt" (ISO 8601 or null), "temperature" (°C or
+/// null), "integrationTime" (ms or null) and "reads": objects with "label", "wavelength" (nm or
+/// null) and "values", an array of rows, each an array of numbers; null where not measured, "inf"
+/// or
+/// "-inf" beyond all numbers.
+///
+/// @return nothing, and a sentence in `problem`, when the result cannot be written or is that of a
+/// measurement and not shaped as one
+std::optional<QJsonObject> runToJson(const RunRecord &record, QString *problem);
+
+} // namespace qel::frontend
+
+#endif
