@@ -30,6 +30,7 @@ public:
     void loadTranslations();
 
 private:
+    void removePluginTranslators();
     void loadPluginTranslations(const QString &directory);
 
     QLocale m_locale{QLocale::C, QLocale::AnyCountry};
@@ -72,13 +73,21 @@ void LanguageWatcher::loadTranslations()
     else
         qCWarning(LogCDevices) << "Failed to load common device driver translations.";
 
-    for (const auto &translator : std::as_const(m_pluginTranslators))
-        QCoreApplication::removeTranslator(translator.get());
-    m_pluginTranslators = {};
+    removePluginTranslators();
 
     QDirIterator directories(root, QDir::Dirs | QDir::NoDotAndDotDot, QDirIterator::Subdirectories);
     while (directories.hasNext())
         loadPluginTranslations(directories.next());
+}
+
+void LanguageWatcher::removePluginTranslators()
+{
+    // A copy: a receiver of the language changes sent here may switch the language once more, which
+    // replaces the list.
+    const auto translators = m_pluginTranslators;
+    for (const auto &translator : translators)
+        QCoreApplication::removeTranslator(translator.get());
+    m_pluginTranslators = {};
 }
 
 void LanguageWatcher::loadPluginTranslations(const QString &directory)
