@@ -1,0 +1,186 @@
+#include "journal.h"
+
+#include <qeldevices/qeldevices_global.h>
+
+#include <QtCore/QResource>
+#include <QtTest/QtTest>
+
+#include <functional>
+
+using namespace qel::devices;
+
+class tst_Translations : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void resources();
+    void locales_data();
+    void locales();
+    void onlyALanguageChangeReloads();
+    void pluginCatalogues();
+    void switchedAgainWhileLoading();
+
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    int m_languageChanges = 0;
+    std::function<void()> m_reaction;
+};
+
+static const char *const ids[][2] = {
+    {"NO_DEVICE_ERROR", "The device is working properly."},
+    {"ERROR_DEVICE_UNKNOWN", "An unknown error occurred."},
+    {"ERROR_DEVICE_VENDOR_SPECIFIC", "The device reported an internal error condition."},
+    {"ERROR_DEVICE_CANT_OPEN", "The device cannot be opened."},
+    {"ERROR_DEVICE_NOT_READY", "The device is not ready."},
+    {"ERROR_DEVICE_TIMEOUT", "The device did not respond."},
+    {"ERROR_DEVICE_CANT_WRITE", "Error communicating with the device."},
+    {"ERROR_DEVICE_CHECKSUM_MISMATCH", "Checksum mismatch in data sent from device."},
+    {"ERROR_DEVICE_INVALID_CONFIGURATION",
+     "The operation could not be completed due to an invalid configuration."},
+    {"ERROR_DEVICE_NOT_CALIBRATED", "The device is not calibrated."},
+    {"ERROR_DEVICE_DISCONNECTED", "The device has been disconnected."},
+    {"ERROR_DEVICE_BOOT_FAIL", "Bootloader can't start the firmwware."},
+    {"ERROR_DEVICE_API_TOO_NEW", "The device has a unsupported, newer api version."},
+};
+
+// Sets the default locale and tells the application; returns what the library says of it.
+static QStringList switchTo(const QString &locale, QEvent::Type type = QEvent::LanguageChange)
+{
+    Journal journal;
+    QLocale::setDefault(QLocale(locale));
+    QEvent event(type);
+    QCoreApplication::sendEvent(qApp, &event);
+    QCoreApplication::sendPostedEvents();
+    return journal.take();
+}
+
+static const QString loading = "info qel.devices: Loading translations for locale QLocale(%1)";
+static const QString loaded =
+    "info qel.devices: Successfully loaded common device driver translations.";
+static const QString failed =
+    "warning qel.devices: Failed to load common device driver translations.";
+static const QString pluginLoaded =
+    "info qel.devices: Successfully loaded device plugin translations from \"%1\"";
+static const QString pluginFailed =
+    "warning qel.devices: Failed to load device plugin translations from \"%1\"";
+
+void tst_Translations::initTestCase()
+{
+    // Installed before the library's filter, so asked after it: it sees what that one lets through.
+    qApp->installEventFilter(this);
+    QLocale::setDefault(QLocale("de_DE"));
+    Journal journal;
+    init();
+    QCoreApplication::sendPostedEvents();
+    QCOMPARE(journal.take().mid(4), QStringList({loading.arg("German, Latin, Germany"), loaded}));
+}
+
+bool tst_Translations::eventFilter(QObject *, QEvent *event)
+{
+    if (event->type() == QEvent::LanguageChange) {
+        ++m_languageChanges;
+        if (const auto reaction = std::exchange(m_reaction, {}))
+            reaction();
+    }
+    return false;
+}
+
+// The two catalogues hold nothing but the texts above and differ in nothing but the language tag.
+void tst_Translations::resources()
+{
+    QCOMPARE(QDir(":/qel/devices").entryList(QDir::AllEntries | QDir::Hidden, QDir::Name),
+             QStringList({"qeldevices_de.qm", "qeldevices_en.qm"}));
+    QFile german(":/qel/devices/qeldevices_de.qm");
+    QFile english(":/qel/devices/qeldevices_en.qm");
+    QVERIFY(german.open(QFile::ReadOnly) && english.open(QFile::ReadOnly));
+    QByteArray catalogue = german.readAll();
+    QCOMPARE(catalogue.count("de_DE"), 1);
+    QCOMPARE(catalogue.replace("de_DE", "en_US"), english.readAll());
+    // Section 0x42 holds eight bytes for each entry.
+    const int entries = int(std::size(ids));
+    QVERIFY(catalogue.mid(16).contains(QByteArray::fromHex("42000000") + char(entries * 8)));
+}
+
+void tst_Translations::locales_data()
+{
+    QTest::addColumn<QString>("description");
+    QTest::addColumn<bool>("found");
+    QTest::newRow("en_GB") << "English, Latin, United Kingdom" << true;
+    QTest::newRow("de_AT") << "German, Latin, Austria" << true;
+    QTest::newRow("fr_FR") << "French, Latin, France" << false;
+    QTest::newRow("en_US") << "English, Latin, United States" << true;
+    QTest::newRow("de_DE") << "German, Latin, Germany" << true;
+}
+
+void tst_Translations::locales()
+{
+    QFETCH(QString, description);
+    QFETCH(bool, found);
+    m_languageChanges = 0;
+    QCOMPARE(switchTo(QTest::currentDataTag()),
+             QStringList({loading.arg(description), found ? loaded : failed}));
+    QVERIFY(m_languageChanges > 0);
+    for (const auto &[name, text] : ids) {
+        const QByteArray id = QByteArray("libqeldevices-") + name;
+        QCOMPARE(qtTrId(id), found ? text : QString(id));
+    }
+    QCOMPARE(switchTo(QTest::currentDataTag()), QStringList());
+}
+
+void tst_Translations::onlyALanguageChangeReloads()
+{
+    QCOMPARE(switchTo("en_US", QEvent::LocaleChange), QStringList());
+    QCOMPARE(switchTo("de_DE"), QStringList()); // back before anybody told
+    QLocale::setDefault(QLocale("en_US"));
+    Journal journal;
+    QTranslator own;
+    QVERIFY(own.load(":/qel/devices/qeldevices_en.qm"));
+    QCoreApplication::installTranslator(&own);
+    QCOMPARE(journal.take().size(), 2);
+}
+
+// One catalogue in ":/qel/devices/simple", one in "tree/deep" beside none in "tree", and one where
+// the library's own are, which no walk visits.
+void tst_Translations::pluginCatalogues()
+{
+    switchTo("fr_FR");
+    QVERIFY(QResource::registerResource(CATALOGUES));
+    QStringList messages = switchTo("en_US");
+    const QString last = messages.filter("Successfully loaded device plugin").constLast();
+    QCOMPARE(messages.mid(0, 2),
+             QStringList({loading.arg("English, Latin, United States"), loaded}));
+    messages.sort();
+    QCOMPARE(messages.mid(2),
+             QStringList({pluginLoaded.arg(":/qel/devices"), pluginLoaded.arg(":/qel/devices/tree"),
+                          pluginFailed.arg(":/qel/devices/tree")}));
+    const bool deepIsLast = last == pluginLoaded.arg(":/qel/devices/tree");
+    QCOMPARE(qtTrId("laboratory-ORIGIN"), deepIsLast ? "From the deep" : "From the laboratory");
+    QCOMPARE(qtTrId("libqeldevices-ERROR_DEVICE_UNKNOWN"), "The laboratory does not know.");
+
+    switchTo("fr_FR");
+    QCOMPARE(qtTrId("laboratory-ORIGIN"), "laboratory-ORIGIN");
+}
+
+// A receiver of the language changes that a load sends itself may switch the language once more.
+void tst_Translations::switchedAgainWhileLoading()
+{
+    switchTo("en_US");
+    m_reaction = [] { switchTo("de_DE"); };
+    switchTo("fr_FR");
+    QVERIFY(!m_reaction);
+    QCOMPARE(QLocale(), QLocale("de_DE"));
+    QCOMPARE(qtTrId("libqeldevices-ERROR_DEVICE_UNKNOWN"), "Das Labor weiß es nicht.");
+
+    // Translators of the last load leave nothing behind when their directory has gone.
+    QResource::unregisterResource(CATALOGUES);
+    QVERIFY(!QFile::exists(":/qel/devices/simple"));
+    QCOMPARE(switchTo("en_US").size(), 2);
+    QCOMPARE(qtTrId("laboratory-ORIGIN"), "laboratory-ORIGIN");
+    QCOMPARE(qtTrId("libqeldevices-ERROR_DEVICE_UNKNOWN"), "An unknown error occurred.");
+}
+
+QTEST_GUILESS_MAIN(tst_Translations)
+#include "tst_translations.moc"
