@@ -297,7 +297,9 @@ private:
             return json.isString() && isAllowed(json)
                 ? std::make_optional(QVariant(json.toString()))
                 : wrong(given);
-        if (m_setting.kind == Kind::Number && !json.isDouble())
+        const bool isNumeric = m_setting.kind == Kind::Number || m_setting.kind == Kind::Integer
+            || m_setting.kind == Kind::Milliseconds;
+        if (isNumeric && !json.isDouble())
             return wrong(given);
         const auto value = decode(json, given);
         if (!value)

@@ -1,0 +1,267 @@
+#include "frontend.h"
+#include "plate.h"
+#include "platecsv.h"
+#include "platetext.h"
+#include "runjson.h"
+#include "valuecodec.h"
+
+#include <QtCore/QJsonArray>
+#include <QtCore/QRegularExpression>
+#include <QtTest/QTest>
+
+#include <cmath>
+#include <limits>
+
+using namespace qel::devices;
+using namespace qel::frontend;
+
+static QVariantHash absorbance()
+{
+    return {
+        {QStringLiteral("rows"), 2},
+        {QStringLiteral("columns"), 3},
+        {QStringLiteral("unit"), QStringLiteral("OD")},
+        {QStringLiteral("values"),
+         QVariantList{QVariant::fromValue(QVector<double>{0.1, 0.25, 4, std::nan(""), 1e-7, 3}),
+                      QVariant::fromValue(QVector<double>{1, 2, 3, 4, 5, qInf()})}},
+        {QStringLiteral("startedAt"), QDateTime({2024, 5, 6}, {7, 8, 9, 10}, Qt::UTC)},
+        {QStringLiteral("temperature"), 25.5},
+        {QStringLiteral("wavelengths"), QVariant::fromValue(QList<int>{450, 620})},
+    };
+}
+
+static QVariantHash with(QVariantHash result, const char *key, const QVariant &value)
+{
+    result.insert(QString::fromLatin1(key), value);
+    return result;
+}
+
+static Plate plate(const QVariantHash &result)
+{
+    QString problem;
+    return plateFromResult(Device::DF_AbsorbanceMeasurement, result, &problem).value_or(Plate());
+}
+
+class PlateTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void refusesMalformedResults_data();
+    void refusesMalformedResults();
+    void writesPlateCsv();
+    void writesTidyCsv();
+    void tellsRepeatedReadsApart();
+    void writesLuminescence();
+    void ignoresTheLocale();
+    void writesText();
+    void foldsAndPaintsText();
+    void writesRunJson();
+};
+
+void PlateTest::refusesMalformedResults_data()
+{
+    QTest::addColumn<QVariant>("result");
+    QTest::addColumn<QString>("named");
+    const auto row = [](const char *name, const QVariant &result, const char *named) {
+        QTest::newRow(name) << result << QString::fromLatin1(named);
+    };
+    const auto values = [](int count) { return QVariant::fromValue(QVector<double>(count, 1.0)); };
+    const QVariantHash good = absorbance();
+    row("nothing", QVariant(), "no plate");
+    row("no hash", 42, "no plate");
+    row("empty", QVariantHash(), "\"rows\"");
+    row("rows as a number with a point", with(good, "rows", 2.0), "\"rows\" should be int");
+    row("no rows", with(good, "rows", 0), "0 by 3");
+    row("negative columns", with(good, "columns", -3), "2 by -3");
+    row("size overflows", with(with(good, "rows", 1 << 16), "columns", 1 << 16), "65536 by 65536");
+    row("unit missing", with(good, "unit", QVariant()), "\"unit\"");
+    row("no reads", with(good, "values", QVariantList()), "without values");
+    row("one read that is no list", with(good, "values", values(6)), "\"values\"");
+    row("read too short", with(good, "values", QVariantList{values(6), values(5)}), "read 2 has 5");
+    row("reads of other types", with(good, "values", QVariantList{6, 6}), "read 1 has 0");
+    row("too few wavelengths", with(good, "wavelengths", QVariant::fromValue(QList<int>{450})),
+        "1 wavelengths for 2");
+    row("wavelengths as variants", with(good, "wavelengths", QVariantList{450, 620}),
+        "\"wavelengths\" should be QList<int> and is \"QVariantList\"");
+    row("time as text", with(good, "startedAt", QStringLiteral("now")), "\"startedAt\"");
+    row("temperature as whole number", with(good, "temperature", 25), "\"temperature\"");
+}
+
+void PlateTest::refusesMalformedResults()
+{
+    QFETCH(QVariant, result);
+    QFETCH(QString, named);
+    QString problem;
+    QVERIFY(!plateFromResult(Device::DF_AbsorbanceMeasurement, result, &problem));
+    QVERIFY2(problem.contains(named) && !problem.contains(QLatin1String("qelfrontend-"))
+                 && !problem.contains(u'%'),
+             qPrintable(problem));
+}
+
+void PlateTest::writesPlateCsv()
+{
+    QCOMPARE(plateCsv(plate(absorbance())),
+             QByteArray("450 nm (OD),1,2,3\r\n"
+                        "A,0.1,0.25,4\r\n"
+                        "B,,1e-07,3\r\n"
+                        "\r\n"
+                        "620 nm (OD),1,2,3\r\n"
+                        "A,1,2,3\r\n"
+                        "B,4,5,inf\r\n"));
+    // Only a quoted name may hold what separates cells.
+    const auto odd = plate(with(absorbance(), "unit", QStringLiteral("a,\"b\"\n")));
+    QVERIFY(plateCsv(odd).startsWith("\"450 nm (a,\"\"b\"\"\n)\",1,2,3\r\n"));
+}
+
+void PlateTest::writesTidyCsv()
+{
+    const DeviceInfo device(DeviceInfo::UsbHid, QStringLiteral("d"), QStringLiteral("l"),
+                            QStringLiteral("Reader, \"big\""), QStringLiteral("S1"));
+    const QList<QByteArray> lines =
+        (tidyCsvHeader() + tidyCsv(plate(absorbance()), device)).split('\n');
+    QCOMPARE(lines.size(), 1 + 12 + 1);
+    QCOMPARE(lines[0],
+             QByteArray("device,serial,started_at,temperature_celsius,read,wavelength_nm,"
+                        "integration_time_ms,well,row,column,value,unit\r"));
+    const QByteArray start = "\"Reader, \"\"big\"\"\",S1,2024-05-06T07:08:09.010Z,25.5,";
+    QCOMPARE(lines[1], start + "1,450,,A1,A,1,0.1,OD\r");
+    QCOMPARE(lines[4], start + "1,450,,B1,B,1,,OD\r");
+    QCOMPARE(lines[12], start + "2,620,,B3,B,3,inf,OD\r");
+}
+
+void PlateTest::tellsRepeatedReadsApart()
+{
+    const auto twice =
+        plate(with(absorbance(), "wavelengths", QVariant::fromValue(QList<int>{450, 450})));
+    QCOMPARE(twice.reads[0].label, QStringLiteral("450 nm"));
+    QCOMPARE(twice.reads[1].label, QStringLiteral("450 nm #2"));
+}
+
+void PlateTest::writesLuminescence()
+{
+    QVariantHash result = with(absorbance(), "unit", QStringLiteral("RLU/s"));
+    result.remove(QStringLiteral("wavelengths"));
+    result.remove(QStringLiteral("temperature"));
+    result.insert(QStringLiteral("integrationTime"),
+                  QVariant::fromValue(std::chrono::milliseconds(500)));
+    QString problem;
+    const auto plate = plateFromResult(Device::DF_LuminescenceMeasurement, result, &problem);
+    QVERIFY2(plate, qPrintable(problem));
+    QVERIFY(plateCsv(*plate).startsWith("RLU/s,1,2,3\r\n"));
+    const DeviceInfo device(DeviceInfo::Serial, {}, {}, {}, {});
+    QVERIFY(tidyCsv(*plate, device)
+                .startsWith(",,2024-05-06T07:08:09.010Z,,1,,500,A1,A,1,0.1,RLU/s\r\n"));
+}
+
+void PlateTest::ignoresTheLocale()
+{
+    const QByteArray csv = plateCsv(plate(absorbance()));
+    const QString text = plateText(plate(absorbance()));
+    const QLocale before;
+    QLocale::setDefault(QLocale(QLocale::German));
+    const QByteArray germanCsv = plateCsv(plate(absorbance()));
+    const QString germanText = plateText(plate(absorbance()));
+    QLocale::setDefault(before);
+    QCOMPARE(germanCsv, csv);
+    QCOMPARE(germanText, text);
+}
+
+void PlateTest::writesText()
+{
+    QCOMPARE(plateText(plate(absorbance())),
+             QStringLiteral("450 nm (OD)\n"
+                            "      1     2     3\n"
+                            "A 0.100 0.250 4.000\n"
+                            "B     - 0.000 3.000\n"
+                            "\n"
+                            "620 nm (OD)\n"
+                            "      1     2     3\n"
+                            "A 1.000 2.000 3.000\n"
+                            "B 4.000 5.000   inf\n"));
+}
+
+void PlateTest::foldsAndPaintsText()
+{
+    Plate large;
+    large.rows = 32;
+    large.columns = 48;
+    large.unit = QStringLiteral("RLU/s");
+    QVector<double> values(32 * 48);
+    for (int i = 0; i < values.size(); ++i)
+        values[i] = i * 10.0;
+    values[0] = -std::numeric_limits<double>::max();
+    values[1] = std::numeric_limits<double>::max();
+    values[2] = std::nan("");
+    values[3] = qInf();
+    large.reads = {{large.unit, {}, values}};
+
+    PlateTextStyle style;
+    style.width = 60;
+    const QString folded = plateText(large, style);
+    int cells = 0;
+    for (const QString &line : folded.split(u'\n')) {
+        QVERIFY2(line.size() <= style.width, qPrintable(line));
+        const QStringList words = line.split(u' ', Qt::SkipEmptyParts);
+        if (words.size() > 1 && words[0][0].isLetter())
+            cells += words.size() - 1;
+    }
+    QCOMPARE(cells, 1536);
+
+    // Without its colours, a painted table is the plain one.
+    style.colors = true;
+    QString painted = plateText(large, style);
+    QVERIFY(painted.count(QStringLiteral("\033[0m")) == 1535);
+    QCOMPARE(painted.remove(QRegularExpression(QStringLiteral("\033\\[[0-9;]*m"))), folded);
+
+    // A terminal too narrow for anything still gets everything.
+    style.width = 1;
+    style.colors = false;
+    QVERIFY(plateText(large, style).contains(QLatin1String("AF")));
+}
+
+void PlateTest::writesRunJson()
+{
+    const DeviceInfo device(DeviceInfo::Simulator, QStringLiteral("d"), QStringLiteral("l"),
+                            QStringLiteral("n"), QStringLiteral("s"));
+    RunRecord record{device, {}, Device::DF_AbsorbanceMeasurement, QVariant(), QVariant(), {}};
+    record.configuration =
+        QVariantHash{{QStringLiteral("wavelengths"), QVariant::fromValue(QList<int>{450, 620})}};
+    record.outcome.result = absorbance();
+    record.outcome.startedAt = QDateTime({2024, 5, 6}, {7, 8, 9}, Qt::UTC);
+    record.outcome.elapsed = std::chrono::milliseconds(1234);
+    QString problem;
+    auto json = runToJson(record, &problem);
+    QVERIFY2(json, qPrintable(problem));
+
+    const QJsonObject document = *json;
+    QCOMPARE(document[QStringLiteral("version")].toInt(), runJsonVersion);
+    QCOMPARE(document[QStringLiteral("plugin")], QJsonValue(QJsonValue::Null));
+    QCOMPARE(document[QStringLiteral("feature")].toString(),
+             QStringLiteral("DF_AbsorbanceMeasurement"));
+    QCOMPARE(document[QStringLiteral("elapsed")].toDouble(), 1.234);
+    QCOMPARE(jsonText(document[QStringLiteral("configuration")]),
+             QByteArray(R"({"wavelengths":[450,620]})"));
+    QCOMPARE(jsonText(document[QStringLiteral("plate")]),
+             QByteArray(R"({"columns":3,"integrationTime":null,"reads":[)"
+                        R"({"label":"450 nm","values":[[0.1,0.25,4],[null,1e-07,3]],)"
+                        R"("wavelength":450},)"
+                        R"({"label":"620 nm","values":[[1,2,3],[4,5,"inf"]],"wavelength":620}],)"
+                        R"("rows":2,"startedAt":"2024-05-06T07:08:09.010Z","temperature":25.5,)"
+                        R"("unit":"OD"})"));
+    // The result comes back as the device delivered it.
+    const auto result = fromJson(document[QStringLiteral("result")], &problem);
+    QVERIFY2(result, qPrintable(problem));
+    QCOMPARE(plateCsv(plate(result->toHash())), plateCsv(plate(absorbance())));
+
+    record.outcome.result = QVariantHash();
+    QVERIFY(!runToJson(record, &problem));
+    record.feature = Device::DF_FirmwareInfo;
+    json = runToJson(record, &problem);
+    QVERIFY(json && !json->contains(QStringLiteral("plate")));
+    record.outcome.result = QVariant::fromValue(QSizeF());
+    QVERIFY(!runToJson(record, &problem));
+}
+
+QTEST_GUILESS_MAIN(PlateTest)
+#include "tst_plate.moc"
