@@ -1,0 +1,17 @@
+#ifndef QELCTL_COMMANDS_H
+#define QELCTL_COMMANDS_H
+
+#include "tool.h"
+
+namespace qelctl {
+
+/// The commands, each in the file of its name.
+extern const Command driversCommand;
+extern const Command listCommand;
+extern const Command showCommand;
+extern const Command runCommand;
+extern const Command watchCommand;
+
+} // namespace qelctl
+
+#endif

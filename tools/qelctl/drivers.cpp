@@ -1,0 +1,111 @@
+#include "commands.h"
+#include "listing.h"
+#include "output.h"
+
+#include <enumeration.h>
+
+#include <QtCore/QDir>
+#include <QtCore/QJsonArray>
+
+namespace qelctl {
+
+using qel::devices::DeviceBroker;
+
+namespace {
+
+using PluginInfo = DeviceBroker::DevicePluginInfo;
+
+struct Failure
+{
+    QString fileName;
+    QString reason;
+};
+
+// The plugin files that were tried in vain. Every loader is kept, also those that failed.
+QList<Failure> failures()
+{
+    QStringList loaded;
+    const auto plugins = DeviceBroker::loadedPlugins();
+    for (const PluginInfo &plugin : plugins)
+        loaded.append(QFileInfo(plugin.fileName).canonicalFilePath());
+    QList<Failure> failed;
+    for (const auto &loader : qAsConst(DeviceBroker::LOADERS)) {
+        const QString fileName = loader->fileName();
+        if (loaded.contains(QFileInfo(fileName).canonicalFilePath()))
+            continue;
+        failed.append(
+            {fileName,
+             loader->isLoaded() ? text("qelctl-drivers-no-interface") : loader->errorString()});
+    }
+    return failed;
+}
+
+// What one plugin offers; a driver that another plugin has replaced since is not among it.
+QStringList driversOf(const PluginInfo &plugin)
+{
+    QStringList names;
+    const QStringList drivers = DeviceBroker::availableDrivers();
+    for (const QString &driver : drivers) {
+        const auto origin = qel::frontend::pluginOfDriver(driver);
+        if (origin && origin->fileName == plugin.fileName)
+            names.append(driver);
+    }
+    names.sort();
+    return names;
+}
+
+QByteArray asTable(const QList<PluginInfo> &plugins, const QList<Failure> &failed)
+{
+    QList<QStringList> rows{{text("qelctl-column-driver"), text("qelctl-column-version"),
+                             text("qelctl-column-manufacturer"), text("qelctl-column-file")}};
+    for (const PluginInfo &plugin : plugins) {
+        rows.append({driversOf(plugin).join(QStringLiteral(", ")), plugin.version,
+                     plugin.manufacturer, QDir::toNativeSeparators(plugin.fileName)});
+    }
+    QByteArray lines = table(rows);
+    for (const Failure &failure : failed)
+        lines += text("qelctl-drivers-failure", failure.fileName, failure.reason).toUtf8() + '\n';
+    return lines;
+}
+
+QByteArray asJson(const QList<PluginInfo> &plugins, const QList<Failure> &failed)
+{
+    QJsonArray loaded;
+    for (const PluginInfo &plugin : plugins) {
+        loaded.append(QJsonObject{
+            {QStringLiteral("drivers"), QJsonArray::fromStringList(driversOf(plugin))},
+            {QStringLiteral("file"), plugin.fileName},
+            {QStringLiteral("manufacturer"), plugin.manufacturer},
+            {QStringLiteral("url"), plugin.url.toString()},
+            {QStringLiteral("resourceId"), plugin.resourceId},
+            {QStringLiteral("version"), plugin.version},
+        });
+    }
+    QJsonArray notLoaded;
+    for (const Failure &failure : failed) {
+        notLoaded.append(QJsonObject{{QStringLiteral("file"), failure.fileName},
+                                     {QStringLiteral("reason"), failure.reason}});
+    }
+    QJsonObject json = document(QStringLiteral("qelctl-drivers"));
+    json.insert(QStringLiteral("plugins"), loaded);
+    json.insert(QStringLiteral("failures"), notLoaded);
+    return printable(json);
+}
+
+int run(const QStringList &arguments)
+{
+    CommandLine line(driversCommand);
+    line.addOption({QStringLiteral("json")}, "qelctl-option-json");
+    if (const auto ended = line.parse(arguments, 0, 0))
+        return *ended;
+    startLibrary();
+    const auto plugins = DeviceBroker::loadedPlugins();
+    return printData(line.has(QStringLiteral("json")) ? asJson(plugins, failures())
+                                                      : asTable(plugins, failures()));
+}
+
+} // namespace
+
+const Command driversCommand{"drivers", "qelctl-drivers-summary", "qelctl-drivers-details", &run};
+
+} // namespace qelctl

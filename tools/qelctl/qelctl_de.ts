@@ -1,0 +1,341 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="de_DE">
+<context>
+    <name></name>
+    <message id="qelctl-details">
+        <source></source>
+        <translation>Findet, öffnet und steuert Plattenleser.
+
+  qelctl list
+  qelctl run SERIENNUMMER absorbance-measurement --output platte.csv --format csv
+
+'qelctl BEFEHL --help' sagt alles über einen Befehl.
+
+Rückgabewerte: 0 erledigt, 1 Lauf fehlgeschlagen, 2 falscher Aufruf, 3 Gerät oder Funktion gibt es nicht,
+4 lässt sich nicht öffnen, 5 Gerätefehler, 6 Zeit abgelaufen, 7 vom Benutzer abgebrochen,
+8 Ausgabe nicht schreibbar, 130 unterbrochen.</translation>
+    </message>
+    <message id="qelctl-commands">
+        <source></source>
+        <translation>Befehle:</translation>
+    </message>
+    <message id="qelctl-option-help">
+        <source></source>
+        <translation>Diese Hilfe zeigen.</translation>
+    </message>
+    <message id="qelctl-option-version">
+        <source></source>
+        <translation>Die Version zeigen.</translation>
+    </message>
+    <message id="qelctl-option-plugins">
+        <source></source>
+        <translation>Auch unter DIR nach Treibern suchen. Sie haben Vorrang.</translation>
+    </message>
+    <message id="qelctl-option-lang">
+        <source></source>
+        <translation>Die Sprache von LOCALE sprechen, etwa de oder en.</translation>
+    </message>
+    <message id="qelctl-option-log">
+        <source></source>
+        <translation>Meldungen der Bibliothek ab dieser Stufe auf der Standardfehlerausgabe zeigen.</translation>
+    </message>
+    <message id="qelctl-option-color">
+        <source></source>
+        <translation>Wann Farben benutzt werden.</translation>
+    </message>
+    <message id="qelctl-option-json">
+        <source></source>
+        <translation>JSON für Programme statt Text für Menschen ausgeben.</translation>
+    </message>
+    <message id="qelctl-argument-command">
+        <source></source>
+        <translation>Was zu tun ist.</translation>
+    </message>
+    <message id="qelctl-argument-device">
+        <source></source>
+        <translation>Eine Seriennummer, TREIBER/ORT oder ein Anfang davon oder des Namens.</translation>
+    </message>
+    <message id="qelctl-argument-feature">
+        <source></source>
+        <translation>Eine Funktion wie absorbance-measurement oder ein Anfang davon.</translation>
+    </message>
+    <message id="qelctl-usage-error">
+        <source></source>
+        <translation>%1. Siehe 'qelctl %2 --help'.</translation>
+    </message>
+    <message id="qelctl-argument-missing">
+        <source></source>
+        <translation>%1: Ein Argument fehlt. Siehe 'qelctl %1 --help'.</translation>
+    </message>
+    <message id="qelctl-argument-surplus">
+        <source></source>
+        <translation>%2: Das Argument '%1' ist zu viel. Siehe 'qelctl %2 --help'.</translation>
+    </message>
+    <message id="qelctl-not-a-count">
+        <source></source>
+        <translation>--%1 erwartet eine ganze Zahl ab %3, nicht '%2'.</translation>
+    </message>
+    <message id="qelctl-not-a-time">
+        <source></source>
+        <translation>--%1 erwartet eine Zeit in Sekunden, etwa 90 oder 0.5, nicht '%2'.</translation>
+    </message>
+    <message id="qelctl-no-command">
+        <source></source>
+        <translation>Sagen Sie, was zu tun ist, etwa 'qelctl list'. Siehe 'qelctl --help'.</translation>
+    </message>
+    <message id="qelctl-no-such-command">
+        <source></source>
+        <translation>Den Befehl '%1' gibt es nicht. Wählen Sie aus: %2.</translation>
+    </message>
+    <message id="qelctl-no-such-level">
+        <source></source>
+        <translation>--log erwartet quiet, warning, info oder debug, nicht '%1'.</translation>
+    </message>
+    <message id="qelctl-no-such-color">
+        <source></source>
+        <translation>--color erwartet auto, always oder never, nicht '%1'.</translation>
+    </message>
+    <message id="qelctl-no-such-driver">
+        <source></source>
+        <translation>Den Treiber '%1' gibt es nicht. Geladen sind: %2.</translation>
+    </message>
+    <message id="qelctl-no-such-interface">
+        <source></source>
+        <translation>Die Anschlussart '%1' gibt es nicht. Wählen Sie aus: %2.</translation>
+    </message>
+    <message id="qelctl-not-created">
+        <source></source>
+        <translation>%1: Der Treiber '%2' kennt das Gerät nicht mehr. Rufen Sie erneut 'qelctl list' auf.</translation>
+    </message>
+    <message id="qelctl-interrupted">
+        <source></source>
+        <translation>Unterbrochen.</translation>
+    </message>
+    <message id="qelctl-file-exists">
+        <source></source>
+        <translation>Die Datei '%1' gibt es schon. Wählen Sie einen anderen Namen oder ersetzen Sie sie mit --force.</translation>
+    </message>
+    <message id="qelctl-cannot-print">
+        <source></source>
+        <translation>Auf die Standardausgabe kann nicht geschrieben werden: %1.</translation>
+    </message>
+    <message id="qelctl-cannot-write">
+        <source></source>
+        <translation>In die Datei '%1' kann nicht geschrieben werden: %2.</translation>
+    </message>
+    <message id="qelctl-cannot-read">
+        <source></source>
+        <translation>Die Datei '%1' kann nicht gelesen werden: %2.</translation>
+    </message>
+    <message id="qelctl-column-name">
+        <source></source>
+        <translation>Name</translation>
+    </message>
+    <message id="qelctl-column-serial">
+        <source></source>
+        <translation>Seriennr.</translation>
+    </message>
+    <message id="qelctl-column-device">
+        <source></source>
+        <translation>Gerät</translation>
+    </message>
+    <message id="qelctl-column-interface">
+        <source></source>
+        <translation>Anschluss</translation>
+    </message>
+    <message id="qelctl-column-state">
+        <source></source>
+        <translation>Zustand</translation>
+    </message>
+    <message id="qelctl-column-error">
+        <source></source>
+        <translation>Fehler</translation>
+    </message>
+    <message id="qelctl-column-features">
+        <source></source>
+        <translation>Funktionen</translation>
+    </message>
+    <message id="qelctl-column-driver">
+        <source></source>
+        <translation>Treiber</translation>
+    </message>
+    <message id="qelctl-column-version">
+        <source></source>
+        <translation>Version</translation>
+    </message>
+    <message id="qelctl-column-manufacturer">
+        <source></source>
+        <translation>Hersteller</translation>
+    </message>
+    <message id="qelctl-column-file">
+        <source></source>
+        <translation>Datei</translation>
+    </message>
+    <message id="qelctl-state-closed">
+        <source></source>
+        <translation>geschlossen</translation>
+    </message>
+    <message id="qelctl-state-idle">
+        <source></source>
+        <translation>offen, bereit</translation>
+    </message>
+    <message id="qelctl-state-busy">
+        <source></source>
+        <translation>offen, beschäftigt</translation>
+    </message>
+    <message id="qelctl-list-summary">
+        <source></source>
+        <translation>Die Geräte auflisten</translation>
+    </message>
+    <message id="qelctl-list-details">
+        <source></source>
+        <translation>Listet die Geräte auf, die jetzt geöffnet werden können.</translation>
+    </message>
+    <message id="qelctl-list-option-driver">
+        <source></source>
+        <translation>Nur Geräte des Treibers D. Darf wiederholt werden.</translation>
+    </message>
+    <message id="qelctl-list-option-interface">
+        <source></source>
+        <translation>Nur Geräte mit Anschluss I: simulator, serial, usb-hid, network.</translation>
+    </message>
+    <message id="qelctl-list-option-watch">
+        <source></source>
+        <translation>Weiterlaufen und eine Zeile ausgeben, wenn ein Gerät kommt oder geht. Strg-C beendet.</translation>
+    </message>
+    <message id="qelctl-list-arrived">
+        <source></source>
+        <translation>+ %1  %2  %3</translation>
+    </message>
+    <message id="qelctl-list-left">
+        <source></source>
+        <translation>- %1  %2  %3</translation>
+    </message>
+    <message id="qelctl-list-changed">
+        <source></source>
+        <translation>* %1  %2  %3</translation>
+    </message>
+    <message id="qelctl-list-empty">
+        <source></source>
+        <translation>Keine Geräte gefunden. Schließen Sie eines an und schalten Sie es ein; 'qelctl drivers' zeigt, welche gesteuert werden können.</translation>
+    </message>
+    <message id="qelctl-list-no-drivers">
+        <source></source>
+        <translation>Keine Treiber gefunden. Installieren Sie einen oder nennen Sie seinen Ordner mit --plugins DIR.</translation>
+    </message>
+    <message id="qelctl-drivers-summary">
+        <source></source>
+        <translation>Die Treiber auflisten</translation>
+    </message>
+    <message id="qelctl-drivers-details">
+        <source></source>
+        <translation>Listet die geladenen Treiber auf, und die Dateien, die sich nicht laden ließen, mit dem Grund.</translation>
+    </message>
+    <message id="qelctl-drivers-no-interface">
+        <source></source>
+        <translation>sie ist ein Plugin, aber keines für Gerätetreiber</translation>
+    </message>
+    <message id="qelctl-drivers-failure">
+        <source></source>
+        <translation>nicht geladen: %1: %2</translation>
+    </message>
+    <message id="qelctl-show-summary">
+        <source></source>
+        <translation>Zeigen, was ein Gerät ist und kann</translation>
+    </message>
+    <message id="qelctl-show-details">
+        <source></source>
+        <translation>Öffnet ein Gerät und zeigt Identität, Zustand, Fehler und Funktionen mit ihren Einstellungen.</translation>
+    </message>
+    <message id="qelctl-watch-summary">
+        <source></source>
+        <translation>Ausgeben, was ein Gerät meldet</translation>
+    </message>
+    <message id="qelctl-watch-details">
+        <source></source>
+        <translation>Öffnet ein Gerät und gibt jedes Signal aus, sobald es kommt, als ein JSON-Objekt je Zeile. Strg-C beendet.</translation>
+    </message>
+    <message id="qelctl-watch-closed">
+        <source></source>
+        <translation>%1 hat geschlossen.</translation>
+    </message>
+    <message id="qelctl-run-summary">
+        <source></source>
+        <translation>Eine Funktion ausführen, etwa eine Messung</translation>
+    </message>
+    <message id="qelctl-run-details">
+        <source></source>
+        <translation>Öffnet ein Gerät, führt eine Funktion aus und gibt das Ergebnis aus.
+
+  qelctl run SIM-A-0001 absorbance-measurement --set wavelengths=450,620
+  qelctl run SIM-A-0001 absorbance --format csv --output platte.csv
+
+'qelctl show GERÄT' listet die Funktionen und ihre Einstellungen auf.</translation>
+    </message>
+    <message id="qelctl-run-option-config">
+        <source></source>
+        <translation>Die Einstellungen als JSON-Objekt oder die Datei, die es enthält.</translation>
+    </message>
+    <message id="qelctl-run-option-set">
+        <source></source>
+        <translation>Eine Einstellung, etwa wavelengths=450,620. Darf wiederholt werden.</translation>
+    </message>
+    <message id="qelctl-run-option-timeout">
+        <source></source>
+        <translation>Nach S Sekunden aufgeben (600 ohne Angabe).</translation>
+    </message>
+    <message id="qelctl-run-option-yes">
+        <source></source>
+        <translation>Ohne Rückfrage bestätigen, was das Gerät vom Benutzer verlangt.</translation>
+    </message>
+    <message id="qelctl-run-option-no-input">
+        <source></source>
+        <translation>Ohne Rückfrage ablehnen, was das Gerät vom Benutzer verlangt.</translation>
+    </message>
+    <message id="qelctl-run-option-format">
+        <source></source>
+        <translation>table für Menschen, plate für CSV in Plattenform, csv für eine Zeile je Vertiefung, json für alles.</translation>
+    </message>
+    <message id="qelctl-run-option-output">
+        <source></source>
+        <translation>Das Ergebnis in FILE statt auf die Standardausgabe schreiben.</translation>
+    </message>
+    <message id="qelctl-run-option-force">
+        <source></source>
+        <translation>FILE ersetzen, falls es sie gibt.</translation>
+    </message>
+    <message id="qelctl-run-option-repeat">
+        <source></source>
+        <translation>N-mal ausführen.</translation>
+    </message>
+    <message id="qelctl-run-option-interval">
+        <source></source>
+        <translation>Den nächsten Lauf S Sekunden nach dem vorigen beginnen.</translation>
+    </message>
+    <message id="qelctl-run-config-no-object">
+        <source></source>
+        <translation>--config erwartet ein JSON-Objekt wie {"rapidMode":true}. %1</translation>
+    </message>
+    <message id="qelctl-run-yes-and-no">
+        <source></source>
+        <translation>--yes und --no-input schließen einander aus.</translation>
+    </message>
+    <message id="qelctl-run-no-such-format">
+        <source></source>
+        <translation>--format erwartet table, plate, csv oder json, nicht '%1'.</translation>
+    </message>
+    <message id="qelctl-run-no-plate">
+        <source></source>
+        <translation>Das Ergebnis von %1 ist keine Platte. Benutzen Sie --format table oder json.</translation>
+    </message>
+    <message id="qelctl-prompt">
+        <source></source>
+        <translation>%1 [Eingabetaste: erledigt, n: abbrechen]</translation>
+    </message>
+    <message id="qelctl-prompt-no-terminal">
+        <source></source>
+        <translation>Hier kann niemand gefragt werden. Bestätigen Sie im Voraus mit --yes.</translation>
+    </message>
+</context>
+</TS>

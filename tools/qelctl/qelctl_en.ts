@@ -1,0 +1,340 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="en_US">
+<context>
+    <name></name>
+    <message id="qelctl-details">
+        <source></source>
+        <translation>Finds, opens and drives plate readers.
+
+  qelctl list
+  qelctl run SERIAL absorbance-measurement --output plate.csv --format csv
+
+'qelctl COMMAND --help' tells all about a command.
+
+Exit codes: 0 done, 1 run failed, 2 wrong usage, 3 no such device or feature, 4 cannot open,
+5 device error, 6 timed out, 7 aborted by the user, 8 cannot write the output, 130 interrupted.</translation>
+    </message>
+    <message id="qelctl-commands">
+        <source></source>
+        <translation>Commands:</translation>
+    </message>
+    <message id="qelctl-option-help">
+        <source></source>
+        <translation>Show this help.</translation>
+    </message>
+    <message id="qelctl-option-version">
+        <source></source>
+        <translation>Show the version.</translation>
+    </message>
+    <message id="qelctl-option-plugins">
+        <source></source>
+        <translation>Look for driver plugins below DIR as well. Its drivers take precedence.</translation>
+    </message>
+    <message id="qelctl-option-lang">
+        <source></source>
+        <translation>Speak the language of LOCALE, such as de or en.</translation>
+    </message>
+    <message id="qelctl-option-log">
+        <source></source>
+        <translation>Show the library's messages from this level on, on standard error.</translation>
+    </message>
+    <message id="qelctl-option-color">
+        <source></source>
+        <translation>When to use colour.</translation>
+    </message>
+    <message id="qelctl-option-json">
+        <source></source>
+        <translation>Print JSON for programs instead of text for people.</translation>
+    </message>
+    <message id="qelctl-argument-command">
+        <source></source>
+        <translation>What to do.</translation>
+    </message>
+    <message id="qelctl-argument-device">
+        <source></source>
+        <translation>A serial number, DRIVER/LOCATION, or a beginning of either or of the name.</translation>
+    </message>
+    <message id="qelctl-argument-feature">
+        <source></source>
+        <translation>A feature such as absorbance-measurement, or a beginning of one.</translation>
+    </message>
+    <message id="qelctl-usage-error">
+        <source></source>
+        <translation>%1. See 'qelctl %2 --help'.</translation>
+    </message>
+    <message id="qelctl-argument-missing">
+        <source></source>
+        <translation>%1: an argument is missing. See 'qelctl %1 --help'.</translation>
+    </message>
+    <message id="qelctl-argument-surplus">
+        <source></source>
+        <translation>%2: the argument '%1' is one too many. See 'qelctl %2 --help'.</translation>
+    </message>
+    <message id="qelctl-not-a-count">
+        <source></source>
+        <translation>--%1 takes a whole number from %3 on, not '%2'.</translation>
+    </message>
+    <message id="qelctl-not-a-time">
+        <source></source>
+        <translation>--%1 takes a time in seconds, such as 90 or 0.5, not '%2'.</translation>
+    </message>
+    <message id="qelctl-no-command">
+        <source></source>
+        <translation>Say what to do, for instance 'qelctl list'. See 'qelctl --help'.</translation>
+    </message>
+    <message id="qelctl-no-such-command">
+        <source></source>
+        <translation>There is no command '%1'. Choose one of: %2.</translation>
+    </message>
+    <message id="qelctl-no-such-level">
+        <source></source>
+        <translation>--log takes quiet, warning, info or debug, not '%1'.</translation>
+    </message>
+    <message id="qelctl-no-such-color">
+        <source></source>
+        <translation>--color takes auto, always or never, not '%1'.</translation>
+    </message>
+    <message id="qelctl-no-such-driver">
+        <source></source>
+        <translation>There is no driver '%1'. Loaded are: %2.</translation>
+    </message>
+    <message id="qelctl-no-such-interface">
+        <source></source>
+        <translation>There is no interface '%1'. Choose one of: %2.</translation>
+    </message>
+    <message id="qelctl-not-created">
+        <source></source>
+        <translation>%1: the driver '%2' knows the instrument no longer. Run 'qelctl list' again.</translation>
+    </message>
+    <message id="qelctl-interrupted">
+        <source></source>
+        <translation>Interrupted.</translation>
+    </message>
+    <message id="qelctl-file-exists">
+        <source></source>
+        <translation>The file '%1' exists already. Choose another name, or replace it with --force.</translation>
+    </message>
+    <message id="qelctl-cannot-print">
+        <source></source>
+        <translation>Cannot write to the standard output: %1.</translation>
+    </message>
+    <message id="qelctl-cannot-write">
+        <source></source>
+        <translation>Cannot write to the file '%1': %2.</translation>
+    </message>
+    <message id="qelctl-cannot-read">
+        <source></source>
+        <translation>Cannot read the file '%1': %2.</translation>
+    </message>
+    <message id="qelctl-column-name">
+        <source></source>
+        <translation>Name</translation>
+    </message>
+    <message id="qelctl-column-serial">
+        <source></source>
+        <translation>Serial</translation>
+    </message>
+    <message id="qelctl-column-device">
+        <source></source>
+        <translation>Device</translation>
+    </message>
+    <message id="qelctl-column-interface">
+        <source></source>
+        <translation>Interface</translation>
+    </message>
+    <message id="qelctl-column-state">
+        <source></source>
+        <translation>State</translation>
+    </message>
+    <message id="qelctl-column-error">
+        <source></source>
+        <translation>Error</translation>
+    </message>
+    <message id="qelctl-column-features">
+        <source></source>
+        <translation>Features</translation>
+    </message>
+    <message id="qelctl-column-driver">
+        <source></source>
+        <translation>Driver</translation>
+    </message>
+    <message id="qelctl-column-version">
+        <source></source>
+        <translation>Version</translation>
+    </message>
+    <message id="qelctl-column-manufacturer">
+        <source></source>
+        <translation>Manufacturer</translation>
+    </message>
+    <message id="qelctl-column-file">
+        <source></source>
+        <translation>File</translation>
+    </message>
+    <message id="qelctl-state-closed">
+        <source></source>
+        <translation>closed</translation>
+    </message>
+    <message id="qelctl-state-idle">
+        <source></source>
+        <translation>open, idle</translation>
+    </message>
+    <message id="qelctl-state-busy">
+        <source></source>
+        <translation>open, busy</translation>
+    </message>
+    <message id="qelctl-list-summary">
+        <source></source>
+        <translation>List the instruments</translation>
+    </message>
+    <message id="qelctl-list-details">
+        <source></source>
+        <translation>Lists the instruments that can be opened now.</translation>
+    </message>
+    <message id="qelctl-list-option-driver">
+        <source></source>
+        <translation>Only instruments of driver D. May be repeated.</translation>
+    </message>
+    <message id="qelctl-list-option-interface">
+        <source></source>
+        <translation>Only instruments connected by I: simulator, serial, usb-hid, network.</translation>
+    </message>
+    <message id="qelctl-list-option-watch">
+        <source></source>
+        <translation>Go on, and print a line whenever an instrument comes or goes. Ctrl-C ends it.</translation>
+    </message>
+    <message id="qelctl-list-arrived">
+        <source></source>
+        <translation>+ %1  %2  %3</translation>
+    </message>
+    <message id="qelctl-list-left">
+        <source></source>
+        <translation>- %1  %2  %3</translation>
+    </message>
+    <message id="qelctl-list-changed">
+        <source></source>
+        <translation>* %1  %2  %3</translation>
+    </message>
+    <message id="qelctl-list-empty">
+        <source></source>
+        <translation>No instruments found. Connect one and switch it on; 'qelctl drivers' shows which can be driven.</translation>
+    </message>
+    <message id="qelctl-list-no-drivers">
+        <source></source>
+        <translation>No drivers found. Install one, or point at its folder with --plugins DIR.</translation>
+    </message>
+    <message id="qelctl-drivers-summary">
+        <source></source>
+        <translation>List the driver plugins</translation>
+    </message>
+    <message id="qelctl-drivers-details">
+        <source></source>
+        <translation>Lists the driver plugins that were loaded, and the files that were not with the reason.</translation>
+    </message>
+    <message id="qelctl-drivers-no-interface">
+        <source></source>
+        <translation>it is a plugin, but not for device drivers</translation>
+    </message>
+    <message id="qelctl-drivers-failure">
+        <source></source>
+        <translation>not loaded: %1: %2</translation>
+    </message>
+    <message id="qelctl-show-summary">
+        <source></source>
+        <translation>Show what a device is and can do</translation>
+    </message>
+    <message id="qelctl-show-details">
+        <source></source>
+        <translation>Opens a device and shows its identity, state, error and features with their settings.</translation>
+    </message>
+    <message id="qelctl-watch-summary">
+        <source></source>
+        <translation>Print what a device reports</translation>
+    </message>
+    <message id="qelctl-watch-details">
+        <source></source>
+        <translation>Opens a device and prints every signal as it comes, one JSON object a line. Ctrl-C ends it.</translation>
+    </message>
+    <message id="qelctl-watch-closed">
+        <source></source>
+        <translation>%1 has closed.</translation>
+    </message>
+    <message id="qelctl-run-summary">
+        <source></source>
+        <translation>Run a feature, such as a measurement</translation>
+    </message>
+    <message id="qelctl-run-details">
+        <source></source>
+        <translation>Opens a device, runs a feature and prints the result.
+
+  qelctl run SIM-A-0001 absorbance-measurement --set wavelengths=450,620
+  qelctl run SIM-A-0001 absorbance --format csv --output plate.csv
+
+'qelctl show DEVICE' lists the features and their settings.</translation>
+    </message>
+    <message id="qelctl-run-option-config">
+        <source></source>
+        <translation>The settings as a JSON object, or the file that holds it.</translation>
+    </message>
+    <message id="qelctl-run-option-set">
+        <source></source>
+        <translation>One setting, such as wavelengths=450,620. May be repeated.</translation>
+    </message>
+    <message id="qelctl-run-option-timeout">
+        <source></source>
+        <translation>Give up after S seconds (600 unless given).</translation>
+    </message>
+    <message id="qelctl-run-option-yes">
+        <source></source>
+        <translation>Confirm what the device asks the user to do, without asking.</translation>
+    </message>
+    <message id="qelctl-run-option-no-input">
+        <source></source>
+        <translation>Turn down what the device asks the user to do, without asking.</translation>
+    </message>
+    <message id="qelctl-run-option-format">
+        <source></source>
+        <translation>table for people, plate for CSV in the shape of the plate, csv for one line a well, json for everything.</translation>
+    </message>
+    <message id="qelctl-run-option-output">
+        <source></source>
+        <translation>Write the result to FILE instead of the standard output.</translation>
+    </message>
+    <message id="qelctl-run-option-force">
+        <source></source>
+        <translation>Replace FILE if it exists.</translation>
+    </message>
+    <message id="qelctl-run-option-repeat">
+        <source></source>
+        <translation>Run N times.</translation>
+    </message>
+    <message id="qelctl-run-option-interval">
+        <source></source>
+        <translation>Start the next run S seconds after the one before.</translation>
+    </message>
+    <message id="qelctl-run-config-no-object">
+        <source></source>
+        <translation>--config takes a JSON object such as {"rapidMode":true}. %1</translation>
+    </message>
+    <message id="qelctl-run-yes-and-no">
+        <source></source>
+        <translation>--yes and --no-input exclude each other.</translation>
+    </message>
+    <message id="qelctl-run-no-such-format">
+        <source></source>
+        <translation>--format takes table, plate, csv or json, not '%1'.</translation>
+    </message>
+    <message id="qelctl-run-no-plate">
+        <source></source>
+        <translation>The result of %1 is no plate. Use --format table or json.</translation>
+    </message>
+    <message id="qelctl-prompt">
+        <source></source>
+        <translation>%1 [Enter: done, n: abort]</translation>
+    </message>
+    <message id="qelctl-prompt-no-terminal">
+        <source></source>
+        <translation>Nobody can be asked here. Confirm beforehand with --yes.</translation>
+    </message>
+</context>
+</TS>

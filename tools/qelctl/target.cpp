@@ -1,0 +1,97 @@
+#include "target.h"
+
+#include "interrupt.h"
+#include "tool.h"
+
+#include <frontend.h>
+#include <selection.h>
+
+#include <qeldevices/devicebroker.h>
+
+#include <QtCore/QEventLoop>
+#include <QtCore/QTimer>
+
+namespace qelctl {
+
+using namespace qel::frontend;
+using qel::devices::Device;
+using qel::devices::DeviceBroker;
+
+std::unique_ptr<Device> createTarget(const QString &argument)
+{
+    QString problem;
+    const auto info = selectDevice(argument, DeviceBroker::availableDevices(), &problem);
+    if (!info) {
+        complain(problem);
+        return nullptr;
+    }
+    std::unique_ptr<Device> device(DeviceBroker::createDevice(*info));
+    if (!device)
+        complain(text("qelctl-not-created", titleOf(*info), info->driver()));
+    return device;
+}
+
+Outcome await(Run *run, Interrupt *interrupt)
+{
+    QEventLoop loop;
+    QObject::connect(run, &Run::finished, &loop, &QEventLoop::quit);
+    QObject::connect(interrupt, &Interrupt::requested, run, &Run::cancel);
+    run->start();
+    loop.exec();
+    return run->outcome();
+}
+
+void closeTarget(Device *device)
+{
+    QEventLoop loop;
+    QObject::connect(device, &Device::openChanged, &loop, &QEventLoop::quit);
+    QTimer::singleShot(2000, &loop, &QEventLoop::quit);
+    device->close();
+    if (device->isOpen())
+        loop.exec();
+}
+
+int openTarget(Device *device, Interrupt *interrupt)
+{
+    RunRequest request;
+    request.deadline = std::chrono::seconds(30);
+    Run opening(device, request);
+    const Outcome outcome = await(&opening, interrupt);
+    return outcome.isResult() ? int(Done) : report(outcome, titleOf(device->deviceInfo()));
+}
+
+static ExitCode codeFor(const Outcome &outcome)
+{
+    switch (outcome.kind) {
+    case Outcome::Result:
+        return Done;
+    case Outcome::Refused:
+        return outcome.code != 0 ? DeviceFailed : RunFailed;
+    case Outcome::CannotOpen:
+        return CannotOpen;
+    case Outcome::Failed:
+        return outcome.code != 0 ? DeviceFailed : RunFailed;
+    case Outcome::AbortedByUser:
+        return AbortedByUser;
+    case Outcome::TimedOut:
+        return TimedOut;
+    case Outcome::DeviceGone:
+        return DeviceFailed;
+    }
+    return RunFailed;
+}
+
+int report(const Outcome &outcome, const QString &device)
+{
+    QString sentence = outcome.sentence;
+    if (!outcome.additionalInfo.isEmpty())
+        sentence += QLatin1Char(' ') + outcome.additionalInfo;
+    return fail(codeFor(outcome), device + QStringLiteral(": ") + sentence);
+}
+
+QString titleOf(const qel::devices::DeviceInfo &info)
+{
+    return QStringLiteral("%1 (%2)").arg(info.name(), info.serial());
+}
+
+} // namespace qelctl
