@@ -3,24 +3,13 @@
 #include <qeldevices/deviceerrors.h>
 #include <qeldevices/logging.h>
 
-#include <QtTest/QtTest>
-
 #include <array>
 #include <atomic>
 #include <thread>
 
 using namespace qel::devices;
 
-// What the library promises to any thread, done for the first time by several at once.
-class tst_Concurrency : public QObject
-{
-    Q_OBJECT
-
-private slots:
-    void firstUse();
-};
-
-// The identities that every thread must see alike.
+// What every thread must see alike, among it the ids of the types that it is about to register.
 static QVariantList use(const AbsorbanceMeasurement_config &shared)
 {
     AbsorbanceMeasurement_config absorbance = shared;
@@ -28,10 +17,10 @@ static QVariantList use(const AbsorbanceMeasurement_config &shared)
     LuminescenceMeasurement_config luminescence;
     luminescence.setIntegrationTime(std::chrono::milliseconds(1));
     luminescence.setSelectedWells({true});
+    const std::array<QVariantHash, 4> records{absorbance, luminescence, Orientation_result(),
+                                              LedBarEffect_config()};
     QVariantList seen{quintptr(&LogCDevices()), quintptr(&LogCDriver())};
-    for (const QVariantHash &record :
-         {QVariantHash(absorbance), QVariantHash(luminescence), QVariantHash(Orientation_result()),
-          QVariantHash(LedBarEffect_config())}) {
+    for (const QVariantHash &record : records) {
         QStringList keys = record.keys();
         keys.sort();
         for (const QString &key : std::as_const(keys))
@@ -46,7 +35,9 @@ static QVariantList use(const AbsorbanceMeasurement_config &shared)
     return seen;
 }
 
-void tst_Concurrency::firstUse()
+// What the library promises to any thread, done for the first time by several at once. Qt's own
+// test runner stays out: its watchdog is one more thread, which the thread sanitizer cannot follow.
+int main()
 {
     QLoggingCategory::setFilterRules("qel.*=false");
     AbsorbanceMeasurement_config shared;
@@ -64,13 +55,12 @@ void tst_Concurrency::firstUse()
     }
     for (std::thread &thread : threads)
         thread.join();
-    QVERIFY(seen[0].contains("libqeldevices-ERROR_DEVICE_TIMEOUT"));
-    QVERIFY(seen[0].contains(QVariant(QVariantList{450, 620})));
-    QVERIFY(seen[0].contains(qMetaTypeId<LedBarEffect_config::Modes>()));
-    for (const QVariantList &each : seen)
-        QCOMPARE(each, seen[0]);
-    QCOMPARE(shared.size(), 1);
-}
 
-QTEST_APPLESS_MAIN(tst_Concurrency)
-#include "tst_concurrency.moc"
+    bool passed = shared.size() == 1 && seen[0].contains("libqeldevices-ERROR_DEVICE_TIMEOUT")
+        && seen[0].contains(QVariant(QVariantList{450, 620}))
+        && seen[0].contains(qMetaTypeId<LedBarEffect_config::Modes>());
+    for (const QVariantList &each : seen)
+        passed = passed && each == seen[0];
+    qInfo(passed ? "1 passed, 0 failed" : "0 passed, 1 failed");
+    return passed ? 0 : 1;
+}
