@@ -244,12 +244,10 @@ void addOutcomes(const QVector<LoadOutcome> &outcomes, const QVector<FileReport 
             const int owner = owners.value(driver);
             if (owner == i)
                 continue;
-            report->addWarning(
-                QStringLiteral("shadowed"),
-                QStringLiteral("Its driver \"%1\" is replaced by the one of %2, which "
-                               "is loaded after it.")
-                    .arg(driver, outcomes.at(owner).file),
-                QStringLiteral("Remove one of the two."));
+            report->addWarning(QStringLiteral("shadowed"),
+                               QStringLiteral("Its driver \"%1\" is replaced by the one of %2.")
+                                   .arg(driver, outcomes.at(owner).file),
+                               QStringLiteral("Remove one of the two."));
         }
     }
 }
