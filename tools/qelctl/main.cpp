@@ -7,6 +7,7 @@
 #include <qeldevices/qeldevices_global.h>
 
 #include <QtCore/QCoreApplication>
+#include <QtCore/QDir>
 #include <QtCore/QLocale>
 #include <QtCore/QTranslator>
 
@@ -97,7 +98,10 @@ static int runTool(const QCoreApplication &application)
                     text("qelctl-usage-error", parser.errorText(), QString()).simplified());
 
     GlobalOptions options;
-    options.pluginFolders = parser.values(QStringLiteral("plugins"));
+    // Absolute, because a plugin with a relative path is sought elsewhere.
+    const QStringList folders = parser.values(QStringLiteral("plugins"));
+    for (const QString &folder : folders)
+        options.pluginFolders.append(QDir(folder).absolutePath());
     options.language = parser.value(QStringLiteral("lang"));
     options.log = parser.value(QStringLiteral("log"));
     if (!options.language.isEmpty())
