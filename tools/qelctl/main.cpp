@@ -16,7 +16,7 @@
 namespace qelctl {
 
 static const Command *const commands[] = {
-    &driversCommand, &listCommand, &showCommand, &runCommand, &watchCommand,
+    &driversCommand, &listCommand, &showCommand, &runCommand, &watchCommand, &doctorCommand,
 };
 
 // Every catalogue there is speaks German or English, so everybody else reads English.

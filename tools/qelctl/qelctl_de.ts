@@ -337,5 +337,48 @@ Rückgabewerte: 0 erledigt, 1 Lauf fehlgeschlagen, 2 falscher Aufruf, 3 Gerät o
         <source></source>
         <translation>Hier kann niemand gefragt werden. Bestätigen Sie im Voraus mit --yes.</translation>
     </message>
+    <message id="qelctl-doctor-summary">
+        <source></source>
+        <translation>Sagen, warum Plugin-Dateien brauchbare Treiber sind oder nicht</translation>
+    </message>
+    <message id="qelctl-doctor-details">
+        <source></source>
+        <translation>Sagt von jeder Datei PATH, oder jeder darunter, ob sie ein brauchbares Treiber-Plugin ist, und wenn
+nicht, warum und was zu tun ist. Diese Dateien werden nicht geladen.
+
+Ohne PATH werden die Ordner untersucht, in denen das Werkzeug Treiber sucht, und die Plugins
+dort in einem eigenen Prozess geladen, um zu sagen, welche Treiber sie enthalten und welcher einen
+anderen ersetzt.
+
+Rückgabewerte: 0 alles ist brauchbar, 1 etwas ist es nicht, 2 falscher Aufruf.</translation>
+    </message>
+    <message id="qelctl-doctor-argument">
+        <source></source>
+        <translation>Eine Plugin-Datei oder ein Ordner mit solchen.</translation>
+    </message>
+    <message id="qelctl-doctor-usable">
+        <source></source>
+        <translation>brauchbar</translation>
+    </message>
+    <message id="qelctl-doctor-usable-with-warnings">
+        <source></source>
+        <translation>brauchbar, mit Warnungen</translation>
+    </message>
+    <message id="qelctl-doctor-not-usable">
+        <source></source>
+        <translation>nicht brauchbar</translation>
+    </message>
+    <message id="qelctl-doctor-folder">
+        <source></source>
+        <translation>Ordner %1:</translation>
+    </message>
+    <message id="qelctl-doctor-no-folder">
+        <source></source>
+        <translation>Ordner %1: gibt es nicht</translation>
+    </message>
+    <message id="qelctl-doctor-empty-folder">
+        <source></source>
+        <translation>Ordner %1: enthält keine Plugin-Dateien</translation>
+    </message>
 </context>
 </TS>

@@ -336,5 +336,47 @@ Exit codes: 0 done, 1 run failed, 2 wrong usage, 3 no such device or feature, 4 
         <source></source>
         <translation>Nobody can be asked here. Confirm beforehand with --yes.</translation>
     </message>
+    <message id="qelctl-doctor-summary">
+        <source></source>
+        <translation>Tell why plugin files are or are not usable drivers</translation>
+    </message>
+    <message id="qelctl-doctor-details">
+        <source></source>
+        <translation>Tells of each file at PATH, or below it, whether it is a usable driver plugin, and if not, why and
+what to do. These files are not loaded.
+
+Without PATH it examines the folders in which the tool looks for drivers, and in a process
+of its own loads the plugins there, to tell which drivers they hold and which one replaces another.
+
+Exit codes: 0 everything is usable, 1 something is not, 2 wrong usage.</translation>
+    </message>
+    <message id="qelctl-doctor-argument">
+        <source></source>
+        <translation>A plugin file, or a folder of them.</translation>
+    </message>
+    <message id="qelctl-doctor-usable">
+        <source></source>
+        <translation>usable</translation>
+    </message>
+    <message id="qelctl-doctor-usable-with-warnings">
+        <source></source>
+        <translation>usable, with warnings</translation>
+    </message>
+    <message id="qelctl-doctor-not-usable">
+        <source></source>
+        <translation>not usable</translation>
+    </message>
+    <message id="qelctl-doctor-folder">
+        <source></source>
+        <translation>Folder %1:</translation>
+    </message>
+    <message id="qelctl-doctor-no-folder">
+        <source></source>
+        <translation>Folder %1: does not exist</translation>
+    </message>
+    <message id="qelctl-doctor-empty-folder">
+        <source></source>
+        <translation>Folder %1: holds no plugin files</translation>
+    </message>
 </context>
 </TS>
