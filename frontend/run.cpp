@@ -346,8 +346,12 @@ void Run::onFeaturesChanged()
 void Run::onErrorChanged()
 {
     const int code = m_device->errorCode();
-    // Until the end, clearing the error means that it was overcome; afterwards, tidying up.
-    if (code == NO_DEVICE_ERROR && m_state == Finished)
+    // A reason may follow the report of a failure. Nothing else that comes after the end counts,
+    // not even that the error is gone.
+    const bool wantsReason = m_outcome.code == NO_DEVICE_ERROR
+        && (m_outcome.kind == Outcome::Failed || m_outcome.kind == Outcome::Refused
+            || m_outcome.kind == Outcome::CannotOpen);
+    if (m_state == Finished && !wantsReason)
         return;
     m_earlierErrorTrId.clear();
     m_outcome.code = code;
