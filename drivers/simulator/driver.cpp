@@ -26,33 +26,31 @@ static void complain(const QString &fileName, const QString &mistake)
         << QStringLiteral("Simulator scenario '%1': %2").arg(fileName, mistake);
 }
 
-// The text of the scenario, empty when the file cannot be read.
-static QByteArray scenarioText(const QString &fileName)
+static SourceText readSource(const QString &fileName)
 {
     if (fileName.isEmpty())
-        return builtInScenario();
+        return {builtInScenario(), QString()};
     QFile file(fileName);
-    if (!file.open(QIODevice::ReadOnly)) {
-        complain(fileName, QStringLiteral("cannot be read: %1").arg(file.errorString()));
-        return {};
-    }
-    return file.readAll();
+    if (!file.open(QIODevice::ReadOnly))
+        return {QByteArray(), QStringLiteral("cannot be read: %1").arg(file.errorString())};
+    return {file.readAll(), QString()};
 }
 
 void Driver::readScenario()
 {
     const QString fileName = qEnvironmentVariable("QELDEVICES_SIMULATOR");
-    const QByteArray text = scenarioText(fileName);
-    if (m_scenario == text)
+    const SourceText source = readSource(fileName);
+    if (m_source == source)
         return;
-    m_scenario = text;
+    m_source = source;
 
     Scenario scenario;
-    if (!text.isEmpty()) {
-        scenario = parseScenario(text);
-        for (const QString &mistake : std::as_const(scenario.mistakes))
-            complain(fileName, mistake);
-    }
+    if (source.second.isEmpty())
+        scenario = parseScenario(source.first);
+    else
+        scenario.mistakes.append(source.second);
+    for (const QString &mistake : std::as_const(scenario.mistakes))
+        complain(fileName, mistake);
 
     const auto former = std::exchange(m_instruments, {});
     for (const InstrumentDescription &description : std::as_const(scenario.instruments))
@@ -94,7 +92,7 @@ QList<DeviceInfo> Driver::availableDevices()
 
 Device *Driver::createDevice(const DeviceInfo &info)
 {
-    if (!m_scenario)
+    if (!m_source)
         readScenario();
     for (const auto &instrument : std::as_const(m_instruments)) {
         const DeviceInfo known = instrument->description().info(name());

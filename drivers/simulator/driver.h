@@ -10,8 +10,12 @@
 
 #include <memory>
 #include <optional>
+#include <utility>
 
 namespace qel::simulator {
+
+/// The text of a scenario, or a sentence on why there is none.
+using SourceText = std::pair<QByteArray, QString>;
 
 /// The driver "simulator": a lab of simulated instruments, described by a scenario.
 ///
@@ -30,7 +34,7 @@ private:
     void readScenario();
     std::shared_ptr<Instrument> instrument(const InstrumentDescription &description);
 
-    std::optional<QByteArray> m_scenario;               // as it was read last
+    std::optional<SourceText> m_source;                 // as it was read last
     QVector<std::shared_ptr<Instrument>> m_instruments; // those of the scenario
     QVector<std::shared_ptr<Instrument>> m_store;       // all there have been, with their state
 };

@@ -79,7 +79,9 @@ double JsonObjectReader::number(const QString &key, double byDefault, double min
     const double number = value.toDouble(NAN);
     if (number >= minimum && number <= maximum)
         return number;
-    complain(key, QStringLiteral("a number from %1 to %2").arg(minimum).arg(maximum));
+    complain(
+        key,
+        QStringLiteral("a number from %1 to %2").arg(minimum, 0, 'g', 15).arg(maximum, 0, 'g', 15));
     return byDefault;
 }
 

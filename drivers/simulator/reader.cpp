@@ -58,8 +58,10 @@ Reader::Reader(const DeviceInfo &info, std::shared_ptr<Instrument> instrument)
     , m_instrument(std::move(instrument))
 {
     m_ticks.setSingleShot(true);
+    m_ticks.setTimerType(Qt::PreciseTimer);
     connect(&m_ticks, &QTimer::timeout, this, &Reader::tick);
     m_timedFaults.setSingleShot(true);
+    m_timedFaults.setTimerType(Qt::PreciseTimer);
     connect(&m_timedFaults, &QTimer::timeout, this, [this] {
         m_instrument->passTime();
         waitForTimedFault();
@@ -70,12 +72,13 @@ Reader::Reader(const DeviceInfo &info, std::shared_ptr<Instrument> instrument)
         if (isOpen())
             emit transientValue(DF_PlateDetection, QVariant::fromValue(m_instrument->slotStatus()));
     });
-    connect(m_instrument.get(), &Instrument::failed, this, [this](int code, const QString &details) {
-        if (m_task)
-            end(false, {{}, code, details});
-        else if (isOpen())
-            setError(code, details);
-    });
+    connect(m_instrument.get(), &Instrument::failed, this,
+            [this](int code, const QString &details) {
+                if (m_task)
+                    end(false, {{}, code, details});
+                else if (isOpen())
+                    setError(code, details);
+            });
     // First in line, so that the id is known when an application answers from its own slot.
     connect(this, &Device::actionRequired, this, [this](int actionId) {
         if (m_task)

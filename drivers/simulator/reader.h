@@ -1,8 +1,8 @@
 #ifndef SIMULATOR_READER_H
 #define SIMULATOR_READER_H
 
-#include "features.h"
 #include "instrument.h"
+#include "jobs.h"
 
 #include <qeldevices/device.h>
 

@@ -1,5 +1,5 @@
-#ifndef SIMULATOR_FEATURES_H
-#define SIMULATOR_FEATURES_H
+#ifndef SIMULATOR_JOBS_H
+#define SIMULATOR_JOBS_H
 
 #include "instrument.h"
 

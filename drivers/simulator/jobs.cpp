@@ -1,4 +1,4 @@
-#include "features.h"
+#include "jobs.h"
 
 #include "optics.h"
 
