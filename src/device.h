@@ -1,3 +1,5 @@
+/// @file
+/// Device, and the records that its features take and deliver.
 #ifndef QELDEVICES_DEVICE_H
 #define QELDEVICES_DEVICE_H
 
@@ -381,6 +383,7 @@ public:
         Mirrored = 0x2, ///< from both ends to the middle
         Once = 0x4,     ///< one time instead of for ever
     };
+    /// A set of mode flags.
     Q_DECLARE_FLAGS(Modes, Mode)
 
     /// Solid white, no mode flag, state 0.

@@ -1,3 +1,5 @@
+/// @file
+/// The registry of drivers, and what a driver and its plugin implement.
 #ifndef QELDEVICES_DEVICEBROKER_H
 #define QELDEVICES_DEVICEBROKER_H
 

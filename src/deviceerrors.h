@@ -1,3 +1,5 @@
+/// @file
+/// The device error codes.
 #ifndef QELDEVICES_DEVICEERRORS_H
 #define QELDEVICES_DEVICEERRORS_H
 

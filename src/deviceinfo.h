@@ -1,3 +1,5 @@
+/// @file
+/// The identity of one attached instrument.
 #ifndef QELDEVICES_DEVICEINFO_H
 #define QELDEVICES_DEVICEINFO_H
 

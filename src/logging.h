@@ -1,3 +1,5 @@
+/// @file
+/// The library's logging categories.
 #ifndef QELDEVICES_LOGGING_H
 #define QELDEVICES_LOGGING_H
 

@@ -1,3 +1,5 @@
+/// @file
+/// The library's start and version, and what every header needs.
 #ifndef QELDEVICES_GLOBAL_H
 #define QELDEVICES_GLOBAL_H
 
