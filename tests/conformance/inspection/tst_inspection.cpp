@@ -60,8 +60,10 @@ static QByteArray readFile(const QString &path)
 
 static bool writeFile(const QString &path, const QByteArray &bytes)
 {
+    // To empty a file before it is written is slow on some file systems.
     QFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
+    return file.open(QIODevice::ReadWrite) && file.write(bytes) == bytes.size()
+        && file.resize(bytes.size());
 }
 
 static QStringList codes(const FileReport &report)
