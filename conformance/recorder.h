@@ -1,0 +1,91 @@
+#ifndef QEL_CONFORMANCE_RECORDER_H
+#define QEL_CONFORMANCE_RECORDER_H
+
+#include <qeldevices/device.h>
+
+#include <QtCore/QElapsedTimer>
+#include <QtCore/QMutex>
+#include <QtCore/QStringList>
+#include <QtCore/QVector>
+
+#include <functional>
+
+namespace qel::conformance {
+
+/// One emission of a device's signal, with the device's state at that moment.
+struct Event
+{
+    enum Kind {
+        OpenChanged,
+        BusyChanged,
+        TransientValue,
+        Executed,
+        NameChanged,
+        SerialChanged,
+        DescriptorChanged,
+        ConfigurationChanged,
+        FeaturesChanged,
+        ErrorChanged,
+        ActionRequired,
+        ActionConfirmed,
+    };
+
+    Kind kind = OpenChanged;
+    /// The arguments, as far as the signal has them.
+    devices::Device::DeviceFeature feature = devices::Device::DF_None;
+    bool flag = false; ///< the open or busy flag, or the `ok` of an ending
+    QVariant value;    ///< a result or a transient value
+    int actionId = -1;
+    QString action;
+
+    qint64 milliseconds = 0;    ///< since the recorder began
+    bool isOwnThread = true;    ///< whether it came from the device's thread
+    bool isOpen = false;        ///< the device's flag
+    bool isBusy = false;        ///< the device's flag
+    int errorCode = 0;          ///< the device's error
+    QString additionalInfoTrId; ///< the device's error
+
+    /// As a line for people.
+    QString toString() const;
+};
+
+/// Writes down every signal of one device in order.
+///
+/// The events outlive the device. Signals from other threads are recorded too.
+class Recorder
+{
+public:
+    Recorder();
+
+    /// Starts to record `device`. Called once.
+    void attach(devices::Device *device);
+
+    /// Calls `reaction` for each event right after it was recorded, inside the emission.
+    void setReaction(std::function<void(const Event &)> reaction);
+
+    /// The events from index `from` on.
+    QVector<Event> events(int from = 0) const;
+    /// How many events there are: the index of the next.
+    int count() const;
+    /// How many events of `kind` there are from index `from` on.
+    int count(Event::Kind kind, int from) const;
+    /// The last `limit` events as lines for people.
+    QStringList toStringList(int limit) const;
+
+private:
+    void add(devices::Device *device, Event event);
+
+    mutable QMutex m_mutex;
+    QElapsedTimer m_clock;
+    QVector<Event> m_events;
+    std::function<void(const Event &)> m_reaction;
+};
+
+/// "DF_Orientation", or the number of a feature that has no name.
+QString featureName(devices::Device::DeviceFeature feature);
+/// "0x8004".
+QString errorName(int code);
+
+} // namespace qel::conformance
+
+#endif

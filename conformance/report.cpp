@@ -1,0 +1,162 @@
+#include "report.h"
+
+#include <QtCore/QJsonArray>
+#include <QtCore/QJsonDocument>
+#include <QtCore/QJsonObject>
+#include <QtCore/QXmlStreamWriter>
+
+namespace qel::conformance {
+
+static QString name(Outcome outcome)
+{
+    switch (outcome) {
+    case Outcome::Passed:
+        return QStringLiteral("passed");
+    case Outcome::Failed:
+        return QStringLiteral("failed");
+    case Outcome::Warning:
+        return QStringLiteral("warning");
+    case Outcome::NotApplicable:
+        return QStringLiteral("not applicable");
+    case Outcome::NotRun:
+        return QStringLiteral("not run");
+    }
+    return {};
+}
+
+static bool isBroken(const Result &result)
+{
+    return result.outcome == Outcome::Failed || result.outcome == Outcome::Warning;
+}
+
+// What a person needs to understand a broken rule.
+static QStringList explanation(const Result &result)
+{
+    QStringList lines = {QStringLiteral("seen:   %1").arg(result.seen),
+                         QStringLiteral("why:    %1").arg(QLatin1String(result.rule->reason)),
+                         QStringLiteral("remedy: %1").arg(QLatin1String(result.rule->remedy))};
+    if (!result.signalsSeen.isEmpty())
+        lines += QStringLiteral("signals of the device:");
+    for (const QString &line : result.signalsSeen)
+        lines += QStringLiteral("  ") + line;
+    return lines;
+}
+
+QString toText(const Result &result, const Result *previous)
+{
+    QString text;
+    if (!previous || qstrcmp(previous->rule->group, result.rule->group) != 0)
+        text += QStringLiteral("%1\n").arg(QLatin1String(result.rule->group));
+    const QString outcome = name(result.outcome);
+    text += QStringLiteral("  %1 %2 %3\n")
+                .arg(result.rule->number, 4)
+                .arg(isBroken(result) ? outcome.toUpper() : outcome, -14)
+                .arg(QLatin1String(result.rule->statement));
+    const QString indent = QStringLiteral("                      ");
+    if (isBroken(result)) {
+        for (const QString &line : explanation(result))
+            text += indent + line + QLatin1Char('\n');
+    } else if (!result.seen.isEmpty()) {
+        text += QStringLiteral("%1(%2)\n").arg(indent, result.seen);
+    }
+    return text;
+}
+
+QString summary(const Report &report)
+{
+    return QStringLiteral("%1 rules hold, %2 failed, %3 warnings, %4 not applicable, %5 not run")
+        .arg(report.count(Outcome::Passed))
+        .arg(report.count(Outcome::Failed))
+        .arg(report.count(Outcome::Warning))
+        .arg(report.count(Outcome::NotApplicable))
+        .arg(report.count(Outcome::NotRun));
+}
+
+QByteArray toJson(const Report &report, const QString &fileName)
+{
+    QJsonArray rules;
+    for (const Result &result : report.results) {
+        QJsonObject rule = {{QStringLiteral("number"), result.rule->number},
+                            {QStringLiteral("group"), QLatin1String(result.rule->group)},
+                            {QStringLiteral("statement"), QLatin1String(result.rule->statement)},
+                            {QStringLiteral("outcome"), name(result.outcome)}};
+        if (!result.seen.isEmpty())
+            rule.insert(QStringLiteral("seen"), result.seen);
+        if (isBroken(result)) {
+            rule.insert(QStringLiteral("reason"), QLatin1String(result.rule->reason));
+            rule.insert(QStringLiteral("remedy"), QLatin1String(result.rule->remedy));
+            rule.insert(QStringLiteral("signals"), QJsonArray::fromStringList(result.signalsSeen));
+        }
+        rules += rule;
+    }
+    QJsonObject object = {{QStringLiteral("plugin"), fileName},
+                          {QStringLiteral("passed"), report.count(Outcome::Passed)},
+                          {QStringLiteral("failed"), report.count(Outcome::Failed)},
+                          {QStringLiteral("warnings"), report.count(Outcome::Warning)},
+                          {QStringLiteral("notApplicable"), report.count(Outcome::NotApplicable)},
+                          {QStringLiteral("notRun"), report.count(Outcome::NotRun)},
+                          {QStringLiteral("rules"), rules}};
+    if (!report.error.isEmpty())
+        object.insert(QStringLiteral("error"), report.error);
+    return QJsonDocument(object).toJson();
+}
+
+// XML 1.0 has no place for most control characters, and a plugin's last words may hold any.
+static QString printable(QString text)
+{
+    for (QChar &character : text) {
+        if (character < QLatin1Char(' ') && character != QLatin1Char('\n'))
+            character = QLatin1Char('?');
+    }
+    return text;
+}
+
+static void writeCase(QXmlStreamWriter &xml, const Result &result)
+{
+    xml.writeStartElement(QStringLiteral("testcase"));
+    xml.writeAttribute(QStringLiteral("classname"), QLatin1String(result.rule->group));
+    xml.writeAttribute(QStringLiteral("name"),
+                       QStringLiteral("%1 %2")
+                           .arg(result.rule->number)
+                           .arg(QLatin1String(result.rule->statement)));
+    const QString text =
+        isBroken(result) ? printable(explanation(result).join(QLatin1Char('\n'))) : QString();
+    if (result.outcome == Outcome::Failed) {
+        xml.writeStartElement(QStringLiteral("failure"));
+        xml.writeAttribute(QStringLiteral("message"), printable(result.seen));
+        xml.writeCharacters(text);
+        xml.writeEndElement();
+    } else if (result.outcome == Outcome::Warning) {
+        xml.writeTextElement(QStringLiteral("system-out"), text);
+    } else if (result.outcome != Outcome::Passed) {
+        xml.writeEmptyElement(QStringLiteral("skipped"));
+        xml.writeAttribute(QStringLiteral("message"), printable(result.seen));
+    }
+    xml.writeEndElement();
+}
+
+QByteArray toJUnit(const Report &report, const QString &fileName)
+{
+    QByteArray document;
+    QXmlStreamWriter xml(&document);
+    xml.setAutoFormatting(true);
+    xml.writeStartDocument();
+    xml.writeStartElement(QStringLiteral("testsuite"));
+    xml.writeAttribute(QStringLiteral("name"), fileName);
+    xml.writeAttribute(QStringLiteral("tests"), QString::number(report.results.size()));
+    xml.writeAttribute(QStringLiteral("failures"), QString::number(report.count(Outcome::Failed)));
+    xml.writeAttribute(QStringLiteral("errors"),
+                       report.error.isEmpty() ? QStringLiteral("0") : QStringLiteral("1"));
+    xml.writeAttribute(
+        QStringLiteral("skipped"),
+        QString::number(report.count(Outcome::NotApplicable) + report.count(Outcome::NotRun)));
+    for (const Result &result : report.results)
+        writeCase(xml, result);
+    if (!report.error.isEmpty())
+        xml.writeTextElement(QStringLiteral("system-err"), printable(report.error));
+    xml.writeEndElement();
+    xml.writeEndDocument();
+    return document;
+}
+
+} // namespace qel::conformance

@@ -1,0 +1,175 @@
+#include "subject.h"
+
+namespace qel::conformance {
+
+using devices::Device;
+
+static const char group[] = "Requests for action";
+
+static void checkText(Subject &subject)
+{
+    Instrument instrument(subject);
+    instrument.open();
+    Device::DeviceFeature feature = Device::DF_None;
+    const int start = instrument.seen().count();
+    const int id = instrument.startRequest(&feature);
+    QString text;
+    for (const Event &event : instrument.seen().events(start)) {
+        if (event.kind == Event::ActionRequired)
+            text = event.action;
+    }
+    instrument.abort(id);
+    for (const char *language : {"en", "de"}) {
+        if (!subject.translates(text, QLatin1String(language)))
+            throw Broken{QStringLiteral("'%1' is in no catalogue for '%2'")
+                             .arg(text, QLatin1String(language))};
+    }
+}
+
+static void checkConfirm(Subject &subject)
+{
+    Instrument instrument(subject);
+    instrument.open();
+    Device::DeviceFeature feature = Device::DF_None;
+    const int id = instrument.startRequest(&feature);
+    const int start = instrument.seen().count();
+    instrument.confirm(id);
+    instrument.awaitEndings(start, 1, true);
+    subject.settle();
+    const int endings = instrument.seen().count(Event::Executed, start);
+    if (endings != 1)
+        throw Broken{QStringLiteral("after the confirmation, %1 has %2 endings")
+                         .arg(featureName(feature))
+                         .arg(endings)};
+}
+
+static void checkAbort(Subject &subject)
+{
+    Instrument instrument(subject);
+    instrument.open();
+    Device::DeviceFeature feature = Device::DF_None;
+    const int id = instrument.startRequest(&feature);
+    const int start = instrument.seen().count();
+    instrument.abort(id);
+    instrument.awaitEndings(start, 1, false);
+    subject.settle();
+    int endings = 0;
+    for (const Event &event : instrument.seen().events(start)) {
+        if (event.kind != Event::Executed)
+            continue;
+        ++endings;
+        if (event.flag || event.errorCode != 0)
+            throw Broken{
+                QStringLiteral("the aborted run of %1 ends with %2 and error %3")
+                    .arg(featureName(feature),
+                         event.flag ? QStringLiteral("success") : QStringLiteral("failure"),
+                         errorName(event.errorCode))};
+    }
+    if (endings != 1 || instrument->isBusy())
+        throw Broken{
+            QStringLiteral("after the abort, %1 has %2 endings and the device is %3")
+                .arg(featureName(feature))
+                .arg(endings)
+                .arg(instrument->isBusy() ? QStringLiteral("busy") : QStringLiteral("idle"))};
+}
+
+static void expectSilence(Subject &subject, Instrument &instrument, const QString &what,
+                          const std::function<void()> &answer)
+{
+    const int start = instrument.seen().count();
+    answer();
+    subject.settle();
+    for (const Event &event : instrument.seen().events(start)) {
+        // Sent by the library before the driver is asked.
+        if (event.kind != Event::ActionConfirmed && event.kind != Event::TransientValue)
+            throw Broken{QStringLiteral("%1 has an effect").arg(what)};
+    }
+}
+
+static void checkStrayAnswers(Subject &subject)
+{
+    Instrument instrument(subject);
+    instrument.open();
+    Device::DeviceFeature feature = Device::DF_None;
+    const int id = instrument.startRequest(&feature);
+    const int unknown = id + 1000;
+    expectSilence(subject, instrument, QStringLiteral("confirming an unknown request"),
+                  [&] { instrument.confirm(unknown); });
+    expectSilence(subject, instrument, QStringLiteral("aborting an unknown request"),
+                  [&] { instrument.abort(unknown); });
+    const int start = instrument.seen().count();
+    instrument.abort(id);
+    instrument.awaitEndings(start, 1, false);
+    subject.settle();
+    expectSilence(subject, instrument, QStringLiteral("confirming an answered request"),
+                  [&] { instrument.confirm(id); });
+    expectSilence(subject, instrument, QStringLiteral("aborting an answered request"),
+                  [&] { instrument.abort(id); });
+}
+
+static void checkAnswerWithin(Subject &subject)
+{
+    Device::DeviceFeature feature = Device::DF_None;
+    {
+        Instrument probe(subject);
+        probe.open();
+        probe.abort(probe.startRequest(&feature));
+        subject.settle();
+    }
+    for (const bool confirms : {false, true}) {
+        Instrument instrument(subject);
+        instrument.open();
+        instrument.recorder().setReaction([&](const Event &event) {
+            if (event.kind == Event::ActionRequired && confirms)
+                instrument.confirm(event.actionId);
+            else if (event.kind == Event::ActionRequired)
+                instrument.abort(event.actionId);
+        });
+        const int start = instrument.seen().count();
+        instrument.callExecute(feature);
+        subject.waitFor(subject.limits().run,
+                        [&] { return instrument.seen().count(Event::Executed, start) > 0; });
+        subject.settle();
+        const int endings = instrument.seen().count(Event::Executed, start);
+        if (endings != 1)
+            throw Broken{
+                QStringLiteral("%1 from within the signal, the run of %2 has %3 endings")
+                    .arg(confirms ? QStringLiteral("confirmed") : QStringLiteral("aborted"),
+                         featureName(feature))
+                    .arg(endings)};
+    }
+}
+
+QVector<Rule> actionRules()
+{
+    return {
+        {701, group, Severity::Failure, true, Needs::Open,
+         "The text of a request is a translation id that the plugin's catalogues resolve in "
+         "English and German.",
+         "The application shows it in the user's language.",
+         "Pass an id to emitActionRequired() and translate it in plugin_en.ts and plugin_de.ts.",
+         checkText},
+        {702, group, Severity::Failure, true, Needs::Open,
+         "A confirmed request lets the run go on to its one ending.",
+         "The user has done what was asked and waits.",
+         "Override confirmActionImpl() and go on from there.", checkConfirm},
+        {703, group, Severity::Failure, true, Needs::Open,
+         "An aborted request ends the run once, with executed(feature, false), no error and the "
+         "device idle.",
+         "The user's own decision is not a fault of the instrument.",
+         "Override abortActionImpl() and end the run there without setError().", checkAbort},
+        {704, group, Severity::Failure, true, Needs::Open,
+         "An answer to an unknown or an already answered request has no effect.",
+         "Several windows may show the same request, and each may answer.",
+         "Compare the id with that of the open request, and forget it with the first answer.",
+         checkStrayAnswers},
+        {705, group, Severity::Failure, true, Needs::Open,
+         "A request may be answered from within its signal.",
+         "Scripts answer at once, before emitActionRequired() has returned the id.",
+         "Learn the id from the signal actionRequired() itself, connected in the constructor, not "
+         "from the returned value.",
+         checkAnswerWithin},
+    };
+}
+
+} // namespace qel::conformance

@@ -1,0 +1,327 @@
+#include "subject.h"
+
+#include <QtCore/QDir>
+#include <QtCore/QThreadPool>
+
+namespace qel::conformance {
+
+using devices::Device;
+
+static const char group[] = "Life cycle";
+
+// What must hold of the ending of a run that was cut short after event `start`.
+static void expectCutShort(const Instrument &instrument, int start, Device::DeviceFeature feature)
+{
+    const QVector<Event> events = instrument.seen().events(start);
+    int endings = 0;
+    for (const Event &event : events) {
+        if (event.kind != Event::Executed)
+            continue;
+        ++endings;
+        if (event.flag || event.value.isValid())
+            throw Broken{QStringLiteral("the run of %1 ends with success or a result")
+                             .arg(featureName(feature))};
+        if (event.isBusy)
+            throw Broken{QStringLiteral("the device is still busy at the ending of %1")
+                             .arg(featureName(feature))};
+    }
+    if (endings != 1)
+        throw Broken{
+            QStringLiteral("the run of %1 has %2 endings").arg(featureName(feature)).arg(endings)};
+}
+
+static void checkCloseInRun(Subject &subject)
+{
+    Instrument instrument(subject);
+    instrument.open();
+    const auto feature = instrument.startLongRun();
+    const int error = instrument->errorCode();
+    const int start = instrument.seen().count();
+    instrument.callClose();
+    subject.settle();
+    if (instrument->isOpen() || instrument->isBusy())
+        throw Broken{QStringLiteral("the device is still open or busy")};
+    expectCutShort(instrument, start, feature);
+    const QVector<Event> events = instrument.seen().events(start);
+    for (const Event &event : events) {
+        if (event.kind == Event::Executed && event.isOpen)
+            throw Broken{QStringLiteral("the device is still open at the ending of %1")
+                             .arg(featureName(feature))};
+    }
+    if (events.constLast().kind != Event::Executed)
+        throw Broken{QStringLiteral("a signal follows the ending")};
+    if (instrument->errorCode() != error)
+        throw Broken{
+            QStringLiteral("close() set error %1").arg(errorName(instrument->errorCode()))};
+}
+
+static void checkResetInRun(Subject &subject)
+{
+    Instrument instrument(subject);
+    instrument.open();
+    const auto feature = instrument.startLongRun();
+    int start = instrument.seen().count();
+    instrument.callReset();
+    subject.waitFor(subject.limits().open,
+                    [&] { return instrument.seen().count(Event::Executed, start) > 0; });
+    subject.settle();
+    expectCutShort(instrument, start, feature);
+    if (!instrument->isOpen() || instrument->isBusy() || instrument->errorCode() != 0)
+        throw Broken{QStringLiteral("the device is not open, idle and without error")};
+    start = instrument.seen().count();
+    instrument.callExecute(feature);
+    if (!instrument.awaitEndings(start, 1, true))
+        throw Broken{QStringLiteral("%1 cannot be run any more").arg(featureName(feature))};
+}
+
+static void checkResetIdle(Subject &subject)
+{
+    Instrument instrument(subject);
+    instrument.open();
+    try {
+        instrument.provokeError();
+    } catch (const NotApplicable &) {
+        // Then there is none to clear.
+    }
+    const int start = instrument.seen().count();
+    instrument.callReset();
+    subject.waitFor(subject.limits().open, [&] { return instrument->errorCode() == 0; });
+    subject.settle();
+    if (!instrument->isOpen() || instrument->isBusy() || instrument->errorCode() != 0)
+        throw Broken{QStringLiteral("the device is not open, idle and without error")};
+    if (instrument.seen().count(Event::Executed, start) > 0
+        || instrument.seen().count(Event::OpenChanged, start) > 0)
+        throw Broken{QStringLiteral("reset() ended a run or closed the device")};
+}
+
+static void checkResetClosed(Subject &subject)
+{
+    Instrument instrument(subject);
+    instrument.open();
+    try {
+        instrument.provokeError();
+    } catch (const NotApplicable &) {
+        // Then there is none to clear.
+    }
+    instrument.close();
+    const int start = instrument.seen().count();
+    instrument.callReset();
+    subject.settle();
+    if (instrument->isOpen() || instrument->isBusy() || instrument->errorCode() != 0)
+        throw Broken{QStringLiteral("the device is not closed, idle and without error")};
+    for (const Event &event : instrument.seen().events(start)) {
+        if (event.kind != Event::ErrorChanged)
+            throw Broken{QStringLiteral("reset() of a closed device emitted more than "
+                                        "errorChanged()")};
+    }
+}
+
+static void checkUpdate(Subject &subject)
+{
+    Instrument instrument(subject);
+    instrument.open();
+    const int start = instrument.seen().count();
+    instrument.callUpdate();
+    subject.settle();
+    if (!instrument->isOpen())
+        throw Broken{QStringLiteral("update() closed the device")};
+    if (instrument.seen().count(Event::Executed, start) > 0)
+        throw Broken{QStringLiteral("update() emitted executed()")};
+}
+
+namespace {
+
+struct Stage
+{
+    const char *name;
+    void (*reach)(Subject &subject, Instrument &instrument);
+};
+
+} // namespace
+
+static const Stage stages[] = {
+    {"closed", [](Subject &, Instrument &) {}},
+    {"opening", [](Subject &, Instrument &instrument) { instrument.callOpen(); }},
+    {"open", [](Subject &, Instrument &instrument) { instrument.open(); }},
+    {"at work",
+     [](Subject &, Instrument &instrument) {
+         instrument.open();
+         instrument.startLongRun();
+     }},
+    {"waiting for the user",
+     [](Subject &subject, Instrument &instrument) {
+         if (!subject.isUnsafe())
+             throw NotApplicable{};
+         instrument.open();
+         Device::DeviceFeature feature = Device::DF_None;
+         instrument.startRequest(&feature);
+     }},
+    {"closed again",
+     [](Subject &, Instrument &instrument) {
+         instrument.open();
+         instrument.close();
+     }},
+};
+
+static void checkDeletion(Subject &subject)
+{
+    for (const Stage &stage : stages) {
+        Instrument instrument(subject);
+        try {
+            stage.reach(subject, instrument);
+        } catch (const NotApplicable &) {
+            continue;
+        }
+        const int start = instrument.seen().count();
+        instrument.destroy();
+        subject.settle();
+        if (instrument.seen().count() != start)
+            throw Broken{QStringLiteral("deleted while %1, the device emitted a signal")
+                             .arg(QLatin1String(stage.name))};
+    }
+}
+
+static void checkDeletionWithin(Subject &subject)
+{
+    for (const Event::Kind kind : {Event::OpenChanged, Event::FeaturesChanged, Event::BusyChanged,
+                                   Event::TransientValue, Event::ActionRequired, Event::Executed}) {
+        Instrument instrument(subject);
+        bool isArmed = kind == Event::OpenChanged || kind == Event::FeaturesChanged;
+        instrument.recorder().setReaction([&](const Event &event) {
+            if (isArmed && event.kind == kind && instrument.device())
+                instrument->deleteLater();
+        });
+        instrument.callOpen();
+        subject.waitFor(subject.limits().open, [&] {
+            return !instrument.device() || instrument->isOpen() || instrument->errorCode() != 0;
+        });
+        subject.settle();
+        isArmed = true;
+        const int enough = 3;
+        for (int i = 0; instrument.device() && i < enough; ++i) {
+            const auto features = instrument.runnable();
+            if (i >= features.size())
+                break;
+            // From the last one: what takes long stands in front.
+            instrument.callExecute(features.at(features.size() - 1 - i));
+            subject.settle();
+        }
+        if (instrument.device() && instrument->isOpen() && kind != Event::OpenChanged) {
+            try {
+                instrument.startLongRun();
+                subject.settle();
+            } catch (const NotApplicable &) {
+                // Then no signal comes from a run that lasts.
+            }
+        }
+        subject.settle();
+    }
+}
+
+static int entriesOf(const char *folder)
+{
+    return QDir(QLatin1String(folder))
+        .entryList(QDir::AllEntries | QDir::System | QDir::Hidden | QDir::NoDotAndDotDot)
+        .size();
+}
+
+static void liveOnce(Subject &subject)
+{
+    {
+        Instrument instrument(subject);
+        instrument.open();
+        try {
+            instrument.startLongRun();
+        } catch (const NotApplicable &) {
+            // Opening and closing must do.
+        }
+        instrument.close();
+    }
+    subject.settle();
+}
+
+static void checkLeftovers(Subject &subject)
+{
+    // Threads of the pool that come and go belong to nobody.
+    QThreadPool::globalInstance()->setExpiryTimeout(1);
+    // What the first life builds for all later ones is no leftover.
+    liveOnce(subject);
+    const int threads = entriesOf("/proc/self/task");
+    const int files = entriesOf("/proc/self/fd");
+    if (threads == 0)
+        throw NotApplicable{QStringLiteral("this system does not tell threads and open files")};
+    for (int i = 0; i < 3; ++i)
+        liveOnce(subject);
+    const int moreThreads = entriesOf("/proc/self/task") - threads;
+    const int moreFiles = entriesOf("/proc/self/fd") - files;
+    if (moreThreads > 0 || moreFiles > 0)
+        throw Broken{QStringLiteral("three more lives left %1 threads and %2 open files")
+                         .arg(moreThreads)
+                         .arg(moreFiles)};
+}
+
+static void checkExit(Subject &subject)
+{
+    try {
+        liveOnce(subject);
+    } catch (const Unmet &) {
+        // The drivers are destroyed all the same.
+    }
+}
+
+QVector<Rule> lifeRules()
+{
+    return {
+        {901, group, Severity::Failure, false, Needs::Open,
+         "close() during a run ends it once with executed(feature, false), after the flags have "
+         "been cleared, without an error, and nothing follows.",
+         "A receiver of the ending that executes again must be refused, not start a run on a "
+         "device that is closing.",
+         "In close(): stop the work, forget the run, setStatus({}), then emit executed().",
+         checkCloseInRun},
+        {902, group, Severity::Failure, false, Needs::Open,
+         "reset() during a run ends it once with executed(feature, false) and leaves the device "
+         "open, idle, without error and usable.",
+         "It is the way out of a run that is stuck.",
+         "In reset(): stop the work, forget the run, setBusy(false), clear the error, then emit "
+         "executed().",
+         checkResetInRun},
+        {903, group, Severity::Failure, false, Needs::Open,
+         "reset() of an idle open device clears the error, leaves it open and ends nothing.",
+         "An ending without a run is taken for that of the next one.",
+         "Emit executed() in reset() only when a run is in progress.", checkResetIdle},
+        {904, group, Severity::Failure, false, Needs::Open,
+         "reset() of a closed device clears the error and does nothing else.",
+         "A closed device has nothing else to bring back.",
+         "Return early in reset() unless the device is open.", checkResetClosed},
+        {905, group, Severity::Failure, false, Needs::Open,
+         "update() of an open device leaves it open and emits no executed().",
+         "Nobody has started a run.",
+         "Report what update() finds through setters and transientValue().", checkUpdate},
+        {906, group, Severity::Failure, false, Needs::Instrument,
+         "A device can be deleted at every stage, and emits nothing when it is.",
+         "The user may end the program at any time; receivers of the signals may be half gone.",
+         "Give timers, sockets and lambdas the device as parent or context; do not call close() "
+         "in the destructor.",
+         checkDeletion},
+        {907, group, Severity::Failure, false, Needs::Instrument,
+         "A receiver may ask for the deletion of the device from within any of its signals.",
+         "That is how an application reacts to an ending or an error.",
+         "After emitting, touch the device only through things that die with it (its own timers, "
+         "QPointer).",
+         checkDeletionWithin},
+        {908, group, Severity::Failure, false, Needs::Open,
+         "A deleted device leaves no thread and no open file behind.",
+         "A program that runs for weeks opens and closes an instrument thousands of times.",
+         "Let the device own what it opens; end and wait for its threads in the destructor.",
+         checkLeftovers},
+        {909, group, Severity::Failure, false, Needs::Plugin,
+         "The process ends cleanly with the plugin loaded.",
+         "Drivers are destroyed after main(), when the application object has gone.",
+         "Use neither qApp nor an event loop nor other libraries' statics in a driver's "
+         "destructor.",
+         checkExit, true},
+    };
+}
+
+} // namespace qel::conformance
