@@ -3,13 +3,14 @@
 #include "worker_p.h"
 
 #include <QtCore/QCoreApplication>
+#include <QtCore/QElapsedTimer>
 #include <QtCore/QFileInfo>
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonDocument>
 #include <QtCore/QProcess>
 
 #include <algorithm>
-#include <csignal>
+#include <cstdlib>
 #include <cstring>
 
 namespace qel::conformance {
@@ -55,7 +56,7 @@ Report Checker::run(const std::function<void(const Result &)> &report)
     return m_report;
 }
 
-void Checker::conclude(Result result)
+void Checker::conclude(const Result &result)
 {
     m_report.results += result;
     if (m_sink)
@@ -127,62 +128,83 @@ QString Checker::endOf(QProcess *process, bool isHung) const
     return end;
 }
 
+// The next answer of a process; none when it has ended, or is silent for too long.
+std::optional<QJsonObject> Checker::nextAnswer(QProcess *process, bool *isHung) const
+{
+    const int silent = m_request.limits.silent;
+    QElapsedTimer clock;
+    clock.start();
+    while (!process->canReadLine()) {
+        const int left = silent - int(clock.elapsed());
+        if (left > 0 && process->waitForReadyRead(left))
+            continue;
+        // Its output may have ended a moment before the process itself.
+        *isHung = process->state() != QProcess::NotRunning
+            && !process->waitForFinished(std::max(0, silent - int(clock.elapsed())));
+        return std::nullopt;
+    }
+    return QJsonDocument::fromJson(process->readLine()).object();
+}
+
 // Has one process judge as many of the pending rules as it gets to, and removes those.
 void Checker::runBatch(QVector<const Rule *> *pending)
 {
     const int before = pending->size();
     QProcess process;
     startWorker(&process, *pending);
-    std::optional<Result> atExit;
+    // The rule that the process is at.
     const Rule *current = nullptr;
     bool isHung = false;
-    while (true) {
-        if (!process.canReadLine() && !process.waitForReadyRead(m_request.limits.silent)) {
-            isHung = process.state() == QProcess::Running;
-            break;
-        }
-        if (!process.canReadLine())
+    while (const auto answer = nextAnswer(&process, &isHung)) {
+        if (!answer->contains(keyRule))
             continue;
-        const QJsonObject answer = QJsonDocument::fromJson(process.readLine()).object();
-        if (!answer.contains(keyRule))
-            continue;
-        const int number = answer.value(keyRule).toInt();
+        const int number = answer->value(keyRule).toInt();
         while (pending->constFirst()->number != number) {
             const Rule *left = pending->takeFirst();
             conclude({left, Outcome::NotRun, whyNot(*left), {}});
         }
         current = pending->constFirst();
-        if (!answer.contains(keyOutcome))
+        const bool waitsForExit = current->coversExit && answer->value(keyOutcome) == outcomePassed;
+        if (!answer->contains(keyOutcome) || waitsForExit)
             continue;
-        if (!current->coversExit || answer.value(keyOutcome) != outcomePassed) {
-            take(*pending->takeFirst(), answer);
-            current = nullptr;
-            if (m_unmet)
-                break;
-        }
+        take(*pending->takeFirst(), *answer);
+        current = nullptr;
+        if (m_unmet)
+            break;
     }
-    // The end of its input makes the process close the instrument.
-    process.closeWriteChannel();
-    const int grace = 3000;
-    if (isHung || !process.waitForFinished(grace)) {
-        process.kill();
-        process.waitForFinished();
-        isHung = isHung || current;
-    }
+    finish(&process, &isHung);
     if (current) {
         pending->removeFirst();
-        const bool isClean = current->coversExit && !isHung
-            && process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0;
-        Result result = {current, Outcome::Passed, {}, {}};
-        if (!isClean) {
-            result.outcome = Outcome::Failed;
-            result.seen = endOf(&process, isHung);
-        }
-        conclude(result);
+        concludeByEnd(*current, &process, isHung);
     } else if (pending->size() == before) {
         m_report.error = QStringLiteral("'%1' does not load plugins for the checker: %2")
-                             .arg(m_request.workerProgram, endOf(&process, false));
+                             .arg(m_request.workerProgram, endOf(&process, isHung));
     }
+}
+
+void Checker::finish(QProcess *process, bool *isHung) const
+{
+    // The end of its input makes the process close the instrument.
+    process->closeWriteChannel();
+    const int grace = 3000;
+    if (process->state() != QProcess::NotRunning && !process->waitForFinished(grace)) {
+        *isHung = true;
+        process->kill();
+        process->waitForFinished();
+    }
+}
+
+// Judges a rule by how the process ended that was at it.
+void Checker::concludeByEnd(const Rule &rule, QProcess *process, bool isHung)
+{
+    const bool isClean = rule.coversExit && !isHung && process->exitStatus() == QProcess::NormalExit
+        && process->exitCode() == EXIT_SUCCESS;
+    Result result = {&rule, Outcome::Passed, {}, {}};
+    if (!isClean) {
+        result.outcome = rule.severity == Severity::Failure ? Outcome::Failed : Outcome::Warning;
+        result.seen = endOf(process, isHung);
+    }
+    conclude(result);
 }
 
 } // namespace qel::conformance

@@ -1,9 +1,10 @@
 #ifndef QEL_CONFORMANCE_CHECKER_H
 #define QEL_CONFORMANCE_CHECKER_H
 
-#include "limits.h"
 #include "rule.h"
+#include "timelimits.h"
 
+#include <QtCore/QJsonObject>
 #include <QtCore/QStringList>
 
 #include <functional>
@@ -70,7 +71,10 @@ public:
 private:
     void runBatch(QVector<const Rule *> *pending);
     void startWorker(QProcess *process, const QVector<const Rule *> &rules) const;
-    void conclude(Result result);
+    std::optional<QJsonObject> nextAnswer(QProcess *process, bool *isHung) const;
+    void finish(QProcess *process, bool *isHung) const;
+    void conclude(const Result &result);
+    void concludeByEnd(const Rule &rule, QProcess *process, bool isHung);
     void take(const Rule &rule, const QJsonObject &answer);
     QString endOf(QProcess *process, bool isHung) const;
     QString whyNot(const Rule &rule) const;

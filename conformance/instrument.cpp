@@ -156,23 +156,23 @@ bool Instrument::awaitEndings(int start, int endings, bool confirms)
     });
 }
 
-Event Instrument::run(Feature feature)
+Event Instrument::run(Feature feature, bool confirms)
 {
     const int start = m_recorder->count();
     callExecute(feature);
-    if (!awaitEndings(start, 1, true))
+    if (!awaitEndings(start, 1, confirms))
         throw Hindered{QStringLiteral("a run of %1 has no end").arg(featureName(feature))};
     const QVector<Event> events = m_recorder->events(start);
     return *std::find_if(events.cbegin(), events.cend(),
                          [](const Event &event) { return event.kind == Event::Executed; });
 }
 
-Event Instrument::runShort(Feature feature)
+Event Instrument::runShort(Feature feature, bool confirms)
 {
     const QVariant configuration = shortConfiguration(feature, m_device->descriptor(feature));
     if (configuration.isValid() || m_device->configuration(feature).isValid())
         m_device->setConfiguration(feature, configuration);
-    return run(feature);
+    return run(feature, confirms);
 }
 
 Instrument::Feature Instrument::startLongRun()

@@ -19,11 +19,9 @@ static void checkText(Subject &subject)
             text = event.action;
     }
     instrument.abort(id);
-    for (const char *language : {"en", "de"}) {
-        if (!subject.translates(text, QLatin1String(language)))
-            throw Broken{QStringLiteral("'%1' is in no catalogue for '%2'")
-                             .arg(text, QLatin1String(language))};
-    }
+    const QString fault = subject.translationFault(text);
+    if (!fault.isEmpty())
+        throw Broken{fault};
 }
 
 static void checkConfirm(Subject &subject)
@@ -113,8 +111,12 @@ static void checkAnswerWithin(Subject &subject)
     {
         Instrument probe(subject);
         probe.open();
-        probe.abort(probe.startRequest(&feature));
-        subject.settle();
+        const int id = probe.startRequest(&feature);
+        const int start = probe.seen().count();
+        probe.confirm(id);
+        if (!probe.awaitEndings(start, 1, true))
+            throw Hindered{
+                QStringLiteral("a confirmed run of %1 has no end").arg(featureName(feature))};
     }
     for (const bool confirms : {false, true}) {
         Instrument instrument(subject);

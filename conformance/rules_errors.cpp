@@ -62,11 +62,9 @@ static void checkDetails(Subject &subject)
         if (id.isEmpty())
             continue;
         found = true;
-        for (const char *language : {"en", "de"}) {
-            if (!subject.translates(id, QLatin1String(language)))
-                throw Broken{QStringLiteral("'%1' is in no catalogue for '%2'")
-                                 .arg(id, QLatin1String(language))};
-        }
+        const QString fault = subject.translationFault(id);
+        if (!fault.isEmpty())
+            throw Broken{fault};
     }
     if (!found)
         throw NotApplicable{QStringLiteral("the errors brought about have no details")};

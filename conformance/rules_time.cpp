@@ -24,13 +24,11 @@ static void tour(Subject &subject)
         subject.settle();
         instrument.startLongRun();
         instrument.close();
-        instrument.open();
-        instrument.startLongRun();
     } catch (const NotApplicable &) {
         instrument.callReset();
         instrument.close();
-        instrument.open();
     }
+    instrument.open();
     instrument.destroy();
     subject.settle();
 }

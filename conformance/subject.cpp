@@ -5,6 +5,7 @@
 #include <QtCore/QDir>
 #include <QtCore/QDirIterator>
 #include <QtCore/QEventLoop>
+#include <QtCore/QFile>
 #include <QtCore/QTimer>
 #include <QtCore/QTranslator>
 
@@ -163,18 +164,31 @@ QStringList Subject::catalogueFolders() const
     return folders;
 }
 
-bool Subject::translates(const QString &id, const QString &language) const
+static bool translates(const QStringList &catalogues, const QString &id)
 {
-    QStringList catalogues;
-    const QStringList folders = catalogueFolders();
-    for (const QString &folder : folders)
-        catalogues += QStringLiteral("%1/plugin_%2.qm").arg(folder, language);
-    catalogues += QStringLiteral(":/qel/devices/qeldevices_%1.qm").arg(language);
     return std::any_of(catalogues.cbegin(), catalogues.cend(), [&](const QString &catalogue) {
         QTranslator translator;
         return translator.load(catalogue)
             && !translator.translate(nullptr, id.toUtf8().constData()).isEmpty();
     });
+}
+
+QString Subject::translationFault(const QString &id) const
+{
+    const QStringList folders = catalogueFolders();
+    for (const char *name : {"en", "de"}) {
+        const QLatin1String language(name);
+        QStringList catalogues;
+        for (const QString &folder : folders)
+            catalogues += QStringLiteral("%1/plugin_%2.qm").arg(folder, language);
+        const bool isThere = std::any_of(catalogues.cbegin(), catalogues.cend(),
+                                         [](const QString &file) { return QFile::exists(file); });
+        // The library's own ids serve as well.
+        catalogues += QStringLiteral(":/qel/devices/qeldevices_%1.qm").arg(language);
+        if (isThere && !translates(catalogues, id))
+            return QStringLiteral("'%1' is in no catalogue for '%2'").arg(id, language);
+    }
+    return {};
 }
 
 void Subject::closeAll()

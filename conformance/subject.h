@@ -1,9 +1,9 @@
 #ifndef QEL_CONFORMANCE_SUBJECT_H
 #define QEL_CONFORMANCE_SUBJECT_H
 
-#include "limits.h"
 #include "recorder.h"
 #include "rule.h"
+#include "timelimits.h"
 
 #include <qeldevices/device.h>
 #include <qeldevices/devicebroker.h>
@@ -69,9 +69,9 @@ public:
     /// empty name the longest hold-up of the event loop between calls.
     QMap<QString, qint64> takeTimes();
 
-    /// Whether an id resolves in the plugin's catalogues (or the library's) for `language`, a name
-    /// such as "de".
-    bool translates(const QString &id, const QString &language) const;
+    /// The languages whose catalogue of the plugin lacks `id`, in words; empty when none does.
+    /// Languages without a catalogue are left out.
+    QString translationFault(const QString &id) const;
     /// The folders of the plugin's catalogues.
     QStringList catalogueFolders() const;
 
@@ -152,11 +152,11 @@ public:
     /// Waits until `endings` runs have ended since event `start`, answering the driver's requests
     /// since then; whether they have. A driver that asks for ever has its requests aborted.
     bool awaitEndings(int start, int endings, bool confirms);
-    /// Executes `feature` and waits for its ending, confirming the driver's requests on the way.
-    /// Throws Hindered when there is no ending.
-    Event run(Feature feature);
+    /// Executes `feature` and waits for its ending, confirming the driver's requests on the way, or
+    /// aborting them. Throws Hindered when there is no ending.
+    Event run(Feature feature, bool confirms = true);
     /// As run(), with the shortest valid configuration.
-    Event runShort(Feature feature);
+    Event runShort(Feature feature, bool confirms = true);
     /// Starts a run that is still at work when the call returns, if possible after its first
     /// progress. Throws NotApplicable when there is none.
     Feature startLongRun();

@@ -1,0 +1,80 @@
+#ifndef GOOD_H
+#define GOOD_H
+
+#include <qeldevices/device.h>
+#include <qeldevices/devicebroker.h>
+#include <qeldevices/deviceerrors.h>
+
+#include <QtCore/QTimer>
+
+#include <functional>
+
+using qel::devices::Device;
+using qel::devices::DeviceDriver;
+using qel::devices::DeviceInfo;
+
+/// A reader that does everything right, in a few milliseconds. Mutants override one thing each.
+class GoodDevice : public Device
+{
+public:
+    explicit GoodDevice(const DeviceInfo &info);
+
+    bool open() override;
+    void close() override;
+    void update() override { }
+    void reset() override;
+
+protected:
+    void executeImpl(DeviceFeature feature) override;
+    void confirmActionImpl(int actionId) override;
+    void abortActionImpl(int actionId) override;
+
+    /// The connection stands: the last step of opening.
+    virtual void connected();
+    virtual void fillFeatures();
+    virtual QVariant descriptorOf(DeviceFeature feature) const;
+    /// Whether the configuration of `feature` is one that its descriptor allows.
+    virtual bool accepts(DeviceFeature feature) const;
+    /// Does the work of `feature`, and begins with its first step.
+    virtual void start(DeviceFeature feature);
+    virtual void askForEmptySlot();
+    virtual void reportProgress(double progress);
+    virtual QVariant resultOf(DeviceFeature feature) const;
+    /// A second execute() during a run.
+    virtual void refuse(DeviceFeature feature, int code, const QString &details);
+    /// The only way out of a run.
+    virtual void finish(bool ok);
+    virtual void emitEnding(DeviceFeature feature, bool ok, const QVariant &result);
+    /// Stops whatever is going on, without a word; the feature that was at work.
+    virtual DeviceFeature stopWork();
+
+    void after(int milliseconds, std::function<void()> next);
+    void step();
+
+    bool m_isOpening = false;
+    DeviceFeature m_running = DF_None;
+    int m_request = -1;
+    int m_step = 0;
+    QTimer m_timer;
+    std::function<void()> m_next;
+};
+
+/// Lists two of these readers.
+class GoodDriver : public DeviceDriver
+{
+public:
+    QString name() override
+    {
+        return QStringLiteral("good");
+    }
+    QList<DeviceInfo> availableDevices() override;
+    Device *createDevice(const DeviceInfo &info) override;
+
+protected:
+    virtual Device *makeDevice(const DeviceInfo &info)
+    {
+        return new GoodDevice(info);
+    }
+};
+
+#endif

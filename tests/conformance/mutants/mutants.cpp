@@ -1,0 +1,884 @@
+#include "mutants.h"
+
+#include <QtCore/QCoreApplication>
+#include <QtCore/QDate>
+#include <QtCore/QEvent>
+#include <QtCore/QPointer>
+#include <QtCore/QThread>
+
+#include <fcntl.h>
+#include <thread>
+#include <utility>
+
+using namespace qel::devices;
+
+namespace {
+
+constexpr int tooLong = 400;
+
+// Each class is wrong in the one way that its name says.
+
+// Drivers.
+
+struct NoName : GoodDriver
+{
+    QString name() override
+    {
+        return {};
+    }
+};
+
+struct ForeignRecord : GoodDriver
+{
+    QList<DeviceInfo> availableDevices() override
+    {
+        return {DeviceInfo(DeviceInfo::Simulator, QStringLiteral("Good"), QStringLiteral("left"),
+                           QStringLiteral("Reader"), QStringLiteral("G-1"))};
+    }
+};
+
+struct ListedTwice : GoodDriver
+{
+    QList<DeviceInfo> availableDevices() override
+    {
+        return GoodDriver::availableDevices() + GoodDriver::availableDevices().mid(0, 1);
+    }
+};
+
+struct CountingName : GoodDriver
+{
+    QList<DeviceInfo> availableDevices() override
+    {
+        return {DeviceInfo(DeviceInfo::Simulator, name(), QStringLiteral("left"),
+                           QStringLiteral("Reader %1").arg(++m_count), QStringLiteral("G-1"))};
+    }
+    int m_count = 0;
+};
+
+struct EnumerationCloses : GoodDriver
+{
+    QList<DeviceInfo> availableDevices() override
+    {
+        if (m_last)
+            m_last->close();
+        return GoodDriver::availableDevices();
+    }
+    Device *makeDevice(const DeviceInfo &info) override
+    {
+        m_last = GoodDriver::makeDevice(info);
+        return m_last;
+    }
+    QPointer<Device> m_last;
+};
+
+struct HasParent : GoodDriver
+{
+    Device *makeDevice(const DeviceInfo &info) override
+    {
+        Device *device = GoodDriver::makeDevice(info);
+        device->setParent(QCoreApplication::instance());
+        return device;
+    }
+};
+
+struct OtherSerial : GoodDriver
+{
+    Device *makeDevice(const DeviceInfo &info) override
+    {
+        Device *device = GoodDriver::makeDevice(info);
+        device->setSerial(QStringLiteral("unknown"));
+        return device;
+    }
+};
+
+struct SharedObject : GoodDriver
+{
+    Device *makeDevice(const DeviceInfo &info) override
+    {
+        if (!m_device)
+            m_device = GoodDriver::makeDevice(info);
+        return m_device;
+    }
+    QPointer<Device> m_device;
+};
+
+struct AnyLocation : GoodDriver
+{
+    Device *createDevice(const DeviceInfo &info) override
+    {
+        return makeDevice(info);
+    }
+};
+
+struct AsksTheApplication : GoodDriver
+{
+    ~AsksTheApplication() override
+    {
+        if (!QCoreApplication::instance())
+            qFatal("there is no application");
+    }
+};
+
+// Identity, opening and closing.
+
+struct EarlyFeatures : GoodDevice
+{
+    explicit EarlyFeatures(const DeviceInfo &info)
+        : GoodDevice(info)
+    {
+        fillFeatures();
+    }
+};
+
+struct Chatty : GoodDevice
+{
+    explicit Chatty(const DeviceInfo &info)
+        : GoodDevice(info)
+    {
+        QTimer::singleShot(0, this, [this] { setName(QStringLiteral("Hello")); });
+    }
+};
+
+struct NeverOpens : GoodDevice
+{
+    using GoodDevice::GoodDevice;
+    bool open() override
+    {
+        return true;
+    }
+};
+
+struct WordlessRefusal : GoodDevice
+{
+    using GoodDevice::GoodDevice;
+    bool open() override
+    {
+        return false;
+    }
+};
+
+struct LateFeatures : GoodDevice
+{
+    using GoodDevice::GoodDevice;
+    void connected() override
+    {
+        m_isOpening = false;
+        setOpen(true);
+        after(1, [this] { fillFeatures(); });
+    }
+};
+
+struct OpensAgain : GoodDevice
+{
+    using GoodDevice::GoodDevice;
+    bool open() override
+    {
+        if (isOpen())
+            fillFeatures();
+        return GoodDevice::open();
+    }
+};
+
+struct ClosingIsAnError : GoodDevice
+{
+    using GoodDevice::GoodDevice;
+    void close() override
+    {
+        const bool wasIdle = isOpen() && !isBusy() && errorCode() == NO_DEVICE_ERROR;
+        GoodDevice::close();
+        if (wasIdle)
+            setError(ERROR_DEVICE_DISCONNECTED, {});
+    }
+};
+
+struct LateGoodbye : GoodDevice
+{
+    using GoodDevice::GoodDevice;
+    void close() override
+    {
+        if (isOpen() && !isBusy())
+            QTimer::singleShot(5, this, [this] { setName(name() + QLatin1Char('.')); });
+        GoodDevice::close();
+    }
+};
+
+struct CloseAlwaysEmits : GoodDevice
+{
+    using GoodDevice::GoodDevice;
+    void close() override
+    {
+        if (!isOpen() && !m_isOpening)
+            emit openChanged(false);
+        GoodDevice::close();
+    }
+};
+
+struct OpensAfterClose : GoodDevice
+{
+    using GoodDevice::GoodDevice;
+    void close() override
+    {
+        if (!m_isOpening)
+            GoodDevice::close();
+    }
+};
+
+struct FeaturesOnce : GoodDevice
+{
+    using GoodDevice::GoodDevice;
+    void fillFeatures() override
+    {
+        if (!std::exchange(m_isFilled, true))
+            GoodDevice::fillFeatures();
+    }
+    void close() override
+    {
+        if (isOpen())
+            removeFeature(DF_LedBarEffect);
+        GoodDevice::close();
+    }
+    bool m_isFilled = false;
+};
+
+struct ErrorStaysAtOpen : GoodDevice
+{
+    using GoodDevice::GoodDevice;
+    bool open() override
+    {
+        const int code = errorCode();
+        const bool accepted = GoodDevice::open();
+        setError(code, {});
+        return accepted;
+    }
+};
+
+struct CloseClearsError : GoodDevice
+{
+    using GoodDevice::GoodDevice;
+    void close() override
+    {
+        setError(NO_DEVICE_ERROR, {});
+        GoodDevice::close();
+    }
+};
+
+// Features.
+
+struct OffersNone : GoodDevice
+{
+    using GoodDevice::GoodDevice;
+    void fillFeatures() override
+    {
+        GoodDevice::fillFeatures();
+        addFeature(DF_None);
+    }
+};
+
+struct RowsAsText : GoodDevice
+{
+    using GoodDevice::GoodDevice;
+    QVariant descriptorOf(DeviceFeature feature) const override
+    {
+        QVariantHash descriptor = GoodDevice::descriptorOf(feature).toHash();
+        if (feature == DF_LuminescenceMeasurement)
+            descriptor.insert(QStringLiteral("rows"), QStringLiteral("2"));
+        return descriptor;
+    }
+};
+
+struct OtherDefault : GoodDevice
+{
+    using GoodDevice::GoodDevice;
+    QVariant descriptorOf(DeviceFeature feature) const override
+    {
+        QVariantHash descriptor = GoodDevice::descriptorOf(feature).toHash();
+        if (feature != DF_LedBarEffect)
+            return descriptor;
+        QVariantHash settings = descriptor.value(QStringLiteral("settings")).toHash();
+        QVariantHash state = settings.value(QStringLiteral("state")).toHash();
+        state.insert(QStringLiteral("default"), 0);
+        settings.insert(QStringLiteral("state"), state);
+        descriptor.insert(QStringLiteral("settings"), settings);
+        return descriptor;
+    }
+};
+
+// Runs.
+
+struct TwoEndings : GoodDevice
+{
+    using GoodDevice::GoodDevice;
+    void emitEnding(DeviceFeature feature, bool ok, const QVariant &result) override
+    {
+        GoodDevice::emitEnding(feature, ok, result);
+        if (feature == DF_ReferenceNumber)
+            GoodDevice::emitEnding(feature, ok, result);
+    }
+};
+
+struct NoEnding : GoodDevice
+{
+    using GoodDevice::GoodDevice;
+    void start(DeviceFeature feature) override
+    {
+        if (feature == DF_ReferenceNumber)
+            setBusy(true);
+        else
+            GoodDevice::start(feature);
+    }
+    void close() override
+    {
+        if (isOpen())
+            qInfo("closed in good order");
+        GoodDevice::close();
+    }
+};
+
+struct OtherFeature : GoodDevice
+{
+    using GoodDevice::GoodDevice;
+    void emitEnding(DeviceFeature feature, bool ok, const QVariant &result) override
+    {
+        GoodDevice::emitEnding(feature == DF_ReferenceNumber ? DF_FirmwareInfo : feature, ok,
+                               result);
+    }
+};
+
+struct BusyAtEnding : GoodDevice
+{
+    using GoodDevice::GoodDevice;
+    void finish(bool ok) override
+    {
+        if (m_running != DF_AmbientTemperature)
+            return GoodDevice::finish(ok);
+        const DeviceFeature feature = stopWork();
+        emitEnding(feature, ok, resultOf(feature));
+        setBusy(false);
+    }
+};
+
+struct LateProgress : GoodDevice
+{
+    using GoodDevice::GoodDevice;
+    void emitEnding(DeviceFeature feature, bool ok, const QVariant &result) override
+    {
+        GoodDevice::emitEnding(feature, ok, result);
+        if (feature == DF_ReferenceNumber)
+            emit transientValue(feature, 1.0);
+    }
+};
+
+struct NeverBusy : GoodDevice
+{
+    using GoodDevice::GoodDevice;
+    void start(DeviceFeature feature) override
+    {
+        if (feature != DF_AmbientTemperature)
+            return GoodDevice::start(feature);
+        m_running = feature;
+        after(2, [this] { finish(true); });
+    }
+};
+
+struct TemperatureAsText : GoodDevice
+{
+    using GoodDevice::GoodDevice;
+    QVariant resultOf(DeviceFeature feature) const override
+    {
+        const QVariant result = GoodDevice::resultOf(feature);
+        return feature == DF_AmbientTemperature ? result.toString() : result;
+    }
+};
+
+struct ShortRead : GoodDevice
+{
+    using GoodDevice::GoodDevice;
+    QVariant resultOf(DeviceFeature feature) const override
+    {
+        QVariant result = GoodDevice::resultOf(feature);
+        if (feature != DF_LuminescenceMeasurement)
+            return result;
+        QVariantHash hash = result.toHash();
+        hash.insert(QStringLiteral("values"),
+                    QVariantList{QVariant::fromValue(QVector<double>(5))});
+        return hash;
+    }
+};
+
+struct ErrorAtSuccess : GoodDevice
+{
+    using GoodDevice::GoodDevice;
+    void emitEnding(DeviceFeature feature, bool ok, const QVariant &result) override
+    {
+        if (ok && feature == DF_Calibration)
+            setError(ERROR_DEVICE_VENDOR_SPECIFIC, {});
+        GoodDevice::emitEnding(feature, ok, result);
+    }
+};
+
+struct ResultOfFailure : GoodDevice
+{
+    using GoodDevice::GoodDevice;
+    void refuse(DeviceFeature feature, int code, const QString &details) override
+    {
+        setError(code, details);
+        emitEnding(feature, false, 0.0);
+    }
+};
+
+struct TakesAnyTime : GoodDevice
+{
+    using GoodDevice::GoodDevice;
+    bool accepts(DeviceFeature feature) const override
+    {
+        const QVariant time =
+            configuration(feature).toHash().value(QStringLiteral("integrationTime"));
+        return time.canConvert<std::chrono::milliseconds>() || GoodDevice::accepts(feature);
+    }
+};
+
+struct OtherRefusal : GoodDevice
+{
+    using GoodDevice::GoodDevice;
+    void refuse(DeviceFeature feature, int, const QString &details) override
+    {
+        GoodDevice::refuse(feature, ERROR_DEVICE_NOT_READY, details);
+    }
+};
+
+struct ErrorStaysAtRun : GoodDevice
+{
+    using GoodDevice::GoodDevice;
+    void executeImpl(DeviceFeature feature) override
+    {
+        m_old = errorCode();
+        GoodDevice::executeImpl(feature);
+    }
+    void emitEnding(DeviceFeature feature, bool ok, const QVariant &result) override
+    {
+        if (ok)
+            setError(m_old, {});
+        GoodDevice::emitEnding(feature, ok, result);
+    }
+    int m_old = 0;
+};
+
+struct WritesSettings : GoodDevice
+{
+    using GoodDevice::GoodDevice;
+    void start(DeviceFeature feature) override
+    {
+        if (feature == DF_LedBarEffect)
+            setConfiguration(feature, LedBarEffect_config());
+        GoodDevice::start(feature);
+    }
+};
+
+struct FallingProgress : GoodDevice
+{
+    using GoodDevice::GoodDevice;
+    void reportProgress(double progress) override
+    {
+        GoodDevice::reportProgress(1 - progress);
+    }
+};
+
+struct Percents : GoodDevice
+{
+    using GoodDevice::GoodDevice;
+    void reportProgress(double progress) override
+    {
+        GoodDevice::reportProgress(100 * progress);
+    }
+};
+
+struct SecondRunTakesOver : GoodDevice
+{
+    using GoodDevice::GoodDevice;
+    void executeImpl(DeviceFeature feature) override
+    {
+        if (m_running == DF_None)
+            GoodDevice::executeImpl(feature);
+        else
+            start(feature);
+    }
+};
+
+// Requests for action.
+
+struct PlainRequest : GoodDevice
+{
+    using GoodDevice::GoodDevice;
+    void askForEmptySlot() override
+    {
+        emitActionRequired(QStringLiteral("Empty the slot!"));
+    }
+};
+
+struct EnglishRequest : GoodDevice
+{
+    using GoodDevice::GoodDevice;
+    void askForEmptySlot() override
+    {
+        emitActionRequired(QStringLiteral("good-english-only"));
+    }
+};
+
+struct IgnoresConfirmation : GoodDevice
+{
+    using GoodDevice::GoodDevice;
+    void confirmActionImpl(int) override { }
+};
+
+struct AbortIsAnError : GoodDevice
+{
+    using GoodDevice::GoodDevice;
+    void abortActionImpl(int actionId) override
+    {
+        if (m_request < 0 || actionId != m_request)
+            return;
+        const DeviceFeature feature = stopWork();
+        setBusy(false);
+        setError(ERROR_DEVICE_NOT_READY, {});
+        emitEnding(feature, false, {});
+    }
+};
+
+struct AnyAnswer : GoodDevice
+{
+    using GoodDevice::GoodDevice;
+    void confirmActionImpl(int) override
+    {
+        GoodDevice::confirmActionImpl(m_request);
+    }
+};
+
+struct HangsOnStrayAnswer : GoodDevice
+{
+    using GoodDevice::GoodDevice;
+    void confirmActionImpl(int actionId) override
+    {
+        while (m_request >= 0 && actionId != m_request)
+            QThread::msleep(tooLong);
+        GoodDevice::confirmActionImpl(actionId);
+    }
+};
+
+struct LearnsIdLate : GoodDevice
+{
+    explicit LearnsIdLate(const DeviceInfo &info)
+        : GoodDevice(info)
+    {
+        connect(this, &Device::actionRequired, this, [this] { m_request = -1; });
+    }
+    void askForEmptySlot() override
+    {
+        m_request = emitActionRequired(QStringLiteral("good-empty-slot"));
+    }
+};
+
+// Errors.
+
+struct OddCode : GoodDevice
+{
+    using GoodDevice::GoodDevice;
+    void refuse(DeviceFeature feature, int code, const QString &details) override
+    {
+        GoodDevice::refuse(feature, code == ERROR_DEVICE_NOT_READY ? 0x9000 : code, details);
+    }
+};
+
+struct PlainDetails : GoodDevice
+{
+    using GoodDevice::GoodDevice;
+    void refuse(DeviceFeature feature, int code, const QString &) override
+    {
+        GoodDevice::refuse(feature, code, QStringLiteral("This did not work."));
+    }
+};
+
+// Life cycle.
+
+struct CloseForgetsRun : GoodDevice
+{
+    using GoodDevice::GoodDevice;
+    void close() override
+    {
+        stopWork();
+        GoodDevice::close();
+    }
+};
+
+struct EndingBeforeFlags : GoodDevice
+{
+    using GoodDevice::GoodDevice;
+    void close() override
+    {
+        const DeviceFeature feature = stopWork();
+        if (feature != DF_None)
+            emitEnding(feature, false, {});
+        GoodDevice::close();
+    }
+};
+
+struct SecondEndingAfterClose : GoodDevice
+{
+    using GoodDevice::GoodDevice;
+    void close() override
+    {
+        const DeviceFeature feature = m_running;
+        GoodDevice::close();
+        if (feature != DF_None)
+            after(2, [this, feature] { emitEnding(feature, false, {}); });
+    }
+};
+
+struct ResetCloses : GoodDevice
+{
+    using GoodDevice::GoodDevice;
+    void reset() override
+    {
+        if (m_running != DF_None)
+            close();
+        GoodDevice::reset();
+    }
+};
+
+struct ResetForgetsRun : GoodDevice
+{
+    using GoodDevice::GoodDevice;
+    void reset() override
+    {
+        stopWork();
+        GoodDevice::reset();
+    }
+};
+
+struct ResetEndsNothing : GoodDevice
+{
+    using GoodDevice::GoodDevice;
+    void reset() override
+    {
+        const bool wasIdle = isOpen() && m_running == DF_None;
+        GoodDevice::reset();
+        if (wasIdle)
+            emitEnding(DF_AmbientTemperature, false, {});
+    }
+};
+
+struct ResetOpens : GoodDevice
+{
+    using GoodDevice::GoodDevice;
+    void reset() override
+    {
+        GoodDevice::reset();
+        open();
+    }
+};
+
+struct UpdateEnds : GoodDevice
+{
+    using GoodDevice::GoodDevice;
+    void update() override
+    {
+        if (isOpen())
+            emitEnding(DF_AmbientTemperature, true, 20.0);
+    }
+};
+
+struct ClosesInDestructor : GoodDevice
+{
+    using GoodDevice::GoodDevice;
+    ~ClosesInDestructor() override
+    {
+        close();
+    }
+};
+
+struct DiesWhileOpening : GoodDevice
+{
+    using GoodDevice::GoodDevice;
+    ~DiesWhileOpening() override
+    {
+        if (m_isOpening)
+            qFatal("deleted too early");
+    }
+};
+
+struct DiesOfDeferredDeletion : GoodDevice
+{
+    using GoodDevice::GoodDevice;
+    bool event(QEvent *event) override
+    {
+        if (event->type() == QEvent::DeferredDelete)
+            qFatal("deleted by a receiver");
+        return GoodDevice::event(event);
+    }
+};
+
+struct LeavesFile : GoodDevice
+{
+    using GoodDevice::GoodDevice;
+    void connected() override
+    {
+        if (::open("/dev/null", O_RDONLY | O_CLOEXEC) < 0)
+            qFatal("there is no /dev/null");
+        GoodDevice::connected();
+    }
+};
+
+struct LeavesThread : GoodDevice
+{
+    using GoodDevice::GoodDevice;
+    void connected() override
+    {
+        std::thread([] {
+            for (;;)
+                QThread::sleep(1);
+        }).detach();
+        GoodDevice::connected();
+    }
+};
+
+// Time and threads.
+
+struct BlockingUpdate : GoodDevice
+{
+    using GoodDevice::GoodDevice;
+    void update() override
+    {
+        QThread::msleep(tooLong);
+    }
+};
+
+struct BlockingSlot : GoodDevice
+{
+    using GoodDevice::GoodDevice;
+    void finish(bool ok) override
+    {
+        if (m_running == DF_AmbientTemperature)
+            QThread::msleep(tooLong);
+        GoodDevice::finish(ok);
+    }
+};
+
+struct OtherThread : GoodDevice
+{
+    using GoodDevice::GoodDevice;
+    void reportProgress(double progress) override
+    {
+        std::thread([this, progress] { GoodDevice::reportProgress(progress); }).join();
+    }
+};
+
+template<typename MutantDevice>
+struct DriverOf : GoodDriver
+{
+    Device *makeDevice(const DeviceInfo &info) override
+    {
+        return new MutantDevice(info);
+    }
+};
+
+struct Mutant
+{
+    const char *name;
+    std::shared_ptr<DeviceDriver> (*make)();
+};
+
+template<typename MutantDriver>
+std::shared_ptr<DeviceDriver> makeDriver()
+{
+    return std::make_shared<MutantDriver>();
+}
+
+template<typename MutantDevice>
+std::shared_ptr<DeviceDriver> makeDriverOf()
+{
+    return std::make_shared<DriverOf<MutantDevice>>();
+}
+
+} // namespace
+
+// The build makes a plugin of each line.
+static const Mutant mutants[] = {
+    {"104-no-driver", makeDriver<GoodDriver>},
+    {"105-registers-once", makeDriver<GoodDriver>},
+    {"201-no-name", makeDriver<NoName>},
+    {"202-foreign-record", makeDriver<ForeignRecord>},
+    {"203-listed-twice", makeDriver<ListedTwice>},
+    {"204-counting-name", makeDriver<CountingName>},
+    {"205-enumeration-closes", makeDriver<EnumerationCloses>},
+    {"301-early-features", makeDriverOf<EarlyFeatures>},
+    {"301-has-parent", makeDriver<HasParent>},
+    {"302-other-serial", makeDriver<OtherSerial>},
+    {"303-shared-object", makeDriver<SharedObject>},
+    {"304-any-location", makeDriver<AnyLocation>},
+    {"305-chatty", makeDriverOf<Chatty>},
+    {"401-never-opens", makeDriverOf<NeverOpens>},
+    {"401-wordless-refusal", makeDriverOf<WordlessRefusal>},
+    {"402-late-features", makeDriverOf<LateFeatures>},
+    {"403-opens-again", makeDriverOf<OpensAgain>},
+    {"404-closing-is-an-error", makeDriverOf<ClosingIsAnError>},
+    {"405-late-goodbye", makeDriverOf<LateGoodbye>},
+    {"406-close-always-emits", makeDriverOf<CloseAlwaysEmits>},
+    {"407-opens-after-close", makeDriverOf<OpensAfterClose>},
+    {"408-features-once", makeDriverOf<FeaturesOnce>},
+    {"409-close-clears-error", makeDriverOf<CloseClearsError>},
+    {"409-error-stays-at-open", makeDriverOf<ErrorStaysAtOpen>},
+    {"501-offers-none", makeDriverOf<OffersNone>},
+    {"502-rows-as-text", makeDriverOf<RowsAsText>},
+    {"503-other-default", makeDriverOf<OtherDefault>},
+    {"601-no-ending", makeDriverOf<NoEnding>},
+    {"601-other-feature", makeDriverOf<OtherFeature>},
+    {"601-two-endings", makeDriverOf<TwoEndings>},
+    {"602-busy-at-ending", makeDriverOf<BusyAtEnding>},
+    {"602-late-progress", makeDriverOf<LateProgress>},
+    {"603-never-busy", makeDriverOf<NeverBusy>},
+    {"604-error-at-success", makeDriverOf<ErrorAtSuccess>},
+    {"604-short-read", makeDriverOf<ShortRead>},
+    {"604-temperature-as-text", makeDriverOf<TemperatureAsText>},
+    {"605-result-of-failure", makeDriverOf<ResultOfFailure>},
+    {"606-other-refusal", makeDriverOf<OtherRefusal>},
+    {"606-takes-any-time", makeDriverOf<TakesAnyTime>},
+    {"607-error-stays-at-run", makeDriverOf<ErrorStaysAtRun>},
+    {"608-writes-settings", makeDriverOf<WritesSettings>},
+    {"609-falling-progress", makeDriverOf<FallingProgress>},
+    {"609-percents", makeDriverOf<Percents>},
+    {"610-second-run-takes-over", makeDriverOf<SecondRunTakesOver>},
+    {"701-english-request", makeDriverOf<EnglishRequest>},
+    {"701-plain-request", makeDriverOf<PlainRequest>},
+    {"702-ignores-confirmation", makeDriverOf<IgnoresConfirmation>},
+    {"703-abort-is-an-error", makeDriverOf<AbortIsAnError>},
+    {"704-any-answer", makeDriverOf<AnyAnswer>},
+    {"704-hangs-on-stray-answer", makeDriverOf<HangsOnStrayAnswer>},
+    {"705-learns-id-late", makeDriverOf<LearnsIdLate>},
+    {"801-odd-code", makeDriverOf<OddCode>},
+    {"802-plain-details", makeDriverOf<PlainDetails>},
+    {"901-close-forgets-run", makeDriverOf<CloseForgetsRun>},
+    {"901-ending-before-flags", makeDriverOf<EndingBeforeFlags>},
+    {"901-second-ending-after-close", makeDriverOf<SecondEndingAfterClose>},
+    {"902-reset-closes", makeDriverOf<ResetCloses>},
+    {"902-reset-forgets-run", makeDriverOf<ResetForgetsRun>},
+    {"903-reset-ends-nothing", makeDriverOf<ResetEndsNothing>},
+    {"904-reset-opens", makeDriverOf<ResetOpens>},
+    {"905-update-ends", makeDriverOf<UpdateEnds>},
+    {"906-closes-in-destructor", makeDriverOf<ClosesInDestructor>},
+    {"906-dies-while-opening", makeDriverOf<DiesWhileOpening>},
+    {"907-dies-of-deferred-deletion", makeDriverOf<DiesOfDeferredDeletion>},
+    {"908-leaves-file", makeDriverOf<LeavesFile>},
+    {"908-leaves-thread", makeDriverOf<LeavesThread>},
+    {"909-asks-the-application", makeDriver<AsksTheApplication>},
+    {"1001-blocking-update", makeDriverOf<BlockingUpdate>},
+    {"1002-blocking-slot", makeDriverOf<BlockingSlot>},
+    {"1003-other-thread", makeDriverOf<OtherThread>},
+};
+
+std::shared_ptr<DeviceDriver> makeDriver(const QString &name)
+{
+    for (const Mutant &mutant : mutants) {
+        if (QLatin1String(mutant.name) == name)
+            return mutant.make();
+    }
+    return std::make_shared<GoodDriver>();
+}

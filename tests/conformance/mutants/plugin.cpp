@@ -1,0 +1,47 @@
+#include "mutants.h"
+
+#include <QtCore/QFileInfo>
+
+#include <dlfcn.h>
+
+#ifndef METADATA_FILE
+#    define METADATA_FILE "plugin.json"
+#endif
+#ifndef INTERFACE_ID
+#    define INTERFACE_ID QelDevicePlugin_iid
+#endif
+
+// The file's own name: one plugin is all mutants, under many names.
+static QString mutantName()
+{
+    Dl_info file;
+    static const char here = 0;
+    if (::dladdr(&here, &file) == 0)
+        qFatal("the plugin does not find its own name");
+    return QFileInfo(QString::fromLocal8Bit(file.dli_fname)).completeBaseName();
+}
+
+class MutantPlugin : public QObject, public qel::devices::DevicePlugin
+{
+    Q_OBJECT
+    Q_PLUGIN_METADATA(IID INTERFACE_ID FILE METADATA_FILE)
+#ifndef WITHOUT_INTERFACE
+    Q_INTERFACES(qel::devices::DevicePlugin)
+#endif
+
+public:
+    void registerDrivers() override
+    {
+        const QString name = mutantName();
+        if (name == QLatin1String("104-no-driver"))
+            return;
+        if (name == QLatin1String("105-registers-once") && m_calls++ > 0)
+            qFatal("registered twice");
+        qel::devices::DeviceBroker::addDriver(makeDriver(name));
+    }
+
+private:
+    int m_calls = 0;
+};
+
+#include "plugin.moc"

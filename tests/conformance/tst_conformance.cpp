@@ -1,0 +1,289 @@
+#include "checker.h"
+#include "report.h"
+#include "worker.h"
+
+#include <QtCore/QDir>
+#include <QtCore/QJsonArray>
+#include <QtCore/QJsonDocument>
+#include <QtCore/QJsonObject>
+#include <QtCore/QMutex>
+#include <QtCore/QProcess>
+#include <QtCore/QSet>
+#include <QtCore/QThreadPool>
+#include <QtCore/QXmlStreamReader>
+#include <QtTest/QtTest>
+
+#include <cstdio>
+
+using namespace qel::conformance;
+
+// A driver that works is through in a few milliseconds.
+static Limits shortLimits()
+{
+    Limits limits;
+    limits.call = 200;
+    limits.open = 500;
+    limits.run = 500;
+    limits.quiet = 20;
+    limits.silent = 4000;
+    return limits;
+}
+
+static Request requestFor(const QString &plugin)
+{
+    Request request;
+    request.fileName = QStringLiteral(MUTANTS "/%1.so").arg(plugin);
+    request.isUnsafe = true;
+    request.limits = shortLimits();
+    return request;
+}
+
+static QString describe(const Report &report)
+{
+    QString text = report.error;
+    for (const Result &result : report.results) {
+        if (result.outcome == Outcome::Failed || result.outcome == Outcome::Warning)
+            text += toText(result, nullptr);
+    }
+    return text;
+}
+
+class tst_Conformance : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void mutant_data();
+    void mutant();
+    void everyRuleHasAMutant();
+    void goodDriver_data();
+    void goodDriver();
+    void selectedRules();
+    void wrongSelection_data();
+    void wrongSelection();
+    void crashAndHangAreNamed_data();
+    void crashAndHangAreNamed();
+    void closesWhenAbandoned();
+    void formats();
+    void pageIsUpToDate();
+
+private:
+    QMap<QString, Report> m_reports;
+};
+
+// Checking is mostly waiting, so the mutants go side by side.
+void tst_Conformance::initTestCase()
+{
+    QStringList names;
+    const auto files = QDir(QStringLiteral(MUTANTS)).entryInfoList({QStringLiteral("*.so")});
+    for (const QFileInfo &file : files)
+        names += file.completeBaseName();
+    QVERIFY(names.contains(QStringLiteral("good")));
+
+    QMutex mutex;
+    QThreadPool pool;
+    pool.setMaxThreadCount(24);
+    for (const QString &name : qAsConst(names)) {
+        pool.start(QRunnable::create([this, name, &mutex] {
+            const Report report = Checker(requestFor(name)).run();
+            const QMutexLocker locker(&mutex);
+            m_reports.insert(name, report);
+        }));
+    }
+    pool.waitForDone();
+}
+
+void tst_Conformance::mutant_data()
+{
+    QTest::addColumn<QString>("name");
+    const QStringList names = m_reports.keys();
+    for (const QString &name : names) {
+        if (name.at(0).isDigit())
+            QTest::newRow(qPrintable(name)) << name;
+    }
+}
+
+void tst_Conformance::mutant()
+{
+    QFETCH(QString, name);
+    const Report report = m_reports.value(name);
+    QVector<int> broken;
+    for (const Result &result : report.results) {
+        if (result.outcome == Outcome::Failed || result.outcome == Outcome::Warning)
+            broken += result.rule->number;
+    }
+    const QVector<int> expected = {name.section(QLatin1Char('-'), 0, 0).toInt()};
+    // Large lists of signals are cut, the numbers come first.
+    QString numbers;
+    QDebug(&numbers) << broken;
+    QVERIFY2(broken == expected, qPrintable(numbers + describe(report)));
+}
+
+void tst_Conformance::everyRuleHasAMutant()
+{
+    QSet<int> caught;
+    for (auto it = m_reports.cbegin(); it != m_reports.cend(); ++it)
+        caught += it.key().section(QLatin1Char('-'), 0, 0).toInt();
+    for (const Rule &rule : allRules())
+        QVERIFY2(caught.contains(rule.number), qPrintable(QString::number(rule.number)));
+}
+
+void tst_Conformance::goodDriver_data()
+{
+    QTest::addColumn<bool>("isUnsafe");
+    QTest::newRow("safe") << false;
+    QTest::newRow("unsafe") << true;
+}
+
+void tst_Conformance::goodDriver()
+{
+    QFETCH(bool, isUnsafe);
+    Request request = requestFor(QStringLiteral("good"));
+    request.isUnsafe = isUnsafe;
+    const Report report =
+        isUnsafe ? m_reports.value(QStringLiteral("good")) : Checker(request).run();
+    QVERIFY2(describe(report).isEmpty(), qPrintable(describe(report)));
+    QCOMPARE(report.results.size(), allRules().size());
+    for (const Result &result : report.results) {
+        const bool isTried = isUnsafe || !result.rule->isUnsafe;
+        QVERIFY2((result.outcome == Outcome::Passed) == isTried,
+                 qPrintable(toText(result, nullptr)));
+    }
+}
+
+void tst_Conformance::selectedRules()
+{
+    Request request = requestFor(QStringLiteral("401-never-opens"));
+    request.rules = {904, 103, 401};
+    QVector<int> numbers;
+    const Report report =
+        Checker(request).run([&](const Result &result) { numbers += result.rule->number; });
+    QCOMPARE(numbers, QVector<int>({103, 401, 904}));
+    QCOMPARE(report.count(Outcome::Passed), 1);
+    QCOMPARE(report.count(Outcome::Failed), 1);
+    QCOMPARE(report.results.constLast().outcome, Outcome::NotRun);
+    QVERIFY(report.results.constLast().seen.contains(QStringLiteral("does not open")));
+}
+
+void tst_Conformance::wrongSelection_data()
+{
+    QTest::addColumn<QString>("file");
+    QTest::addColumn<QString>("driver");
+    QTest::addColumn<QString>("serial");
+    QTest::newRow("file") << QStringLiteral("there-is-none") << QString() << QString();
+    QTest::newRow("driver") << QStringLiteral("good") << QStringLiteral("Good") << QString();
+    QTest::newRow("serial") << QStringLiteral("good") << QString() << QStringLiteral("G-3");
+}
+
+void tst_Conformance::wrongSelection()
+{
+    QFETCH(QString, file);
+    QFETCH(QString, driver);
+    QFETCH(QString, serial);
+    Request request = requestFor(file);
+    request.driver = driver;
+    request.serial = serial;
+    const Report report = Checker(request).run();
+    const QString wanted = driver + serial;
+    QVERIFY2(report.error.contains(wanted.isEmpty() ? file : wanted), qPrintable(report.error));
+    QCOMPARE(report.count(Outcome::Failed), 0);
+}
+
+void tst_Conformance::crashAndHangAreNamed_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("words");
+    QTest::newRow("crash") << QStringLiteral("906-dies-while-opening")
+                           << QStringLiteral("signal 6");
+    QTest::newRow("last words") << QStringLiteral("906-dies-while-opening")
+                                << QStringLiteral("deleted too early");
+    QTest::newRow("crash at exit")
+        << QStringLiteral("909-asks-the-application") << QStringLiteral("there is no application");
+    QTest::newRow("hang") << QStringLiteral("704-hangs-on-stray-answer")
+                          << QStringLiteral("held the event loop");
+}
+
+void tst_Conformance::crashAndHangAreNamed()
+{
+    QFETCH(QString, name);
+    QFETCH(QString, words);
+    const Report report = m_reports.value(name);
+    QVERIFY2(describe(report).contains(words), qPrintable(describe(report)));
+    // The rules after it were judged all the same.
+    QCOMPARE(report.results.constLast().outcome, Outcome::Passed);
+}
+
+// As when the checker is interrupted: the process that holds the instrument sees its input end.
+void tst_Conformance::closesWhenAbandoned()
+{
+    Limits limits = shortLimits();
+    limits.run = 60000;
+    const QJsonObject request = {
+        {QStringLiteral("file"), QStringLiteral(MUTANTS "/601-no-ending.so")},
+        {QStringLiteral("limits"), limits.toJson()},
+        {QStringLiteral("rules"), QJsonArray{601}}};
+    QProcess worker;
+    worker.start(QCoreApplication::applicationFilePath(), {QStringLiteral("--conformance-worker")});
+    worker.write(QJsonDocument(request).toJson(QJsonDocument::Compact) + '\n');
+    // Signs of life follow the start of the rule, by then the run is waiting for its ending.
+    QByteArray answers;
+    QTRY_VERIFY(answers.append(worker.readAllStandardOutput()).contains("{}"));
+    QCOMPARE(worker.state(), QProcess::Running);
+    worker.closeWriteChannel();
+    QVERIFY(worker.waitForFinished(3000));
+    QVERIFY(worker.readAllStandardError().contains("closed in good order"));
+}
+
+void tst_Conformance::formats()
+{
+    const Report report = m_reports.value(QStringLiteral("601-two-endings"));
+    const QJsonObject json =
+        QJsonDocument::fromJson(toJson(report, QStringLiteral("x.so"))).object();
+    QCOMPARE(json.value(QStringLiteral("failed")).toInt(), 1);
+    QJsonObject broken;
+    const QJsonArray rules = json.value(QStringLiteral("rules")).toArray();
+    for (const QJsonValue &rule : rules) {
+        if (rule.toObject().value(QStringLiteral("outcome")) == QLatin1String("failed"))
+            broken = rule.toObject();
+    }
+    QCOMPARE(broken.value(QStringLiteral("number")).toInt(), 601);
+    int endings = 0;
+    const QJsonArray lines = broken.value(QStringLiteral("signals")).toArray();
+    for (const QJsonValue &line : lines)
+        endings += line.toString().contains(QStringLiteral("executed(DF_ReferenceNumber, true"));
+    QCOMPARE(endings, 2);
+
+    QXmlStreamReader xml(toJUnit(report, QStringLiteral("x.so")));
+    QMap<QString, int> elements;
+    while (!xml.atEnd()) {
+        if (xml.readNext() == QXmlStreamReader::StartElement)
+            ++elements[xml.name().toString()];
+    }
+    QVERIFY2(!xml.hasError(), qPrintable(xml.errorString()));
+    QCOMPARE(elements.value(QStringLiteral("testcase")), allRules().size());
+    QCOMPARE(elements.value(QStringLiteral("failure")), 1);
+}
+
+void tst_Conformance::pageIsUpToDate()
+{
+    QFile page(QStringLiteral(RULES_PAGE));
+    QVERIFY(page.open(QIODevice::ReadOnly));
+    QVERIFY2(page.readAll() == rulesPage().toUtf8(),
+             "write it anew with 'tst_conformance --rules-page'");
+}
+
+int main(int argc, char **argv)
+{
+    if (isWorker(argc, argv))
+        return runWorker(argc, argv);
+    if (argc == 2 && qstrcmp(argv[1], "--rules-page") == 0) {
+        std::fputs(rulesPage().toUtf8().constData(), stdout);
+        return EXIT_SUCCESS;
+    }
+    QCoreApplication application(argc, argv);
+    tst_Conformance test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "tst_conformance.moc"
