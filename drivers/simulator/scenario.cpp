@@ -23,7 +23,8 @@ DeviceInfo InstrumentDescription::info(const QString &driver) const
 static QString kebabCase(const QString &enumerator)
 {
     QString name;
-    for (const QChar c : enumerator.midRef(3)) {
+    const auto words = enumerator.midRef(3);
+    for (const QChar c : words) {
         if (c.isUpper() && !name.isEmpty())
             name += QLatin1Char('-');
         name += c.toLower();
