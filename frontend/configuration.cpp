@@ -19,68 +19,57 @@ using namespace qel::devices;
 
 namespace {
 
-// How the value of a setting is written by people.
+// What distinguishes values for a reader.
 enum class Kind {
     Bool,
-    Integer,
     Number,
     Text,
-    Bytes,
-    Milliseconds,
-    IntegerList,
     NumberList,
     TextList,
+    Bytes,
     Wells,
-    Color,
     Flags,
+    Color,
     Enumeration,
     Unsupported,
 };
 
-Kind kindOf(int type)
+// How the values of a type are read, and what they are called.
+struct Form
 {
-    if (type == qMetaTypeId<std::chrono::milliseconds>())
-        return Kind::Milliseconds;
-    if (type == qMetaTypeId<QList<int>>())
-        return Kind::IntegerList;
-    if (type == qMetaTypeId<QVector<double>>())
-        return Kind::NumberList;
-    if (type == qMetaTypeId<QVector<bool>>())
-        return Kind::Wells;
-    if (type == qMetaTypeId<LedBarEffect_config::Color>())
-        return Kind::Color;
-    if (type == qMetaTypeId<LedBarEffect_config::Modes>())
-        return Kind::Flags;
-    if (type == qMetaTypeId<LedBarEffect_Effect>() || type == qMetaTypeId<SlotStatus>()
-        || type == qMetaTypeId<Orientation_result::Side>())
-        return Kind::Enumeration;
-    switch (type) {
-    case QMetaType::Bool:
-        return Kind::Bool;
-    case QMetaType::Int:
-    case QMetaType::UInt:
-    case QMetaType::UChar:
-    case QMetaType::LongLong:
-    case QMetaType::ULongLong:
-        return Kind::Integer;
-    case QMetaType::Double:
-    case QMetaType::Float:
-        return Kind::Number;
-    case QMetaType::QString:
-        return Kind::Text;
-    case QMetaType::QStringList:
-        return Kind::TextList;
-    case QMetaType::QByteArray:
-        return Kind::Bytes;
-    default:
-        return Kind::Unsupported;
-    }
-}
+    int type;
+    Kind kind;
+    const char *description;
+};
 
-bool isList(Kind kind)
+Form formOf(int type)
 {
-    return kind == Kind::IntegerList || kind == Kind::NumberList || kind == Kind::TextList
-        || kind == Kind::Wells || kind == Kind::Flags;
+    static const Form forms[] = {
+        {QMetaType::Bool, Kind::Bool, "qelfrontend-kind-bool"},
+        {QMetaType::Int, Kind::Number, "qelfrontend-kind-integer"},
+        {QMetaType::UInt, Kind::Number, "qelfrontend-kind-integer"},
+        {QMetaType::UChar, Kind::Number, "qelfrontend-kind-integer"},
+        {QMetaType::LongLong, Kind::Number, "qelfrontend-kind-integer"},
+        {QMetaType::ULongLong, Kind::Number, "qelfrontend-kind-integer"},
+        {QMetaType::Double, Kind::Number, "qelfrontend-kind-number"},
+        {QMetaType::Float, Kind::Number, "qelfrontend-kind-number"},
+        {qMetaTypeId<std::chrono::milliseconds>(), Kind::Number, "qelfrontend-kind-milliseconds"},
+        {QMetaType::QString, Kind::Text, "qelfrontend-kind-text"},
+        {qMetaTypeId<QList<int>>(), Kind::NumberList, "qelfrontend-kind-integers"},
+        {qMetaTypeId<QVector<double>>(), Kind::NumberList, "qelfrontend-kind-numbers"},
+        {QMetaType::QStringList, Kind::TextList, "qelfrontend-kind-texts"},
+        {QMetaType::QByteArray, Kind::Bytes, "qelfrontend-kind-bytes"},
+        {qMetaTypeId<QVector<bool>>(), Kind::Wells, "qelfrontend-kind-wells"},
+        {qMetaTypeId<LedBarEffect_config::Modes>(), Kind::Flags, "qelfrontend-kind-flags"},
+        {qMetaTypeId<LedBarEffect_config::Color>(), Kind::Color, "qelfrontend-kind-color"},
+        {qMetaTypeId<LedBarEffect_Effect>(), Kind::Enumeration, "qelfrontend-kind-name"},
+        {qMetaTypeId<SlotStatus>(), Kind::Enumeration, "qelfrontend-kind-name"},
+        {qMetaTypeId<Orientation_result::Side>(), Kind::Enumeration, "qelfrontend-kind-name"},
+    };
+    const auto found = std::find_if(std::begin(forms), std::end(forms),
+                                    [type](const Form &form) { return form.type == type; });
+    return found != std::end(forms) ? *found
+                                    : Form{type, Kind::Unsupported, "qelfrontend-kind-unsupported"};
 }
 
 // One entry of a descriptor's settings. Whatever a driver has put there, nothing here fails: a
@@ -94,11 +83,10 @@ struct Setting
         rows = qBound(0, all.value(QStringLiteral("rows")).toInt(), 1000);
         columns = qBound(0, all.value(QStringLiteral("columns")).toInt(), 1000);
         const QVariantHash own = all.value(QStringLiteral("settings")).toHash().value(key).toHash();
-        typeName = own.value(QStringLiteral("type")).toString();
         // The type is looked up by its name, which an unregistered one does not have.
         registerMetaTypes();
-        type = QMetaType::type(typeName.toUtf8().constData());
-        kind = kindOf(type);
+        const QByteArray type = own.value(QStringLiteral("type")).toString().toUtf8();
+        form = formOf(QMetaType::type(type.constData()));
         fallback = own.value(QStringLiteral("default"));
         minimum = limit(own.value(QStringLiteral("minimum")));
         maximum = limit(own.value(QStringLiteral("maximum")));
@@ -155,9 +143,7 @@ struct Setting
     }
 
     QString key;
-    QString typeName;
-    int type = QMetaType::UnknownType;
-    Kind kind = Kind::Unsupported;
+    Form form{};
     QVariant fallback;
     std::optional<double> minimum;
     std::optional<double> maximum;
@@ -175,44 +161,9 @@ QString numberText(double number)
     return QString::number(number, 'g', QLocale::FloatingPointShortest);
 }
 
-const char *kindMessage(Kind kind)
-{
-    switch (kind) {
-    case Kind::Bool:
-        return "qelfrontend-kind-bool";
-    case Kind::Integer:
-        return "qelfrontend-kind-integer";
-    case Kind::Number:
-        return "qelfrontend-kind-number";
-    case Kind::Text:
-        return "qelfrontend-kind-text";
-    case Kind::Bytes:
-        return "qelfrontend-kind-bytes";
-    case Kind::Milliseconds:
-        return "qelfrontend-kind-milliseconds";
-    case Kind::IntegerList:
-        return "qelfrontend-kind-integers";
-    case Kind::NumberList:
-        return "qelfrontend-kind-numbers";
-    case Kind::TextList:
-        return "qelfrontend-kind-texts";
-    case Kind::Wells:
-        return "qelfrontend-kind-wells";
-    case Kind::Color:
-        return "qelfrontend-kind-color";
-    case Kind::Flags:
-        return "qelfrontend-kind-flags";
-    case Kind::Enumeration:
-        return "qelfrontend-kind-name";
-    case Kind::Unsupported:
-        break;
-    }
-    return "qelfrontend-kind-unsupported";
-}
-
 QString describe(const Setting &setting)
 {
-    QString text = message(kindMessage(setting.kind));
+    QString text = message(setting.form.description);
     if (setting.minimum && setting.maximum)
         text += message("qelfrontend-limit-range", numberText(*setting.minimum),
                         numberText(*setting.maximum));
@@ -220,7 +171,7 @@ QString describe(const Setting &setting)
         text += message("qelfrontend-limit-minimum", numberText(*setting.minimum));
     else if (setting.maximum)
         text += message("qelfrontend-limit-maximum", numberText(*setting.maximum));
-    if (!setting.unit.isEmpty() && setting.kind != Kind::Milliseconds)
+    if (!setting.unit.isEmpty() && setting.form.type != qMetaTypeId<std::chrono::milliseconds>())
         text += u' ' + setting.unit;
     if (setting.step && *setting.step != 1)
         text += message("qelfrontend-limit-step", numberText(*setting.step));
@@ -246,7 +197,7 @@ public:
 
     std::optional<QVariant> read(const QJsonValue &given)
     {
-        switch (m_setting.kind) {
+        switch (m_setting.form.kind) {
         case Kind::Bytes:
             return readBytes(given);
         case Kind::Flags:
@@ -254,7 +205,6 @@ public:
         case Kind::Wells:
             return checkLength(given.isString() ? readWellNames(given.toString())
                                                 : decode(given, given));
-        case Kind::IntegerList:
         case Kind::NumberList:
         case Kind::TextList:
             return readList(given);
@@ -276,9 +226,9 @@ private:
     std::optional<QVariant> decode(const QJsonValue &json, const QJsonValue &given)
     {
         QString unused;
-        const auto value = fromJson(QJsonObject{{QStringLiteral("$type"), m_setting.typeName},
-                                                {QStringLiteral("value"), json}},
-                                    &unused);
+        const auto type = QString::fromLatin1(QMetaType::typeName(m_setting.form.type));
+        const auto value = fromJson(
+            QJsonObject{{QStringLiteral("$type"), type}, {QStringLiteral("value"), json}}, &unused);
         return value ? value : wrong(given);
     }
 
@@ -291,21 +241,19 @@ private:
     std::optional<QVariant> readScalar(const QJsonValue &given)
     {
         QJsonValue json = m_setting.resolved(given);
-        if (m_setting.kind == Kind::Bool)
+        if (m_setting.form.kind == Kind::Bool)
             return json.isBool() ? std::make_optional(QVariant(json.toBool())) : wrong(given);
-        if (m_setting.kind == Kind::Text)
+        if (m_setting.form.kind == Kind::Text)
             return json.isString() && isAllowed(json)
                 ? std::make_optional(QVariant(json.toString()))
                 : wrong(given);
-        const bool isNumeric = m_setting.kind == Kind::Number || m_setting.kind == Kind::Integer
-            || m_setting.kind == Kind::Milliseconds;
-        if (isNumeric && !json.isDouble())
+        if (m_setting.form.kind == Kind::Number && !json.isDouble())
             return wrong(given);
         const auto value = decode(json, given);
         if (!value)
             return {};
         // A driver may offer an enumeration's values by number or by name.
-        if (m_setting.kind == Kind::Enumeration) {
+        if (m_setting.form.kind == Kind::Enumeration) {
             const QJsonValue number(value->toInt());
             return isAllowed(number) || isAllowed(json) ? value : wrong(given);
         }
@@ -320,7 +268,7 @@ private:
         const QJsonArray entries = given.toArray();
         for (const auto &entry : entries) {
             const QJsonValue element = m_setting.resolved(entry);
-            if (m_setting.kind != Kind::TextList && !element.isDouble())
+            if (m_setting.form.kind != Kind::TextList && !element.isDouble())
                 return wrong(entry);
             if (!isAllowed(element))
                 return wrong(entry);
@@ -414,36 +362,51 @@ QString unknownSetting(const QString &key, const QVariantHash &settings)
                    sortedKeys(settings).join(QStringLiteral(", ")));
 }
 
-// A text from KEY=VALUE as the JSON value that it stands for. What does not read as a number stays
-// a text: it may be a name, and what it may be is judged later.
-QJsonValue fromText(const QString &text, const Setting &setting)
+QJsonValue numberOrText(const QString &text)
 {
-    const auto scalar = [&setting](const QString &part) -> QJsonValue {
-        if (setting.kind == Kind::Text || setting.kind == Kind::TextList)
-            return part;
-        bool isNumber = false;
-        const double number = part.toDouble(&isNumber);
-        return isNumber ? QJsonValue(number) : QJsonValue(part);
-    };
-    if (setting.kind == Kind::Bytes)
-        return text;
-    if (setting.kind == Kind::Bool) {
-        if (text == QLatin1String("true") || text == QLatin1String("false"))
-            return text == QLatin1String("true");
-        return text;
-    }
-    if (!isList(setting.kind))
-        return scalar(text);
+    bool isNumber = false;
+    const double number = text.toDouble(&isNumber);
+    return isNumber ? QJsonValue(number) : QJsonValue(text);
+}
+
+QJsonValue listFromText(const QString &text, Kind kind)
+{
     if (text.startsWith(u'[')) {
         QString unused;
         return parseJson(text.toUtf8(), &unused).value_or(text);
     }
-    if (setting.kind == Kind::Wells)
+    if (kind == Kind::Wells)
         return text;
     QJsonArray elements;
     for (const QString &part : text.split(u',', Qt::SkipEmptyParts))
-        elements.append(scalar(part.trimmed()));
+        elements.append(kind == Kind::TextList ? part.trimmed() : numberOrText(part.trimmed()));
     return elements;
+}
+
+// A text from KEY=VALUE as the JSON value that it stands for. What does not read as one stays a
+// text: it may be a name, and what it may be is judged later.
+QJsonValue fromText(const QString &text, Kind kind)
+{
+    switch (kind) {
+    case Kind::Bool:
+        if (text == QLatin1String("true") || text == QLatin1String("false"))
+            return text == QLatin1String("true");
+        return text;
+    case Kind::Number:
+    case Kind::Enumeration:
+        return numberOrText(text);
+    case Kind::NumberList:
+    case Kind::TextList:
+    case Kind::Wells:
+    case Kind::Flags:
+        return listFromText(text, kind);
+    case Kind::Text:
+    case Kind::Bytes:
+    case Kind::Color:
+    case Kind::Unsupported:
+        break;
+    }
+    return text;
 }
 
 QJsonValue writeFlags(uint bits, const Setting &setting)
@@ -458,7 +421,7 @@ QJsonValue writeFlags(uint bits, const Setting &setting)
 
 std::optional<QJsonValue> writeSetting(const QVariant &value, const Setting &setting)
 {
-    const Kind kind = kindOf(value.userType());
+    const Kind kind = formOf(value.userType()).kind;
     if (kind == Kind::Unsupported)
         return {};
     if (kind == Kind::Flags)
@@ -514,8 +477,8 @@ bool assignSetting(QJsonObject *configuration, const QString &assignment,
         *problem = unknownSetting(key, settings);
         return false;
     }
-    const Setting setting(key, descriptor);
-    configuration->insert(key, fromText(assignment.mid(separator + 1).trimmed(), setting));
+    const Kind kind = Setting(key, descriptor).form.kind;
+    configuration->insert(key, fromText(assignment.mid(separator + 1).trimmed(), kind));
     return true;
 }
 
