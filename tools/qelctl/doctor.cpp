@@ -215,7 +215,7 @@ QByteArray asText(const Diagnosis &diagnosis)
         lines += asLines(file, file.path);
     QByteArray printed;
     for (const QString &line : std::as_const(lines))
-        printed += harmless(line).toLocal8Bit() + '\n';
+        printed += harmless(line).toUtf8() + '\n';
     return printed;
 }
 

@@ -2,25 +2,55 @@
 
 #include "tool.h"
 
+#include <algorithm>
 #include <csignal>
 
 #include <fcntl.h>
+#include <limits.h>
 #include <unistd.h>
 
 namespace qelctl {
 
 static int pipeEnds[2] = {-1, -1};
-static volatile std::sig_atomic_t interrupted = 0;
+static volatile std::sig_atomic_t leavesAtOnce = 1;
+static char fileToRemove[PATH_MAX + 1];
 
 static void onSignal(int)
 {
-    if (interrupted)
+    if (leavesAtOnce) {
+        if (fileToRemove[0] != '\0')
+            unlink(fileToRemove);
         _exit(Interrupted);
-    interrupted = 1;
+    }
+    leavesAtOnce = 1;
     const char byte = 0;
     // Nothing can be done here about a pipe that is full: one byte is enough to be noticed.
     if (write(pipeEnds[1], &byte, 1) < 0)
         return;
+}
+
+void catchInterrupts()
+{
+    struct sigaction action = {};
+    action.sa_handler = &onSignal;
+    action.sa_flags = SA_RESTART;
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+        struct sigaction before = {};
+        sigaction(signal, nullptr, &before);
+        // Who starts the tool with a signal ignored, such as nohup, means it.
+        if (before.sa_handler != SIG_IGN)
+            sigaction(signal, &action, nullptr);
+    }
+}
+
+void removeWhenInterrupted(const QByteArray &path)
+{
+    // The first byte last, so that a signal in between finds no half of a path.
+    fileToRemove[0] = '\0';
+    if (path.isEmpty() || path.size() > PATH_MAX)
+        return;
+    std::copy(path.cbegin() + 1, path.cend() + 1, fileToRemove + 1);
+    fileToRemove[0] = path.at(0);
 }
 
 static int openPipe()
@@ -38,14 +68,12 @@ Interrupt::Interrupt()
         m_requested = true;
         emit requested();
     });
-    std::signal(SIGINT, &onSignal);
-    std::signal(SIGTERM, &onSignal);
+    leavesAtOnce = 0;
 }
 
 Interrupt::~Interrupt()
 {
-    std::signal(SIGINT, SIG_DFL);
-    std::signal(SIGTERM, SIG_DFL);
+    leavesAtOnce = 1;
     m_notifier.setEnabled(false);
     ::close(pipeEnds[0]);
     ::close(pipeEnds[1]);

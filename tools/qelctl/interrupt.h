@@ -1,13 +1,21 @@
 #ifndef QELCTL_INTERRUPT_H
 #define QELCTL_INTERRUPT_H
 
+#include <QtCore/QByteArray>
 #include <QtCore/QObject>
 #include <QtCore/QSocketNotifier>
 
 namespace qelctl {
 
-/// Tells of the first Ctrl-C (or a request to terminate) with a signal, from the event loop. The
-/// second one ends the process at once. One instance at a time.
+/// From now on Ctrl-C, a request to terminate and the end of the terminal make the process end at
+/// once with Interrupted, except while there is an Interrupt to tell of them.
+void catchInterrupts();
+
+/// Has the file `path` removed when the process ends at once. Empty: none.
+void removeWhenInterrupted(const QByteArray &path);
+
+/// Tells of the first Ctrl-C with a signal, from the event loop; the second one ends the process at
+/// once. One instance at a time.
 class Interrupt : public QObject
 {
     Q_OBJECT

@@ -109,6 +109,7 @@ QByteArray asEvents(const EnumerationChange &change, bool json)
 int watchInstruments(const Filter &filter, bool json)
 {
     Interrupt interrupt;
+    ReaderWatch reader;
     QList<DeviceInfo> known;
     const auto look = [&] {
         const auto now = filter.apply(enumerate(filter.drivers).devices());
@@ -122,6 +123,8 @@ int watchInstruments(const Filter &filter, bool json)
     QObject::connect(&timer, &QTimer::timeout, &timer, look);
     QObject::connect(&interrupt, &Interrupt::requested, &timer,
                      [] { QCoreApplication::exit(Interrupted); });
+    QObject::connect(&reader, &ReaderWatch::gone, &timer,
+                     [] { QCoreApplication::exit(fail(CannotWrite, text("qelctl-reader-gone"))); });
     QTimer::singleShot(0, &timer, look);
     timer.start(1000);
     return QCoreApplication::exec();

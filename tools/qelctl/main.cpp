@@ -1,4 +1,5 @@
 #include "commands.h"
+#include "interrupt.h"
 #include "output.h"
 #include "tool.h"
 
@@ -44,33 +45,24 @@ static std::optional<Color> readColor(const QString &value)
     return index >= 0 ? std::optional(Color(index)) : std::nullopt;
 }
 
-static void declare(QCommandLineParser *parser)
+static void declare(CommandLine *line)
 {
-    parser->setApplicationDescription(text("qelctl-details"));
-    parser->setOptionsAfterPositionalArgumentsMode(QCommandLineParser::ParseAsPositionalArguments);
-    parser->addOptions({
-        {{QStringLiteral("h"), QStringLiteral("help")}, text("qelctl-option-help")},
-        {{QStringLiteral("v"), QStringLiteral("version")}, text("qelctl-option-version")},
-        {QStringLiteral("plugins"), text("qelctl-option-plugins"), QStringLiteral("DIR")},
-        {QStringLiteral("lang"), text("qelctl-option-lang"), QStringLiteral("LOCALE")},
-        {QStringLiteral("log"), text("qelctl-option-log"),
-         QStringLiteral("quiet|warning|info|debug")},
-        {QStringLiteral("color"), text("qelctl-option-color"), QStringLiteral("auto|always|never")},
-    });
-    parser->addPositionalArgument(QStringLiteral("COMMAND"), text("qelctl-argument-command"),
-                                  QStringLiteral("COMMAND"));
+    line->addOption({QStringLiteral("v"), QStringLiteral("version")}, "qelctl-option-version");
+    line->addOption({QStringLiteral("plugins")}, "qelctl-option-plugins", QStringLiteral("DIR"));
+    line->addOption({QStringLiteral("lang")}, "qelctl-option-lang", QStringLiteral("LOCALE"));
+    line->addOption({QStringLiteral("log")}, "qelctl-option-log",
+                    QStringLiteral("quiet|warning|info|debug"));
+    line->addOption({QStringLiteral("color")}, "qelctl-option-color",
+                    QStringLiteral("auto|always|never"));
+    line->addArgument(QStringLiteral("COMMAND"), "qelctl-argument-command");
 }
 
-static QByteArray help(const QCommandLineParser &parser)
+static QByteArray help(const CommandLine &line)
 {
-    QString lines = parser.helpText();
-    lines.replace(QCoreApplication::arguments().constFirst(), QStringLiteral("qelctl"));
-    lines += QLatin1Char('\n') + text("qelctl-commands") + QLatin1Char('\n');
-    for (const Command *command : commands) {
-        lines += QStringLiteral("  ") + QString::fromLatin1(command->name).leftJustified(12)
-            + text(command->summary) + QLatin1Char('\n');
-    }
-    return lines.toLocal8Bit();
+    QList<QPair<QString, QString>> summaries;
+    for (const Command *command : commands)
+        summaries.append({QString::fromLatin1(command->name), text(command->summary)});
+    return (line.help() + helpSection(text("qelctl-commands"), summaries)).toUtf8();
 }
 
 static int runCommandNamed(const QStringList &arguments)
@@ -86,46 +78,47 @@ static int runCommandNamed(const QStringList &arguments)
         text("qelctl-no-such-command", arguments.constFirst(), names.join(QStringLiteral(", "))));
 }
 
-static int runTool(const QCoreApplication &application)
+// Done, or the exit code after a complaint.
+static int readGlobalOptions(const CommandLine &line)
 {
-    QTranslator translator;
-    useLanguage(QString(), &translator);
-    QCommandLineParser parser;
-    declare(&parser);
-    const bool parsed = parser.parse(application.arguments());
-    if (!parsed)
-        return fail(BadUsage,
-                    text("qelctl-usage-error", parser.errorText(), QString()).simplified());
-
     GlobalOptions options;
     // Absolute, because a plugin with a relative path is sought elsewhere.
-    const QStringList folders = parser.values(QStringLiteral("plugins"));
+    const QStringList folders = line.values(QStringLiteral("plugins"));
     for (const QString &folder : folders)
         options.pluginFolders.append(QDir(folder).absolutePath());
-    options.language = parser.value(QStringLiteral("lang"));
-    options.log = parser.value(QStringLiteral("log"));
-    if (!options.language.isEmpty())
-        useLanguage(options.language, &translator);
+    options.language = line.value(QStringLiteral("lang"));
+    options.log = line.value(QStringLiteral("log"));
     const QStringList levels{QString(), QStringLiteral("quiet"), QStringLiteral("warning"),
                              QStringLiteral("info"), QStringLiteral("debug")};
     if (!levels.contains(options.log))
         return fail(BadUsage, text("qelctl-no-such-level", options.log));
-    const auto color = readColor(parser.value(QStringLiteral("color")));
-    if (!color)
-        return fail(BadUsage, text("qelctl-no-such-color", parser.value(QStringLiteral("color"))));
-    options.color = *color;
+    const QString color = line.value(QStringLiteral("color"));
+    const auto knownColor = readColor(color);
+    if (!knownColor)
+        return fail(BadUsage, text("qelctl-no-such-color", color));
+    options.color = *knownColor;
     setGlobalOptions(options);
+    return Done;
+}
 
-    if (parser.isSet(QStringLiteral("version")))
-        return printData("qelctl " + qel::devices::version().toLocal8Bit() + '\n');
-    if (parser.isSet(QStringLiteral("help"))) {
-        QCommandLineParser translated; // --lang may have changed the language since
-        declare(&translated);
-        return printData(help(translated));
-    }
-    if (parser.positionalArguments().isEmpty())
+static int runTool(const QCoreApplication &application)
+{
+    CommandLine line("qelctl-details");
+    declare(&line);
+    const bool understood = line.read(application.arguments());
+    QTranslator translator;
+    useLanguage(line.value(QStringLiteral("lang")), &translator);
+    if (!understood)
+        return fail(BadUsage, line.mistake());
+    if (const int code = readGlobalOptions(line); code != Done)
+        return code;
+    if (line.has(QStringLiteral("version")))
+        return printData("qelctl " + qel::devices::version().toUtf8() + '\n');
+    if (line.has(QStringLiteral("help")))
+        return printData(help(line));
+    if (line.positional().isEmpty())
         return fail(BadUsage, text("qelctl-no-command"));
-    return runCommandNamed(parser.positionalArguments());
+    return runCommandNamed(line.positional());
 }
 
 } // namespace qelctl
@@ -134,6 +127,7 @@ int main(int argc, char *argv[])
 {
     // A reader that has gone is an error like any other: it is reported when writing fails.
     std::signal(SIGPIPE, SIG_IGN);
+    qelctl::catchInterrupts();
     QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("qelctl"));
     return qelctl::runTool(application);

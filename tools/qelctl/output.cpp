@@ -1,13 +1,19 @@
 #include "output.h"
 
+#include "interrupt.h"
+#include "statusline.h"
 #include "tool.h"
 
 #include <QtCore/QFileInfo>
+#include <QtCore/QTemporaryFile>
 
-#include <algorithm>
+#include <cerrno>
 #include <cstdio>
 
+#include <fcntl.h>
+#include <poll.h>
 #include <sys/ioctl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace qelctl {
@@ -17,10 +23,10 @@ std::unique_ptr<Output> Output::open(const QString &path, bool force, QString *p
     std::unique_ptr<Output> output(new Output);
     output->m_path = path;
     const QFileInfo target(path);
+    QString reason;
     if (path.isEmpty()) {
-        auto file = std::make_unique<QFile>();
-        file->open(STDOUT_FILENO, QIODevice::WriteOnly | QIODevice::Unbuffered);
-        output->m_file = std::move(file);
+        output->m_file = std::make_unique<QFile>();
+        output->m_file->open(STDOUT_FILENO, QIODevice::WriteOnly | QIODevice::Unbuffered);
     } else if (target.exists() && !target.isFile() && !target.isDir()) {
         output->m_file = std::make_unique<QFile>(path);
         output->m_file->open(QIODevice::WriteOnly | QIODevice::Unbuffered);
@@ -28,13 +34,53 @@ std::unique_ptr<Output> Output::open(const QString &path, bool force, QString *p
         *problem = text("qelctl-file-exists", path);
         return nullptr;
     } else {
-        output->m_file = std::make_unique<QSaveFile>(path);
-        output->m_file->open(QIODevice::WriteOnly);
+        reason = output->openBeside(force);
     }
-    if (output->m_file->isOpen())
+    if (reason.isEmpty() && output->m_file->isOpen())
         return output;
-    *problem = output->describe(output->m_file->errorString());
+    *problem = output->describe(reason.isEmpty() ? output->m_file->errorString() : reason);
     return nullptr;
+}
+
+static QFileDevice::Permissions permissionsOfNewFiles()
+{
+    const mode_t mask = umask(0);
+    umask(mask);
+    QFileDevice::Permissions permissions = QFileDevice::ReadOwner | QFileDevice::WriteOwner;
+    const std::pair<mode_t, QFileDevice::Permission> others[] = {
+        {S_IRGRP, QFileDevice::ReadGroup},
+        {S_IWGRP, QFileDevice::WriteGroup},
+        {S_IROTH, QFileDevice::ReadOther},
+        {S_IWOTH, QFileDevice::WriteOther},
+    };
+    for (const auto &[bit, permission] : others)
+        permissions.setFlag(permission, (mask & bit) == 0);
+    return permissions;
+}
+
+// What stands in the way, or nothing.
+QString Output::openBeside(bool force)
+{
+    const QFileInfo target(m_path);
+    if (target.isDir())
+        return QString::fromLocal8Bit(strerror(EISDIR));
+    // A link keeps pointing where it points.
+    const QFileInfo place(target.isSymLink() ? target.symLinkTarget() : target.absoluteFilePath());
+    auto file = std::make_unique<QTemporaryFile>(place.absolutePath() + QStringLiteral("/.")
+                                                 + place.fileName() + QStringLiteral(".XXXXXX"));
+    if (!file->open())
+        return file->errorString();
+    file->setPermissions(place.exists() ? place.permissions() : permissionsOfNewFiles());
+    removeWhenInterrupted(QFile::encodeName(file->fileName()));
+    m_place = QFile::encodeName(place.absoluteFilePath());
+    m_replaces = force;
+    m_file = std::move(file);
+    return {};
+}
+
+Output::~Output()
+{
+    removeWhenInterrupted({});
 }
 
 QString Output::describe(const QString &reason) const
@@ -45,7 +91,7 @@ QString Output::describe(const QString &reason) const
 
 bool Output::isTerminal() const
 {
-    return m_path.isEmpty() && isatty(STDOUT_FILENO);
+    return isatty(m_file->handle());
 }
 
 bool Output::write(const QByteArray &data, QString *problem)
@@ -56,17 +102,40 @@ bool Output::write(const QByteArray &data, QString *problem)
     return false;
 }
 
+// Not every file system can promise to replace nothing.
+static bool moveFile(const QByteArray &from, const QByteArray &to, bool replaces)
+{
+    if (replaces)
+        return std::rename(from.constData(), to.constData()) == 0;
+    if (renameat2(AT_FDCWD, from.constData(), AT_FDCWD, to.constData(), RENAME_NOREPLACE) == 0)
+        return true;
+    return errno == EINVAL && access(to.constData(), F_OK) != 0
+        && std::rename(from.constData(), to.constData()) == 0;
+}
+
 bool Output::commit(QString *problem)
 {
-    auto *saved = qobject_cast<QSaveFile *>(m_file.get());
-    const bool done = saved ? saved->commit() : m_file->flush();
-    if (!done)
+    if (!m_file->flush()) {
         *problem = describe(m_file->errorString());
-    return done;
+        return false;
+    }
+    if (m_place.isEmpty())
+        return true;
+    const bool done = fsync(m_file->handle()) == 0
+        && moveFile(QFile::encodeName(m_file->fileName()), m_place, m_replaces);
+    if (!done) {
+        *problem = errno == EEXIST ? text("qelctl-file-exists", m_path)
+                                   : describe(QString::fromLocal8Bit(strerror(errno)));
+        return false;
+    }
+    removeWhenInterrupted({});
+    static_cast<QTemporaryFile *>(m_file.get())->setAutoRemove(false);
+    return true;
 }
 
 int printData(const QByteArray &data)
 {
+    clearStatus();
     QString problem;
     const auto output = Output::open(QString(), false, &problem);
     if (output && output->write(data, &problem) && output->commit(&problem))
@@ -74,7 +143,19 @@ int printData(const QByteArray &data)
     return fail(CannotWrite, problem);
 }
 
-bool showsColor()
+ReaderWatch::ReaderWatch()
+{
+    connect(&m_timer, &QTimer::timeout, this, [this] {
+        pollfd standardOutput{STDOUT_FILENO, 0, 0};
+        if (poll(&standardOutput, 1, 0) > 0 && (standardOutput.revents & POLLERR) != 0) {
+            m_timer.stop();
+            emit gone();
+        }
+    });
+    m_timer.start(500);
+}
+
+bool usesColor(bool toTerminal)
 {
     switch (globalOptions().color) {
     case Color::Always:
@@ -84,10 +165,8 @@ bool showsColor()
     case Color::Auto:
         break;
     }
-    return isatty(STDOUT_FILENO) && qgetenv("TERM") != "dumb" && qgetenv("NO_COLOR").isEmpty();
+    return toTerminal && qgetenv("TERM") != "dumb" && qgetenv("NO_COLOR").isEmpty();
 }
-
-static bool progressShown = false;
 
 int terminalWidth(int fileDescriptor)
 {
@@ -95,34 +174,6 @@ int terminalWidth(int fileDescriptor)
     if (ioctl(fileDescriptor, TIOCGWINSZ, &size) == 0 && size.ws_col > 0)
         return size.ws_col;
     return 80;
-}
-
-void showProgress(double progress, qint64 elapsed)
-{
-    const int columns = terminalWidth(STDERR_FILENO);
-    if (!isatty(STDERR_FILENO) || columns < 20)
-        return;
-    QByteArray remaining;
-    if (progress > 0.02) {
-        const int seconds = int(double(elapsed) * (1 - progress) / progress / 1000 + 0.5);
-        remaining = QByteArray::number(seconds) + " s";
-    }
-    const int width = std::min(40, columns - 18);
-    const int filled = int(std::clamp(progress, 0.0, 1.0) * width);
-    const QByteArray line = "\r[" + QByteArray(filled, '#') + QByteArray(width - filled, ' ') + "] "
-        + QByteArray::number(int(progress * 100)).rightJustified(3) + " % " + remaining + "\x1b[K";
-    std::fwrite(line.constData(), 1, size_t(line.size()), stderr);
-    std::fflush(stderr);
-    progressShown = true;
-}
-
-void clearProgress()
-{
-    if (!progressShown)
-        return;
-    std::fputs("\r\x1b[K", stderr);
-    std::fflush(stderr);
-    progressShown = false;
 }
 
 } // namespace qelctl

@@ -3,8 +3,9 @@
 
 #include <QtCore/QByteArray>
 #include <QtCore/QFile>
-#include <QtCore/QSaveFile>
+#include <QtCore/QObject>
 #include <QtCore/QString>
+#include <QtCore/QTimer>
 
 #include <memory>
 
@@ -16,9 +17,11 @@ class Output
 public:
     /// Opens standard output (an empty `path`) or the file at `path`. An existing file is replaced
     /// only with `force`, and only when commit() is reached: until then the data goes to a file
-    /// beside it. What is no regular file, such as a pipe, is written to directly.
+    /// beside it, which is removed without commit(). What is no regular file, such as a pipe, is
+    /// written to directly.
     /// @return null, and a sentence in `problem`, when it cannot be opened
     static std::unique_ptr<Output> open(const QString &path, bool force, QString *problem);
+    ~Output();
 
     /// Whether data goes to a terminal.
     bool isTerminal() const;
@@ -30,27 +33,40 @@ public:
 
 private:
     Output() = default;
+    QString openBeside(bool force);
     QString describe(const QString &reason) const;
 
-    QString m_path;
-    std::unique_ptr<QFileDevice> m_file;
+    QString m_path;          // as the user wrote it; empty for standard output
+    QByteArray m_place;      // where commit() puts the file; empty where there is nothing to put
+    bool m_replaces = false; // what is at m_place
+    std::unique_ptr<QFile> m_file;
 };
 
 /// Writes `data` to standard output.
 /// @return Done, or CannotWrite with a complaint printed
 int printData(const QByteArray &data);
 
-/// Whether standard output shows colours: as the user says, else when it is a terminal that can.
-bool showsColor();
+/// Tells when nobody reads the standard output any more, also while nothing is printed: a command
+/// that prints only now and then would not notice otherwise.
+class ReaderWatch : public QObject
+{
+    Q_OBJECT
+
+public:
+    ReaderWatch();
+
+signals:
+    void gone();
+
+private:
+    QTimer m_timer;
+};
+
+/// Whether text is coloured: as the user says, else when it goes to a terminal that can show it.
+bool usesColor(bool toTerminal);
 
 /// How many columns the terminal behind `fileDescriptor` has; 80 where it is none.
 int terminalWidth(int fileDescriptor);
-
-/// Shows on standard error, if that is a terminal, how far a run is: a bar, the percentage and the
-/// time it will probably still take. `elapsed` and the time left are in milliseconds.
-void showProgress(double progress, qint64 elapsed);
-/// Removes the progress bar, so that a line can be printed in its place.
-void clearProgress();
 
 } // namespace qelctl
 

@@ -1,9 +1,7 @@
 #include "prompt.h"
 
-#include "output.h"
+#include "statusline.h"
 #include "tool.h"
-
-#include <cstdio>
 
 #include <unistd.h>
 
@@ -20,15 +18,16 @@ Prompt::~Prompt() = default;
 void Prompt::ask(Run *run, int actionId, const QString &action)
 {
     m_run = run;
+    m_action = action;
     m_actionId = actionId;
-    clearProgress();
     const bool canAsk = isatty(STDIN_FILENO) && isatty(STDERR_FILENO);
     if (m_policy == Policy::Ask && canAsk) {
-        const QByteArray question = text("qelctl-prompt", action).toLocal8Bit() + ' ';
-        std::fwrite(question.constData(), 1, size_t(question.size()), stderr);
-        std::fflush(stderr);
-        m_input = std::make_unique<QSocketNotifier>(STDIN_FILENO, QSocketNotifier::Read);
-        connect(m_input.get(), &QSocketNotifier::activated, this, &Prompt::readAnswer);
+        showQuestion(text("qelctl-prompt", action));
+        if (!m_input) {
+            m_input = std::make_unique<QSocketNotifier>(STDIN_FILENO, QSocketNotifier::Read);
+            connect(m_input.get(), &QSocketNotifier::activated, this, &Prompt::readAnswer);
+        }
+        m_input->setEnabled(true);
         return;
     }
     complain(action);
@@ -37,18 +36,26 @@ void Prompt::ask(Run *run, int actionId, const QString &action)
     answer(m_policy == Policy::Confirm);
 }
 
-// A terminal hands over whole lines. An empty one and a yes confirm; anything else, the end of the
-// input included, does not.
+// A terminal hands over whole lines. The end of the input is a no; what is neither a yes nor a no,
+// such as a slip of the finger, is asked again.
 void Prompt::readAnswer()
 {
     m_input->setEnabled(false);
     char buffer[256];
     const ssize_t size = read(STDIN_FILENO, buffer, sizeof buffer);
-    const QString line = size > 0 ? QString::fromLocal8Bit(buffer, int(size)).trimmed().toLower()
-                                  : QStringLiteral("end");
+    if (size <= 0)
+        return answer(false);
+    questionAnswered();
+    const QString line = QString::fromLocal8Bit(buffer, int(size)).trimmed().toLower();
     const QStringList yes{QString(), QStringLiteral("y"), QStringLiteral("yes"),
                           QStringLiteral("j"), QStringLiteral("ja")};
-    answer(yes.contains(line));
+    const QStringList no{QStringLiteral("n"), QStringLiteral("no"), QStringLiteral("nein")};
+    if (yes.contains(line))
+        answer(true);
+    else if (no.contains(line))
+        answer(false);
+    else if (m_run)
+        ask(m_run, m_actionId, m_action);
 }
 
 void Prompt::answer(bool confirmed)

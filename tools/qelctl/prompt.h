@@ -6,6 +6,7 @@
 #include <QtCore/QObject>
 #include <QtCore/QPointer>
 #include <QtCore/QSocketNotifier>
+#include <QtCore/QString>
 
 #include <memory>
 
@@ -36,6 +37,7 @@ private:
     Policy m_policy;
     std::unique_ptr<QSocketNotifier> m_input;
     QPointer<qel::frontend::Run> m_run;
+    QString m_action;
     int m_actionId = -1;
 };
 

@@ -8,13 +8,11 @@
         <translation>Findet, öffnet und steuert Plattenleser.
 
   qelctl list
-  qelctl run SERIENNUMMER absorbance-measurement --output platte.csv --format csv
+  qelctl run SERIENNUMMER absorbance --output platte.csv --format csv
 
 'qelctl BEFEHL --help' sagt alles über einen Befehl.
 
-Rückgabewerte: 0 erledigt, 1 Lauf fehlgeschlagen, 2 falscher Aufruf, 3 Gerät oder Funktion gibt es nicht,
-4 lässt sich nicht öffnen, 5 Gerätefehler, 6 Zeit abgelaufen, 7 vom Benutzer abgebrochen,
-8 Ausgabe nicht schreibbar, 130 unterbrochen.</translation>
+Rückgabewerte: 0 erledigt, 1 Lauf fehlgeschlagen, 2 falscher Aufruf, 3 Gerät oder Funktion gibt es nicht, 4 lässt sich nicht öffnen, 5 Gerätefehler, 6 Zeit abgelaufen, 7 vom Benutzer abgebrochen, 8 Ausgabe nicht schreibbar, 130 unterbrochen.</translation>
     </message>
     <message id="qelctl-commands">
         <source></source>
@@ -60,17 +58,57 @@ Rückgabewerte: 0 erledigt, 1 Lauf fehlgeschlagen, 2 falscher Aufruf, 3 Gerät o
         <source></source>
         <translation>Eine Funktion wie absorbance-measurement oder ein Anfang davon.</translation>
     </message>
-    <message id="qelctl-usage-error">
+    <message id="qelctl-usage">
         <source></source>
-        <translation>%1. Siehe 'qelctl %2 --help'.</translation>
+        <translation>Aufruf: %1 [OPTIONEN]</translation>
+    </message>
+    <message id="qelctl-arguments">
+        <source></source>
+        <translation>Argumente:</translation>
+    </message>
+    <message id="qelctl-options">
+        <source></source>
+        <translation>Optionen:</translation>
+    </message>
+    <message id="qelctl-option-unknown">
+        <source></source>
+        <translation>Die Option %1 gibt es hier nicht. Siehe '%2 --help'.</translation>
+    </message>
+    <message id="qelctl-option-misplaced">
+        <source></source>
+        <translation>Die Option %1 steht vor dem Befehl. Siehe 'qelctl --help'.</translation>
+    </message>
+    <message id="qelctl-option-without-value">
+        <source></source>
+        <translation>Die Option %1 nimmt keinen Wert. Siehe '%2 --help'.</translation>
+    </message>
+    <message id="qelctl-option-needs-value">
+        <source></source>
+        <translation>Hinter %1 fehlt ein Wert. Siehe '%2 --help'.</translation>
+    </message>
+    <message id="qelctl-no-such-folder">
+        <source></source>
+        <translation>Den Ordner '%1', in dem Treiber gesucht werden sollen, gibt es nicht.</translation>
+    </message>
+    <message id="qelctl-progress-remaining">
+        <source></source>
+        <translation>noch %1</translation>
+    </message>
+    <message id="qelctl-reader-gone">
+        <source></source>
+        <translation>Die Standardausgabe liest niemand mehr.</translation>
+    </message>
+    <message id="qelctl-run-no-file">
+        <source></source>
+        <translation>--output nimmt den Namen einer Datei.</translation>
     </message>
     <message id="qelctl-argument-missing">
         <source></source>
-        <translation>%1: Ein Argument fehlt. Siehe 'qelctl %1 --help'.</translation>
+        <translation>%1 fehlt. Siehe '%2 --help'.</translation>
     </message>
     <message id="qelctl-argument-surplus">
         <source></source>
-        <translation>%2: Das Argument '%1' ist zu viel. Siehe 'qelctl %2 --help'.</translation>
+        <translation>Das Argument '%1' ist zu viel. Siehe '%2 --help'.</translation>
     </message>
     <message id="qelctl-not-a-count">
         <source></source>
@@ -110,7 +148,7 @@ Rückgabewerte: 0 erledigt, 1 Lauf fehlgeschlagen, 2 falscher Aufruf, 3 Gerät o
     </message>
     <message id="qelctl-interrupted">
         <source></source>
-        <translation>Unterbrochen.</translation>
+        <translation>Unterbrochen; es gibt kein Ergebnis.</translation>
     </message>
     <message id="qelctl-file-exists">
         <source></source>

@@ -8,12 +8,11 @@
         <translation>Finds, opens and drives plate readers.
 
   qelctl list
-  qelctl run SERIAL absorbance-measurement --output plate.csv --format csv
+  qelctl run SERIAL absorbance --output plate.csv --format csv
 
 'qelctl COMMAND --help' tells all about a command.
 
-Exit codes: 0 done, 1 run failed, 2 wrong usage, 3 no such device or feature, 4 cannot open,
-5 device error, 6 timed out, 7 aborted by the user, 8 cannot write the output, 130 interrupted.</translation>
+Exit codes: 0 done, 1 run failed, 2 wrong usage, 3 no such device or feature, 4 cannot open, 5 device error, 6 timed out, 7 aborted by the user, 8 cannot write the output, 130 interrupted.</translation>
     </message>
     <message id="qelctl-commands">
         <source></source>
@@ -59,17 +58,57 @@ Exit codes: 0 done, 1 run failed, 2 wrong usage, 3 no such device or feature, 4 
         <source></source>
         <translation>A feature such as absorbance-measurement, or a beginning of one.</translation>
     </message>
-    <message id="qelctl-usage-error">
+    <message id="qelctl-usage">
         <source></source>
-        <translation>%1. See 'qelctl %2 --help'.</translation>
+        <translation>Usage: %1 [OPTIONS]</translation>
+    </message>
+    <message id="qelctl-arguments">
+        <source></source>
+        <translation>Arguments:</translation>
+    </message>
+    <message id="qelctl-options">
+        <source></source>
+        <translation>Options:</translation>
+    </message>
+    <message id="qelctl-option-unknown">
+        <source></source>
+        <translation>There is no option %1 here. See '%2 --help'.</translation>
+    </message>
+    <message id="qelctl-option-misplaced">
+        <source></source>
+        <translation>The option %1 stands before the command. See 'qelctl --help'.</translation>
+    </message>
+    <message id="qelctl-option-without-value">
+        <source></source>
+        <translation>The option %1 takes no value. See '%2 --help'.</translation>
+    </message>
+    <message id="qelctl-option-needs-value">
+        <source></source>
+        <translation>A value is missing behind %1. See '%2 --help'.</translation>
+    </message>
+    <message id="qelctl-no-such-folder">
+        <source></source>
+        <translation>There is no folder '%1' to look for driver plugins in.</translation>
+    </message>
+    <message id="qelctl-progress-remaining">
+        <source></source>
+        <translation>%1 left</translation>
+    </message>
+    <message id="qelctl-reader-gone">
+        <source></source>
+        <translation>Nobody reads the standard output any more.</translation>
+    </message>
+    <message id="qelctl-run-no-file">
+        <source></source>
+        <translation>--output takes the name of a file.</translation>
     </message>
     <message id="qelctl-argument-missing">
         <source></source>
-        <translation>%1: an argument is missing. See 'qelctl %1 --help'.</translation>
+        <translation>%1 is missing. See '%2 --help'.</translation>
     </message>
     <message id="qelctl-argument-surplus">
         <source></source>
-        <translation>%2: the argument '%1' is one too many. See 'qelctl %2 --help'.</translation>
+        <translation>The argument '%1' is one too many. See '%2 --help'.</translation>
     </message>
     <message id="qelctl-not-a-count">
         <source></source>
@@ -109,7 +148,7 @@ Exit codes: 0 done, 1 run failed, 2 wrong usage, 3 no such device or feature, 4 
     </message>
     <message id="qelctl-interrupted">
         <source></source>
-        <translation>Interrupted.</translation>
+        <translation>Interrupted; there is no result.</translation>
     </message>
     <message id="qelctl-file-exists">
         <source></source>

@@ -54,8 +54,9 @@ static QString valueText(const QVariant &value)
     const auto json = toJson(value, &problem);
     if (!json)
         return problem;
-    return QString::fromUtf8(
-        jsonText(json->isObject() ? json->toObject().value(QStringLiteral("value")) : *json));
+    const QJsonValue plain =
+        json->isObject() ? json->toObject().value(QStringLiteral("value")) : *json;
+    return plain.isString() ? plain.toString() : QString::fromUtf8(jsonText(plain));
 }
 
 // A result that is no plate: the value, or a line for each entry of a record.
@@ -115,7 +116,7 @@ std::optional<QByteArray> formatResult(const Outcome &outcome, Format format,
         break;
     }
     PlateTextStyle style;
-    style.colors = showsColor();
+    style.colors = usesColor(context.toTerminal);
     style.width = context.toTerminal ? terminalWidth(STDOUT_FILENO) : 0;
     return (context.number > 0 ? "\n" : "") + plateText(*plate, style).toUtf8();
 }

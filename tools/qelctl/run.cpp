@@ -3,6 +3,7 @@
 #include "output.h"
 #include "prompt.h"
 #include "resultformat.h"
+#include "statusline.h"
 #include "target.h"
 
 #include <configuration.h>
@@ -14,6 +15,8 @@
 #include <QtCore/QEventLoop>
 #include <QtCore/QFile>
 #include <QtCore/QTimer>
+
+#include <algorithm>
 
 namespace qelctl {
 
@@ -51,7 +54,7 @@ std::optional<QJsonObject> readConfigurationOption(const QString &value)
     const auto parsed = parseJson(json, &problem);
     if (parsed && parsed->isObject())
         return parsed->toObject();
-    complain(text("qelctl-run-config-no-object", problem));
+    complain(text("qelctl-run-config-no-object", sentence(problem)).trimmed());
     return std::nullopt;
 }
 
@@ -72,21 +75,20 @@ int readOptions(const CommandLine &line, Request *request)
     if (line.has(QStringLiteral("no-input")))
         request->policy = Prompt::Policy::Abort;
 
-    const auto number = [&](const char *name, int *target, auto read) {
+    const auto number = [&](const char *name, int *target, auto read, int minimum) {
         const QString option = QString::fromLatin1(name);
         if (!line.has(option))
             return true;
-        const std::optional<int> value = read(option, line.value(option));
+        const std::optional<int> value = read(option, line.value(option), minimum);
         *target = value.value_or(0);
         return value.has_value();
     };
-    const auto count = [](const QString &option, const QString &value) {
-        return readCount(option, value, 1);
-    };
-    if (!number("timeout", &request->timeout, &readSeconds)
-        || !number("interval", &request->interval, &readSeconds)
-        || !number("repeat", &request->repeat, count))
+    if (!number("timeout", &request->timeout, &readSeconds, 1)
+        || !number("interval", &request->interval, &readSeconds, 0)
+        || !number("repeat", &request->repeat, &readCount, 1))
         return BadUsage;
+    if (line.has(QStringLiteral("output")) && line.value(QStringLiteral("output")).isEmpty())
+        return fail(BadUsage, text("qelctl-run-no-file"));
 
     const QString format = line.value(QStringLiteral("format"));
     if (!format.isEmpty()) {
@@ -102,7 +104,7 @@ int readOptions(const CommandLine &line, Request *request)
 class Runs
 {
 public:
-    Runs(Device *device, const Request &request, Output *output);
+    Runs(Device *device, const Request &request, Output *output, Interrupt *interrupt);
 
     // An exit code; a complaint has been printed unless it is Done.
     int perform();
@@ -116,15 +118,16 @@ private:
     Device *m_device;
     Request m_request;
     Output *m_output;
-    Interrupt m_interrupt;
+    Interrupt *m_interrupt;
     Prompt m_prompt;
     bool m_configurationRefused = false;
 };
 
-Runs::Runs(Device *device, const Request &request, Output *output)
+Runs::Runs(Device *device, const Request &request, Output *output, Interrupt *interrupt)
     : m_device(device)
     , m_request(request)
     , m_output(output)
+    , m_interrupt(interrupt)
     , m_prompt(request.policy)
 { }
 
@@ -145,6 +148,7 @@ RunRequest Runs::makeRunRequest()
         if (problems.isEmpty() && typed)
             return typed;
         m_configurationRefused = true;
+        std::transform(problems.begin(), problems.end(), problems.begin(), &sentence);
         *problem = problems.join(QLatin1Char(' '));
         return std::optional<QVariant>();
     };
@@ -156,14 +160,11 @@ int Runs::perform()
     for (int number = 0; number < m_request.repeat; ++number) {
         QElapsedTimer clock;
         clock.start();
-        const int code = performOne(number);
-        if (m_interrupt.wasRequested())
-            return Interrupted;
-        if (code != Done)
+        if (const int code = performOne(number); code != Done)
             return code;
         if (number + 1 < m_request.repeat)
             waitFor(m_request.interval - clock.elapsed());
-        if (m_interrupt.wasRequested())
+        if (m_interrupt->wasRequested())
             return fail(Interrupted, text("qelctl-interrupted"));
     }
     QString problem;
@@ -179,8 +180,10 @@ int Runs::performOne(int number)
                      [&](double progress) { showProgress(progress, clock.elapsed()); });
     QObject::connect(&run, &Run::actionRequired, &m_prompt,
                      [&](int id, const QString &action) { m_prompt.ask(&run, id, action); });
-    const Outcome outcome = await(&run, &m_interrupt);
-    clearProgress();
+    const Outcome outcome = await(&run, m_interrupt);
+    clearStatus();
+    if (m_interrupt->wasRequested())
+        return fail(Interrupted, text("qelctl-interrupted"));
     if (outcome.isResult())
         return write(outcome, number);
     const int code = report(outcome, titleOf(m_device->deviceInfo()));
@@ -198,7 +201,8 @@ int Runs::write(const Outcome &outcome, int number)
     QString problem;
     const auto data = formatResult(outcome, m_request.format, context, &problem);
     if (!data)
-        return fail(RunFailed, titleOf(m_device->deviceInfo()) + QStringLiteral(": ") + problem);
+        return fail(RunFailed,
+                    titleOf(m_device->deviceInfo()) + QStringLiteral(": ") + sentence(problem));
     return m_output->write(*data, &problem) ? int(Done) : fail(CannotWrite, problem);
 }
 
@@ -208,7 +212,7 @@ void Runs::waitFor(qint64 milliseconds)
         return;
     QEventLoop loop;
     QTimer::singleShot(int(milliseconds), &loop, &QEventLoop::quit);
-    QObject::connect(&m_interrupt, &Interrupt::requested, &loop, &QEventLoop::quit);
+    QObject::connect(m_interrupt, &Interrupt::requested, &loop, &QEventLoop::quit);
     loop.exec();
 }
 
@@ -243,7 +247,7 @@ int run(const QStringList &arguments)
     QString problem;
     const auto feature = selectFeature(line.positional().at(1), &problem);
     if (!feature)
-        return fail(NoSuchDevice, problem);
+        return fail(NoSuchDevice, sentence(problem));
     request.feature = *feature;
     if (!isFormatFor(request.format, request.feature))
         return fail(BadUsage, text("qelctl-run-no-plate", featureArgument(request.feature)));
@@ -257,7 +261,8 @@ int run(const QStringList &arguments)
     const auto device = createTarget(line.positional().at(0));
     if (!device)
         return NoSuchDevice;
-    const int code = Runs(device.get(), request, output.get()).perform();
+    Interrupt interrupt;
+    const int code = Runs(device.get(), request, output.get(), &interrupt).perform();
     closeTarget(device.get());
     return code;
 }

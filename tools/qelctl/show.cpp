@@ -103,13 +103,13 @@ int run(const QStringList &arguments)
     if (!device)
         return NoSuchDevice;
     Interrupt interrupt;
-    // What is known of a device that does not open is shown all the same.
     const int opened = openTarget(device.get(), &interrupt);
+    if (opened == Interrupted)
+        return opened;
+    // What is known of a device that does not open is shown all the same.
     const int printed =
         printData(line.has(QStringLiteral("json")) ? asJson(*device) : asText(*device));
     closeTarget(device.get());
-    if (interrupt.wasRequested())
-        return Interrupted;
     return opened != Done ? opened : printed;
 }
 

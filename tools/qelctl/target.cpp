@@ -22,7 +22,7 @@ std::unique_ptr<Device> createTarget(const QString &argument)
     QString problem;
     const auto info = selectDevice(argument, DeviceBroker::availableDevices(), &problem);
     if (!info) {
-        complain(problem);
+        complain(sentence(problem));
         return nullptr;
     }
     std::unique_ptr<Device> device(DeviceBroker::createDevice(*info));
@@ -57,6 +57,8 @@ int openTarget(Device *device, Interrupt *interrupt)
     request.deadline = std::chrono::seconds(30);
     Run opening(device, request);
     const Outcome outcome = await(&opening, interrupt);
+    if (interrupt->wasRequested())
+        return fail(Interrupted, text("qelctl-interrupted"));
     return outcome.isResult() ? int(Done) : report(outcome, titleOf(device->deviceInfo()));
 }
 
@@ -83,15 +85,16 @@ static ExitCode codeFor(const Outcome &outcome)
 
 int report(const Outcome &outcome, const QString &device)
 {
-    QString sentence = outcome.sentence;
+    QString line = device + QStringLiteral(": ") + sentence(outcome.sentence);
     if (!outcome.additionalInfo.isEmpty())
-        sentence += QLatin1Char(' ') + outcome.additionalInfo;
-    return fail(codeFor(outcome), device + QStringLiteral(": ") + sentence);
+        line += QLatin1Char(' ') + sentence(outcome.additionalInfo);
+    return fail(codeFor(outcome), line);
 }
 
 QString titleOf(const qel::devices::DeviceInfo &info)
 {
-    return QStringLiteral("%1 (%2)").arg(info.name(), info.serial());
+    const QString name = info.name().isEmpty() ? devicePath(info) : info.name();
+    return info.serial().isEmpty() ? name : QStringLiteral("%1 (%2)").arg(name, info.serial());
 }
 
 } // namespace qelctl

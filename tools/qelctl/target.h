@@ -23,7 +23,7 @@ qel::frontend::Outcome await(qel::frontend::Run *run, Interrupt *interrupt);
 /// Closes `device` and gives it a moment to get there.
 void closeTarget(qel::devices::Device *device);
 
-/// Opens `device`. Done, or the exit code after a complaint.
+/// Opens `device`. Done, or the exit code after a complaint; Interrupted for Ctrl-C.
 int openTarget(qel::devices::Device *device, Interrupt *interrupt);
 
 /// Prints what `outcome`, which is no result, says about `device`.

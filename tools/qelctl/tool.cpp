@@ -1,18 +1,22 @@
 #include "tool.h"
 
 #include "output.h"
+#include "statusline.h"
 
 #include <frontend.h>
 
 #include <qeldevices/devicebroker.h>
 #include <qeldevices/qeldevices_global.h>
 
+#include <QtCore/QFileInfo>
 #include <QtCore/QHash>
 #include <QtCore/QLocale>
 #include <QtCore/QLoggingCategory>
 
+#include <algorithm>
+#include <cmath>
 #include <cstdio>
-#include <utility>
+#include <limits>
 
 namespace qelctl {
 
@@ -37,26 +41,38 @@ QString text(const char *id)
     return qtTrId(id);
 }
 
-void complain(const QString &message)
+// Standard error for whoever follows a run there.
+static void printLine(const QByteArray &line)
 {
-    const QByteArray line = "qelctl: " + message.toLocal8Bit() + '\n';
+    clearStatus();
     std::fwrite(line.constData(), 1, size_t(line.size()), stderr);
     std::fflush(stderr);
+}
+
+void complain(const QString &message)
+{
+    printLine("qelctl: " + message.toUtf8() + '\n');
 }
 
 int fail(ExitCode code, const QString &message)
 {
-    clearProgress();
     complain(message);
     return code;
 }
 
+QString sentence(QString problem)
+{
+    if (problem.isEmpty())
+        return problem;
+    problem[0] = problem.at(0).toUpper();
+    const bool isOpen = !problem.contains(QLatin1Char('\n')) && !problem.endsWith(QLatin1Char('.'))
+        && !problem.endsWith(QLatin1Char('?'));
+    return isOpen ? problem + QLatin1Char('.') : problem;
+}
+
 static void printLogMessage(QtMsgType, const QMessageLogContext &context, const QString &message)
 {
-    clearProgress();
-    const QByteArray line = QByteArray(context.category) + ": " + message.toLocal8Bit() + '\n';
-    std::fwrite(line.constData(), 1, size_t(line.size()), stderr);
-    std::fflush(stderr);
+    printLine(QByteArray(context.category) + ": " + message.toUtf8() + '\n');
 }
 
 // Everything from `level` on.
@@ -81,6 +97,10 @@ void startLibrary()
     QLoggingCategory::setFilterRules(rulesFor(log.isEmpty() ? QStringLiteral("warning") : log));
 
     using qel::devices::DeviceBroker;
+    for (const QString &folder : globalOptions().pluginFolders) {
+        if (!QFileInfo(folder).isDir())
+            complain(text("qelctl-no-such-folder", folder));
+    }
     // Before init(), so that it finds their catalogues; registered again after it, so that a driver
     // the user points at takes precedence over an installed one.
     for (const QString &folder : globalOptions().pluginFolders)
@@ -98,48 +118,161 @@ void startLibrary()
     }
 }
 
-CommandLine::CommandLine(const Command &command)
-    : m_name(QString::fromLatin1(command.name))
+CommandLine::CommandLine(const char *details)
+    : m_name(QStringLiteral("qelctl"))
+    , m_details(details)
 {
-    m_parser.setApplicationDescription(text(command.details));
+    m_parser.setOptionsAfterPositionalArgumentsMode(QCommandLineParser::ParseAsPositionalArguments);
     addOption({QStringLiteral("h"), QStringLiteral("help")}, "qelctl-option-help");
+}
+
+CommandLine::CommandLine(const Command &command)
+    : m_name(QStringLiteral("qelctl ") + QString::fromLatin1(command.name))
+    , m_details(command.details)
+{
+    addOption({QStringLiteral("h"), QStringLiteral("help")}, "qelctl-option-help");
+}
+
+static QString dashed(const QString &option)
+{
+    return (option.size() == 1 ? QStringLiteral("-") : QStringLiteral("--")) + option;
 }
 
 void CommandLine::addOption(const QStringList &names, const char *description,
                             const QString &valueName)
 {
-    m_parser.addOption(QCommandLineOption(names, text(description), valueName));
+    m_parser.addOption(QCommandLineOption(names, QString(), valueName));
+    if (valueName.isEmpty())
+        m_flags += names;
+    QStringList spellings;
+    for (const QString &name : names)
+        spellings.append(dashed(name));
+    m_options.append(
+        {(spellings.join(QStringLiteral(", ")) + QLatin1Char(' ') + valueName).trimmed(),
+         description});
 }
 
 void CommandLine::addArgument(const QString &name, const char *description)
 {
-    m_parser.addPositionalArgument(name, text(description), name);
+    m_arguments.append({name, description});
+}
+
+bool CommandLine::read(const QStringList &arguments)
+{
+    m_line = arguments;
+    return m_parser.parse(arguments);
+}
+
+// The parser's own sentences know no German.
+QString CommandLine::mistake() const
+{
+    const QStringList toolOptions{QStringLiteral("plugins"), QStringLiteral("lang"),
+                                  QStringLiteral("log"), QStringLiteral("color")};
+    const QStringList unknown = m_parser.unknownOptionNames();
+    if (!unknown.isEmpty()) {
+        const QString option = unknown.constFirst();
+        return toolOptions.contains(option) ? text("qelctl-option-misplaced", dashed(option))
+                                            : text("qelctl-option-unknown", dashed(option), m_name);
+    }
+    for (const QString &argument : m_line) {
+        const QString option = argument.section(QLatin1Char('='), 0, 0);
+        if (option != argument && option.startsWith(QLatin1String("--"))
+            && m_flags.contains(option.mid(2)))
+            return text("qelctl-option-without-value", option, m_name);
+    }
+    return text("qelctl-option-needs-value", m_line.constLast(), m_name);
 }
 
 std::optional<int> CommandLine::parse(const QStringList &arguments, int minimum, int maximum)
 {
-    // The parser takes the first for the program; it also shows it in the help.
-    QStringList line = arguments;
-    line[0] = QStringLiteral("qelctl ") + m_name;
-    const bool parsed = m_parser.parse(line);
-    if (m_parser.isSet(QStringLiteral("help"))) {
-        QString help = m_parser.helpText();
-        help.replace(QCoreApplication::arguments().constFirst(),
-                     QStringLiteral("qelctl ") + m_name);
-        return printData(help.toLocal8Bit());
-    }
-    if (!parsed) {
-        return fail(BadUsage, text("qelctl-usage-error", m_parser.errorText(), m_name));
-    }
-    const int count = m_parser.positionalArguments().size();
-    if (count < minimum)
-        return fail(BadUsage, text("qelctl-argument-missing", m_name));
-    if (count > maximum) {
-        return fail(
-            BadUsage,
-            text("qelctl-argument-surplus", m_parser.positionalArguments().at(maximum), m_name));
-    }
+    const bool understood = read(arguments);
+    if (has(QStringLiteral("help")))
+        return printData(help().toUtf8());
+    if (!understood)
+        return fail(BadUsage, mistake());
+    const QStringList given = positional();
+    if (given.size() < minimum)
+        return fail(BadUsage,
+                    text("qelctl-argument-missing", m_arguments.at(given.size()).name, m_name));
+    if (given.size() > maximum)
+        return fail(BadUsage, text("qelctl-argument-surplus", given.at(maximum), m_name));
     return std::nullopt;
+}
+
+constexpr int pageWidth = 80;
+
+// `words` in lines of at most `width` characters.
+static QStringList folded(const QString &words, int width)
+{
+    QStringList lines{QString()};
+    const QStringList all = words.split(QLatin1Char(' '));
+    for (const QString &word : all) {
+        QString &line = lines.last();
+        if (line.isEmpty())
+            line = word;
+        else if (line.size() + 1 + word.size() <= width)
+            line += QLatin1Char(' ') + word;
+        else
+            lines.append(word);
+    }
+    return lines;
+}
+
+// Paragraphs are folded anew, examples stand as they are.
+static QString prose(const QString &details)
+{
+    QStringList lines;
+    QStringList paragraph;
+    const auto endParagraph = [&] {
+        if (!paragraph.isEmpty())
+            lines += folded(paragraph.join(QLatin1Char(' ')), pageWidth);
+        paragraph.clear();
+    };
+    const QStringList all = details.split(QLatin1Char('\n'));
+    for (const QString &line : all) {
+        if (!line.isEmpty() && !line.startsWith(QLatin1Char(' '))) {
+            paragraph.append(line);
+            continue;
+        }
+        endParagraph();
+        lines.append(line);
+    }
+    endParagraph();
+    return lines.join(QLatin1Char('\n')) + QLatin1Char('\n');
+}
+
+QString CommandLine::help() const
+{
+    QString usage = text("qelctl-usage", m_name);
+    QList<QPair<QString, QString>> options;
+    for (const Entry &option : m_options)
+        options.append({option.name, text(option.description)});
+    QList<QPair<QString, QString>> arguments;
+    for (const Entry &argument : m_arguments) {
+        usage += QLatin1Char(' ') + argument.name;
+        arguments.append({argument.name, text(argument.description)});
+    }
+    QString help = usage + QLatin1Char('\n') + prose(text(m_details));
+    if (!arguments.isEmpty())
+        help += helpSection(text("qelctl-arguments"), arguments);
+    return help + helpSection(text("qelctl-options"), options);
+}
+
+QString helpSection(const QString &title, const QList<QPair<QString, QString>> &lines)
+{
+    int width = 0;
+    for (const auto &line : lines)
+        width = std::max(width, line.first.size());
+    QString section = QLatin1Char('\n') + title + QLatin1Char('\n');
+    for (const auto &[name, description] : lines) {
+        QString left = name;
+        for (const QString &part : folded(description, pageWidth - width - 4)) {
+            section +=
+                QStringLiteral("  ") + left.leftJustified(width + 2) + part + QLatin1Char('\n');
+            left.clear();
+        }
+    }
+    return section;
 }
 
 bool CommandLine::has(const QString &option) const
@@ -172,12 +305,13 @@ std::optional<int> readCount(const QString &option, const QString &value, int mi
     return std::nullopt;
 }
 
-std::optional<int> readSeconds(const QString &option, const QString &value)
+std::optional<int> readSeconds(const QString &option, const QString &value, int minimum)
 {
     bool ok = false;
     const double seconds = QLocale::c().toDouble(value, &ok);
-    if (ok && seconds > 0 && seconds <= 2000000)
-        return std::max(1, int(seconds * 1000));
+    const double milliseconds = std::ceil(seconds * 1000);
+    if (ok && milliseconds >= minimum && milliseconds <= std::numeric_limits<int>::max())
+        return int(milliseconds);
     complain(text("qelctl-not-a-time", option, value));
     return std::nullopt;
 }

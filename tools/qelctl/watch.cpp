@@ -19,16 +19,23 @@ using qel::devices::Device;
 
 namespace {
 
-// Prints one line for each signal of a device.
+// Prints one line for each signal of a device, until that fails.
 class Watcher : public QObject
 {
 public:
     explicit Watcher(Device *device);
 
+    // Done, or CannotWrite after a complaint; watching ends with it.
+    int state() const
+    {
+        return m_state;
+    }
+
 private:
     void print(const char *signal, QJsonObject values);
 
     Device *m_device;
+    int m_state = Done;
 };
 
 QJsonObject about(Device::DeviceFeature feature)
@@ -95,12 +102,32 @@ Watcher::Watcher(Device *device)
 
 void Watcher::print(const char *signal, QJsonObject values)
 {
+    if (m_state != Done)
+        return;
     values.insert(QStringLiteral("signal"), QString::fromLatin1(signal));
     values.insert(QStringLiteral("time"),
                   QDateTime::currentDateTimeUtc().toString(Qt::ISODateWithMs));
-    const int printed = printData(jsonText(values) + '\n');
-    if (printed != Done)
-        QCoreApplication::exit(printed);
+    m_state = printData(jsonText(values) + '\n');
+    if (m_state != Done)
+        QCoreApplication::exit(m_state);
+}
+
+// Until the user, the reader of the output or the device has enough of it.
+int watchDevice(Device *device, Interrupt *interrupt)
+{
+    QObject scope;
+    ReaderWatch reader;
+    QObject::connect(interrupt, &Interrupt::requested, &scope,
+                     [] { QCoreApplication::exit(Interrupted); });
+    QObject::connect(&reader, &ReaderWatch::gone, &scope,
+                     [] { QCoreApplication::exit(fail(CannotWrite, text("qelctl-reader-gone"))); });
+    QObject::connect(device, &Device::openChanged, &scope, [device](bool open) {
+        if (!open) {
+            QCoreApplication::exit(
+                fail(DeviceFailed, text("qelctl-watch-closed", titleOf(device->deviceInfo()))));
+        }
+    });
+    return QCoreApplication::exec();
 }
 
 int run(const QStringList &arguments)
@@ -116,22 +143,14 @@ int run(const QStringList &arguments)
 
     Interrupt interrupt;
     Watcher watcher(device.get());
-    const int opened = openTarget(device.get(), &interrupt);
-    if (interrupt.wasRequested())
-        return Interrupted;
-    if (opened != Done)
-        return opened;
-    const QString title = titleOf(device->deviceInfo());
-    QObject::connect(&interrupt, &Interrupt::requested, &watcher,
-                     [] { QCoreApplication::exit(Interrupted); });
-    QObject::connect(device.get(), &Device::openChanged, &watcher, [&](bool open) {
-        if (!open && !interrupt.wasRequested())
-            QCoreApplication::exit(fail(DeviceFailed, text("qelctl-watch-closed", title)));
-    });
-    const int ended = QCoreApplication::exec();
+    int code = openTarget(device.get(), &interrupt);
+    if (watcher.state() != Done)
+        code = watcher.state();
+    else if (code == Done)
+        code = watchDevice(device.get(), &interrupt);
     if (device->isOpen())
         closeTarget(device.get());
-    return ended;
+    return code;
 }
 
 } // namespace

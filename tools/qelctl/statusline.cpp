@@ -1,0 +1,70 @@
+#include "statusline.h"
+
+#include "output.h"
+#include "tool.h"
+
+#include <algorithm>
+#include <cstdio>
+
+#include <unistd.h>
+
+namespace qelctl {
+
+enum class Status { Nothing, Progress, Question };
+static Status shown = Status::Nothing;
+
+static void print(const QByteArray &characters, Status status)
+{
+    std::fwrite(characters.constData(), 1, size_t(characters.size()), stderr);
+    std::fflush(stderr);
+    shown = status;
+}
+
+// Empty as long as it is anybody's guess.
+static QString remainingTime(double progress, qint64 elapsed)
+{
+    if (progress < 0.02)
+        return {};
+    const int seconds = int(double(elapsed) * (1 - progress) / progress / 1000 + 0.5);
+    return text(
+        "qelctl-progress-remaining",
+        QStringLiteral("%1:%2").arg(seconds / 60).arg(seconds % 60, 2, 10, QLatin1Char('0')));
+}
+
+void showProgress(double progress, qint64 elapsed)
+{
+    // A line that does not fit would scroll instead of being replaced.
+    const int width = terminalWidth(STDERR_FILENO) - 1;
+    if (!isatty(STDERR_FILENO) || width < 20 || shown == Status::Question)
+        return;
+    const double share = std::clamp(progress, 0.0, 1.0);
+    const int barWidth = std::min(40, width - 10);
+    const int filled = int(share * barWidth);
+    const QString line =
+        QStringLiteral("[%1%2] %3 %  %4")
+            .arg(QString(filled, QLatin1Char('#')), QString(barWidth - filled, QLatin1Char(' ')),
+                 QString::number(int(share * 100)).rightJustified(3),
+                 remainingTime(share, elapsed));
+    print('\r' + line.left(width).toUtf8() + "\x1b[K", Status::Progress);
+}
+
+void showQuestion(const QString &question)
+{
+    clearStatus();
+    print(question.toUtf8() + ' ', Status::Question);
+}
+
+void questionAnswered()
+{
+    shown = Status::Nothing;
+}
+
+void clearStatus()
+{
+    if (shown == Status::Progress)
+        print("\r\x1b[K", Status::Nothing);
+    else if (shown == Status::Question)
+        print("\n", Status::Nothing);
+}
+
+} // namespace qelctl

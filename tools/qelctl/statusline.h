@@ -1,0 +1,25 @@
+#ifndef QELCTL_STATUSLINE_H
+#define QELCTL_STATUSLINE_H
+
+#include <QtCore/QString>
+
+namespace qelctl {
+
+/// @file
+/// The last line of the terminal behind standard error: how far a run is, or a question.
+
+/// Shows, if standard error is a terminal, how far a run is: a bar, the percentage and the time it
+/// will probably still take. `elapsed` is in milliseconds.
+void showProgress(double progress, qint64 elapsed);
+
+/// Shows a question, with the cursor behind it.
+void showQuestion(const QString &question);
+/// The user has ended the line of the question.
+void questionAnswered();
+
+/// Makes room for a line of its own: removes the progress bar, leaves a question behind.
+void clearStatus();
+
+} // namespace qelctl
+
+#endif
