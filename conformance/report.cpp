@@ -1,7 +1,6 @@
 #include "report.h"
 
 #include <QtCore/QJsonArray>
-#include <QtCore/QJsonDocument>
 #include <QtCore/QJsonObject>
 #include <QtCore/QXmlStreamWriter>
 
@@ -22,6 +21,16 @@ static QString name(Outcome outcome)
         return QStringLiteral("not run");
     }
     return {};
+}
+
+// What a plugin says may hold anything; neither a terminal nor an XML reader must act on it.
+static QString printable(QString text)
+{
+    for (QChar &character : text) {
+        if (character.category() == QChar::Other_Control && character != QLatin1Char('\n'))
+            character = QLatin1Char('?');
+    }
+    return text;
 }
 
 static bool isBroken(const Result &result)
@@ -59,7 +68,7 @@ QString toText(const Result &result, const Result *previous)
     } else if (!result.seen.isEmpty()) {
         text += QStringLiteral("%1(%2)\n").arg(indent, result.seen);
     }
-    return text;
+    return printable(text);
 }
 
 QString summary(const Report &report)
@@ -72,7 +81,7 @@ QString summary(const Report &report)
         .arg(report.count(Outcome::NotRun));
 }
 
-QByteArray toJson(const Report &report, const QString &fileName)
+QJsonObject toJson(const Report &report, const QString &fileName)
 {
     QJsonArray rules;
     for (const Result &result : report.results) {
@@ -98,17 +107,7 @@ QByteArray toJson(const Report &report, const QString &fileName)
                           {QStringLiteral("rules"), rules}};
     if (!report.error.isEmpty())
         object.insert(QStringLiteral("error"), report.error);
-    return QJsonDocument(object).toJson();
-}
-
-// XML 1.0 has no place for most control characters, and a plugin's last words may hold any.
-static QString printable(QString text)
-{
-    for (QChar &character : text) {
-        if (character < QLatin1Char(' ') && character != QLatin1Char('\n'))
-            character = QLatin1Char('?');
-    }
-    return text;
+    return object;
 }
 
 static void writeCase(QXmlStreamWriter &xml, const Result &result)

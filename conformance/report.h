@@ -12,8 +12,8 @@ QString toText(const Result &result, const Result *previous);
 /// How many rules hold, and how many do not, as one line for people.
 QString summary(const Report &report);
 
-/// The report as one JSON object.
-QByteArray toJson(const Report &report, const QString &fileName);
+/// The report for programs.
+QJsonObject toJson(const Report &report, const QString &fileName);
 
 /// The report as a JUnit test suite, one test case a rule.
 QByteArray toJUnit(const Report &report, const QString &fileName);

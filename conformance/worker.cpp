@@ -6,6 +6,7 @@
 #include <QtCore/QCoreApplication>
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonDocument>
+#include <QtCore/QLoggingCategory>
 #include <QtCore/QSocketNotifier>
 #include <QtCore/QTimer>
 
@@ -46,6 +47,9 @@ static void prepareProcess()
     ::setrlimit(RLIMIT_CORE, &none);
     // On Ctrl-C the parent goes, and the end of the standard input tells this process.
     std::signal(SIGINT, SIG_IGN);
+    // What the plugin says last is shown when it crashes, so the library need not say much.
+    QLoggingCategory::setFilterRules(
+        QStringLiteral("qel.devices*.debug=false\nqel.devices*.info=false"));
     answers = ::dup(STDOUT_FILENO);
     ::dup2(STDERR_FILENO, STDOUT_FILENO);
 }

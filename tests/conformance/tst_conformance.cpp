@@ -9,6 +9,7 @@
 #include <QtCore/QMutex>
 #include <QtCore/QProcess>
 #include <QtCore/QSet>
+#include <QtCore/QTemporaryFile>
 #include <QtCore/QThreadPool>
 #include <QtCore/QXmlStreamReader>
 #include <QtTest/QtTest>
@@ -38,6 +39,16 @@ static Request requestFor(const QString &plugin)
     return request;
 }
 
+static QVector<int> brokenRules(const Report &report)
+{
+    QVector<int> numbers;
+    for (const Result &result : report.results) {
+        if (result.outcome == Outcome::Failed || result.outcome == Outcome::Warning)
+            numbers += result.rule->number;
+    }
+    return numbers;
+}
+
 static QString describe(const Report &report)
 {
     QString text = report.error;
@@ -59,6 +70,8 @@ private slots:
     void everyRuleHasAMutant();
     void goodDriver_data();
     void goodDriver();
+    void simulator_data();
+    void simulator();
     void selectedRules();
     void wrongSelection_data();
     void wrongSelection();
@@ -108,11 +121,7 @@ void tst_Conformance::mutant()
 {
     QFETCH(QString, name);
     const Report report = m_reports.value(name);
-    QVector<int> broken;
-    for (const Result &result : report.results) {
-        if (result.outcome == Outcome::Failed || result.outcome == Outcome::Warning)
-            broken += result.rule->number;
-    }
+    const QVector<int> broken = brokenRules(report);
     const QVector<int> expected = {name.section(QLatin1Char('-'), 0, 0).toInt()};
     // Large lists of signals are cut, the numbers come first.
     QString numbers;
@@ -150,6 +159,54 @@ void tst_Conformance::goodDriver()
         QVERIFY2((result.outcome == Outcome::Passed) == isTried,
                  qPrintable(toText(result, nullptr)));
     }
+}
+
+void tst_Conformance::simulator_data()
+{
+    QTest::addColumn<QByteArray>("fault");
+    QTest::addColumn<QVector<int>>("rules");
+    QTest::addColumn<QVector<int>>("broken");
+    const auto faultOf = [](const char *feature, const char *action) {
+        return QByteArray(R"({"at": "execute", "feature": ")") + feature + R"(", "do": ")" + action
+            + R"("})";
+    };
+    QTest::newRow("none") << QByteArray() << QVector<int>() << QVector<int>();
+    QTest::newRow("stalls while opening")
+        << QByteArray(R"({"at": "open", "do": "stall"})") << QVector<int>{401} << QVector<int>{401};
+    QTest::newRow("refuses to open")
+        << QByteArray(R"({"at": "open", "do": "refuse"})") << QVector<int>{401} << QVector<int>();
+    QTest::newRow("drops the ending") << faultOf("reference-number", "drop-ending")
+                                      << QVector<int>{601, 604} << QVector<int>{601};
+    QTest::newRow("ends twice") << faultOf("orientation", "double-ending")
+                                << QVector<int>{601, 602, 604} << QVector<int>{601};
+    QTest::newRow("result of another type")
+        << faultOf("firmware-info", "wrong-type") << QVector<int>{601, 604} << QVector<int>{604};
+    QTest::newRow("half a plate") << faultOf("absorbance-measurement", "partial-data")
+                                  << QVector<int>{601, 604, 609} << QVector<int>{604};
+    QTest::newRow("unplugs itself")
+        << faultOf("luminescence-measurement", "unplug") << QVector<int>{601} << QVector<int>();
+}
+
+void tst_Conformance::simulator()
+{
+    QFETCH(QByteArray, fault);
+    QFETCH(QVector<int>, rules);
+    QFETCH(QVector<int>, broken);
+    QTemporaryFile scenario;
+    QVERIFY(scenario.open());
+    scenario.write(R"({"timeScale": 0, "instruments": [{"model": "combined-384", "faults": [)"
+                   + fault + "]}]}");
+    QVERIFY(scenario.flush());
+    qputenv("QELDEVICES_SIMULATOR", scenario.fileName().toLocal8Bit());
+    Request request;
+    request.fileName = QStringLiteral(SIMULATOR);
+    request.isUnsafe = true;
+    request.limits = shortLimits();
+    request.rules = rules;
+    const Report report = Checker(request).run();
+    QCOMPARE(report.error, QString());
+    QVERIFY2(brokenRules(report) == broken, qPrintable(describe(report)));
+    QVERIFY(report.count(Outcome::Passed) > 0 || !broken.isEmpty());
 }
 
 void tst_Conformance::selectedRules()
@@ -238,8 +295,7 @@ void tst_Conformance::closesWhenAbandoned()
 void tst_Conformance::formats()
 {
     const Report report = m_reports.value(QStringLiteral("601-two-endings"));
-    const QJsonObject json =
-        QJsonDocument::fromJson(toJson(report, QStringLiteral("x.so"))).object();
+    const QJsonObject json = toJson(report, QStringLiteral("x.so"));
     QCOMPARE(json.value(QStringLiteral("failed")).toInt(), 1);
     QJsonObject broken;
     const QJsonArray rules = json.value(QStringLiteral("rules")).toArray();

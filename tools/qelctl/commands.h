@@ -6,6 +6,7 @@
 namespace qelctl {
 
 /// The commands, each in the file of its name.
+extern const Command checkCommand;
 extern const Command doctorCommand;
 extern const Command driversCommand;
 extern const Command listCommand;

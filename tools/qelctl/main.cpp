@@ -4,6 +4,7 @@
 #include "tool.h"
 
 #include <frontend.h>
+#include <worker.h>
 
 #include <qeldevices/qeldevices_global.h>
 
@@ -17,7 +18,7 @@
 namespace qelctl {
 
 static const Command *const commands[] = {
-    &driversCommand, &listCommand, &showCommand, &runCommand, &watchCommand, &doctorCommand,
+    &driversCommand, &listCommand, &showCommand, &runCommand, &watchCommand, &doctorCommand, &checkCommand,
 };
 
 // Every catalogue there is speaks German or English, so everybody else reads English.
@@ -125,6 +126,9 @@ static int runTool(const QCoreApplication &application)
 
 int main(int argc, char *argv[])
 {
+    // The command "check" loads plugins into processes of their own, made of this program.
+    if (qel::conformance::isWorker(argc, argv))
+        return qel::conformance::runWorker(argc, argv);
     // A reader that has gone is an error like any other: it is reported when writing fails.
     std::signal(SIGPIPE, SIG_IGN);
     qelctl::catchInterrupts();

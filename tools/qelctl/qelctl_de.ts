@@ -418,5 +418,52 @@ Rückgabewerte: 0 alles ist brauchbar, 1 etwas ist es nicht, 2 falscher Aufruf.<
         <source></source>
         <translation>Ordner %1: enthält keine Plugin-Dateien</translation>
     </message>
+    <message id="qelctl-check-summary">
+        <source></source>
+        <translation>Ein Treiber-Plugin an den Regeln für Treiber messen</translation>
+    </message>
+    <message id="qelctl-check-details">
+        <source></source>
+        <translation>Lädt PLUGIN und beurteilt Regel für Regel, ob sein Treiber sich an seinen Vertrag hält. Was eine Regel
+sagt, warum, und was zu tun ist, steht bei jedem Verstoß. Das Plugin läuft in einem eigenen Prozess.
+
+Der Rückgabewert ist 0, wenn keine Regel verletzt ist, sonst 1.</translation>
+    </message>
+    <message id="qelctl-check-argument">
+        <source></source>
+        <translation>Eine Plugin-Datei.</translation>
+    </message>
+    <message id="qelctl-check-option-driver">
+        <source></source>
+        <translation>Der Treiber, um den es geht; nötig, wo PLUGIN mehrere hat.</translation>
+    </message>
+    <message id="qelctl-check-option-device">
+        <source></source>
+        <translation>Das Gerät, mit dem der Treiber geprüft wird; sonst das erste.</translation>
+    </message>
+    <message id="qelctl-check-option-rule">
+        <source></source>
+        <translation>Nur Regel N beurteilen. Darf mehrmals angegeben werden.</translation>
+    </message>
+    <message id="qelctl-check-option-unsafe">
+        <source></source>
+        <translation>Auch beurteilen, was Teile des Geräts bewegt.</translation>
+    </message>
+    <message id="qelctl-check-option-format">
+        <source></source>
+        <translation>Wie der Bericht ausgegeben wird; ohne Angabe als Text.</translation>
+    </message>
+    <message id="qelctl-check-no-such-rule">
+        <source></source>
+        <translation>es gibt keine Regel '%1'; siehe docs/conformance-rules.md</translation>
+    </message>
+    <message id="qelctl-check-no-such-format">
+        <source></source>
+        <translation>es gibt kein Format '%1'; möglich sind text, json und junit</translation>
+    </message>
+    <message id="qelctl-check-no-file">
+        <source></source>
+        <translation>es gibt keine Datei '%1'</translation>
+    </message>
 </context>
 </TS>

@@ -417,5 +417,52 @@ Exit codes: 0 everything is usable, 1 something is not, 2 wrong usage.</translat
         <source></source>
         <translation>Folder %1: holds no plugin files</translation>
     </message>
+    <message id="qelctl-check-summary">
+        <source></source>
+        <translation>Hold a driver plugin to the rules for drivers</translation>
+    </message>
+    <message id="qelctl-check-details">
+        <source></source>
+        <translation>Loads PLUGIN and judges rule by rule whether its driver keeps its contract. What a rule says, why, and
+what to do about it is shown with every failure. The plugin runs in a process of its own.
+
+The exit code is 0 when no rule is broken, and 1 otherwise.</translation>
+    </message>
+    <message id="qelctl-check-argument">
+        <source></source>
+        <translation>A plugin file.</translation>
+    </message>
+    <message id="qelctl-check-option-driver">
+        <source></source>
+        <translation>The driver to check; needed where PLUGIN has several.</translation>
+    </message>
+    <message id="qelctl-check-option-device">
+        <source></source>
+        <translation>The instrument to check the driver with; the first one otherwise.</translation>
+    </message>
+    <message id="qelctl-check-option-rule">
+        <source></source>
+        <translation>Judge rule N only. May be given several times.</translation>
+    </message>
+    <message id="qelctl-check-option-unsafe">
+        <source></source>
+        <translation>Also judge what moves parts of the instrument.</translation>
+    </message>
+    <message id="qelctl-check-option-format">
+        <source></source>
+        <translation>How to print the report; text unless given.</translation>
+    </message>
+    <message id="qelctl-check-no-such-rule">
+        <source></source>
+        <translation>there is no rule '%1'; see docs/conformance-rules.md</translation>
+    </message>
+    <message id="qelctl-check-no-such-format">
+        <source></source>
+        <translation>there is no format '%1'; use text, json or junit</translation>
+    </message>
+    <message id="qelctl-check-no-file">
+        <source></source>
+        <translation>there is no file '%1'</translation>
+    </message>
 </context>
 </TS>

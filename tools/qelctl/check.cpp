@@ -1,0 +1,117 @@
+#include "commands.h"
+#include "listing.h"
+#include "output.h"
+
+#include <checker.h>
+#include <report.h>
+
+#include <QtCore/QFileInfo>
+
+#include <algorithm>
+#include <optional>
+
+namespace qelctl {
+
+using namespace qel::conformance;
+
+namespace {
+
+QByteArray asJson(const Report &report, const QString &fileName)
+{
+    QJsonObject json = document(QStringLiteral("qelctl-check"));
+    const QJsonObject content = toJson(report, fileName);
+    for (auto it = content.begin(); it != content.end(); ++it)
+        json.insert(it.key(), it.value());
+    return printable(json);
+}
+
+std::optional<QVector<int>> readRules(const QStringList &values)
+{
+    QVector<int> numbers;
+    for (const QString &value : values) {
+        const auto &rules = allRules();
+        const bool isKnown = std::any_of(rules.cbegin(), rules.cend(), [&](const Rule &rule) {
+            return QString::number(rule.number) == value;
+        });
+        if (!isKnown) {
+            complain(text("qelctl-check-no-such-rule", value));
+            return std::nullopt;
+        }
+        numbers.append(value.toInt());
+    }
+    return numbers;
+}
+
+// Prints each result at once: a check may take minutes.
+Report checkAsText(Checker *checker, int *printed)
+{
+    std::optional<Result> previous;
+    const Report report = checker->run([&](const Result &result) {
+        if (*printed == Done)
+            *printed = printData(toText(result, previous ? &*previous : nullptr).toLocal8Bit());
+        previous = result;
+    });
+    if (*printed == Done && report.error.isEmpty())
+        *printed = printData(summary(report).toLocal8Bit() + '\n');
+    return report;
+}
+
+int check(const Request &request, const QString &format)
+{
+    Checker checker(request);
+    Report report;
+    int printed = Done;
+    if (format == QLatin1String("text")) {
+        report = checkAsText(&checker, &printed);
+    } else {
+        report = checker.run();
+        printed = printData(format == QLatin1String("json") ? asJson(report, request.fileName)
+                                                            : toJUnit(report, request.fileName));
+    }
+    if (!report.error.isEmpty())
+        return fail(NoSuchDevice, report.error);
+    if (printed != Done)
+        return printed;
+    return report.count(Outcome::Failed) == 0 ? Done : RunFailed;
+}
+
+int run(const QStringList &arguments)
+{
+    CommandLine line(checkCommand);
+    line.addOption({QStringLiteral("driver")}, "qelctl-check-option-driver",
+                   QStringLiteral("NAME"));
+    line.addOption({QStringLiteral("device")}, "qelctl-check-option-device",
+                   QStringLiteral("SERIAL"));
+    line.addOption({QStringLiteral("rule")}, "qelctl-check-option-rule", QStringLiteral("N"));
+    line.addOption({QStringLiteral("unsafe")}, "qelctl-check-option-unsafe");
+    line.addOption({QStringLiteral("format")}, "qelctl-check-option-format",
+                   QStringLiteral("text|json|junit"));
+    line.addArgument(QStringLiteral("PLUGIN"), "qelctl-check-argument");
+    if (const auto ended = line.parse(arguments, 1, 1))
+        return *ended;
+
+    Request request;
+    request.fileName = line.positional().constFirst();
+    if (!QFileInfo(request.fileName).isFile())
+        return fail(BadUsage, text("qelctl-check-no-file", request.fileName));
+    request.driver = line.value(QStringLiteral("driver"));
+    request.serial = line.value(QStringLiteral("device"));
+    request.isUnsafe = line.has(QStringLiteral("unsafe"));
+    const auto rules = readRules(line.values(QStringLiteral("rule")));
+    if (!rules)
+        return BadUsage;
+    request.rules = *rules;
+    const QString format = line.has(QStringLiteral("format")) ? line.value(QStringLiteral("format"))
+                                                              : QStringLiteral("text");
+    const QStringList formats{QStringLiteral("text"), QStringLiteral("json"),
+                              QStringLiteral("junit")};
+    if (!formats.contains(format))
+        return fail(BadUsage, text("qelctl-check-no-such-format", format));
+    return check(request, format);
+}
+
+} // namespace
+
+const Command checkCommand{"check", "qelctl-check-summary", "qelctl-check-details", &run};
+
+} // namespace qelctl
