@@ -1,0 +1,128 @@
+"""What comes with the tool says what the tool says: catalogues, manual page, completion."""
+
+import re
+import subprocess
+import unittest
+import xml.etree.ElementTree as ElementTree
+
+from harness import QELCTL, SOURCE, ToolTest, reader
+
+TOOL = SOURCE / "tools" / "qelctl"
+
+
+class Catalogues(unittest.TestCase):
+    def catalogue(self, path):
+        texts = {}
+        for message in ElementTree.parse(path).iter("message"):
+            self.assertNotIn(message.get("id"), texts)
+            translation = message.find("translation")
+            self.assertIsNone(translation.get("type"), message.get("id"))
+            self.assertTrue(translation.text, message.get("id"))
+            texts[message.get("id")] = translation.text
+        return texts
+
+    def test_every_text_is_there_and_used_in_both_languages(self):
+        for folder, stem, prefix in [
+            (TOOL, TOOL / "qelctl", "qelctl"),
+            (SOURCE / "frontend", SOURCE / "frontend" / "translations" / "frontend",
+             "qelfrontend"),
+            (SOURCE / "drivers" / "simulator", SOURCE / "drivers" / "simulator" / "plugin",
+             "qelsimulator"),
+        ]:
+            with self.subTest(prefix):
+                english, german = (self.catalogue(f"{stem}_{language}.ts")
+                                   for language in ("en", "de"))
+                code = "".join(path.read_text(encoding="utf-8") for path in folder.glob("*.cpp"))
+                used = set(re.findall(rf'"({prefix}-[a-z0-9-]+)"', code))
+                # The documents of the tool bear its name, too.
+                used -= set(re.findall(r'document\(QStringLiteral\("([^"]+)"', code))
+                self.assertEqual(used, set(english))
+                self.assertEqual(used, set(german))
+                for name in used:
+                    self.assertEqual(*(sorted(set(re.findall(r"%\d", text[name])))
+                                       for text in (english, german)), name)
+
+
+class Manual(ToolTest):
+    def test_it_is_well_formed(self):
+        lint = subprocess.run(["mandoc", "-Tlint", "-W", "warning", TOOL / "qelctl.1"],
+                              capture_output=True, text=True, check=False)
+        self.assertEqual((lint.returncode, lint.stdout), (0, ""))
+
+    def test_it_names_what_the_help_names(self):
+        page = (TOOL / "qelctl.1").read_text(encoding="utf-8")
+        commands = re.findall(r"^  ([a-z-]+)  ", self.run_tool("--help")[0], re.M)
+        sections = dict(re.findall(r"^\.Ss (\S+)\n(.*?)(?=^\.S[sh])", page, re.M | re.S))
+        self.assertEqual(set(commands), set(sections))
+        for command in commands:
+            options = re.findall(r"^  --([a-z-]+)", self.run_tool(command, "--help")[0], re.M)
+            documented = re.findall(r"^\.It Fl -([a-z-]+)", sections[command], re.M)
+            self.assertEqual(options, documented, command)
+
+
+class Completion(ToolTest):
+    LINES = [
+        (["li"], {"list"}),
+        (["--log", ""], {"quiet", "warning", "info", "debug"}),
+        (["show", "--j"], {"--json"}),
+        (["list", "--driver", ""], {"simulator"}),
+        (["run", "A"], {"A-1", "A-2"}),
+        (["run", "A-1", "abs"], {"absorbance-measurement"}),
+        (["run", "A-1", "absorbance", "--f"], {"--format", "--force"}),
+        (["run", "--timeout", "5", "A-1", "absorbance", "--format", "p"], {"plate"}),
+        (["run", "A-1", "absorbance", "--set", ""], {"rapidMode=", "wavelengths="}),
+        (["--color", "never", "run", "--set", "a=1", "L"], {"L-3"}),
+        (["show", "A-1", ""], set()),
+    ]
+
+    def setUp(self):
+        super().setUp()
+        self.furnish(reader("A-1"), reader("A-2"), reader("L-3", "luminescence-96"))
+        tool = self.folder / "qelctl"
+        tool.symlink_to(QELCTL)
+        self.environment["PATH"] = f"{self.folder}:{self.environment['PATH']}"
+
+    def complete(self, shell, script, words):
+        result = subprocess.run([*shell, script, "-", *words], capture_output=True, text=True,
+                                env=self.environment, check=True)
+        self.assertEqual(result.stderr, "")
+        return result.stdout.split()
+
+    def test_bash(self):
+        script = f"""
+            source '{TOOL}/completion/qelctl.bash'
+            compopt() {{ :; }}
+            COMP_WORDS=(qelctl)
+            for word in "$@"; do  # split as bash does it
+                if [[ $word == *=* ]]; then COMP_WORDS+=("${{word%%=*}}" = "${{word#*=}}")
+                else COMP_WORDS+=("$word"); fi
+            done
+            COMP_CWORD=$((${{#COMP_WORDS[@]}} - 1))
+            _qelctl
+            printf '%s\\n' "${{COMPREPLY[@]}}" """
+        for words, expected in self.LINES:
+            with self.subTest(words):
+                self.assertEqual(set(self.complete(["bash", "-c"], script, words)), expected)
+
+    def test_zsh(self):
+        # What zsh itself would do with the candidates: leave those that begin like the word.
+        script = f"""
+            words=(qelctl "$@") CURRENT=$(( $# + 1 ))
+            _files() {{ : }}
+            _describe() {{
+                local name=$argv[-1]
+                [[ $argv[-2] == -S ]] && name=$argv[-3]
+                local candidate
+                for candidate in ${{(P)name}}; do
+                    [[ ${{candidate%%:*}} == $words[CURRENT]* ]] && print -r -- ${{candidate%%:*}}
+                done
+                return 0
+            }}
+            source '{TOOL}/completion/_qelctl' "$@" || true"""
+        for words, expected in self.LINES:
+            with self.subTest(words):
+                self.assertEqual(set(self.complete(["zsh", "-f", "-c"], script, words)), expected)
+
+
+if __name__ == "__main__":
+    unittest.main()
