@@ -329,6 +329,19 @@ void tst_Conformance::pageIsUpToDate()
              "write it anew with 'tst_conformance --rules-page'");
 }
 
+// Shows what is broken; whether nothing is.
+static bool check(const QString &fileName)
+{
+    Request request;
+    request.fileName = fileName;
+    request.isUnsafe = true;
+    request.limits = shortLimits();
+    const Report report = Checker(request).run();
+    std::fputs(qPrintable(describe(report) + summary(report)), stdout);
+    return report.error.isEmpty() && brokenRules(report).isEmpty()
+        && report.count(Outcome::NotRun) == 0;
+}
+
 int main(int argc, char **argv)
 {
     if (isWorker(argc, argv))
@@ -338,6 +351,8 @@ int main(int argc, char **argv)
         return EXIT_SUCCESS;
     }
     QCoreApplication application(argc, argv);
+    if (argc == 3 && qstrcmp(argv[1], "--check") == 0)
+        return check(QString::fromLocal8Bit(argv[2])) ? EXIT_SUCCESS : EXIT_FAILURE;
     tst_Conformance test;
     return QTest::qExec(&test, argc, argv);
 }

@@ -11,6 +11,7 @@ extern const Command doctorCommand;
 extern const Command driversCommand;
 extern const Command listCommand;
 extern const Command showCommand;
+extern const Command newDriverCommand;
 extern const Command runCommand;
 extern const Command watchCommand;
 

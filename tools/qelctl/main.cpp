@@ -18,7 +18,8 @@
 namespace qelctl {
 
 static const Command *const commands[] = {
-    &driversCommand, &listCommand, &showCommand, &runCommand, &watchCommand, &doctorCommand, &checkCommand,
+    &driversCommand, &listCommand,   &showCommand,  &runCommand,
+    &watchCommand,   &doctorCommand, &checkCommand, &newDriverCommand,
 };
 
 // Every catalogue there is speaks German or English, so everybody else reads English.

@@ -465,5 +465,49 @@ Der Rückgabewert ist 0, wenn keine Regel verletzt ist, sonst 1.</translation>
         <source></source>
         <translation>es gibt keine Datei '%1'</translation>
     </message>
+    <message id="qelctl-new-driver-summary">
+        <source></source>
+        <translation>Den Anfang eines Treibers schreiben</translation>
+    </message>
+    <message id="qelctl-new-driver-details">
+        <source></source>
+        <translation>Schreibt einen kleinen Treiber namens NAME nach DIRECTORY; der Ordner muss leer sein oder noch fehlen. Der Treiber lässt sich
+übersetzen und hält die Regeln ein; nur das Protokoll Ihres Geräts kennt er nicht. Suchen Sie in den Quellen nach PROTOCOL.</translation>
+    </message>
+    <message id="qelctl-new-driver-argument-name">
+        <source></source>
+        <translation>Der Name des Treibers: Kleinbuchstaben, Ziffern, - und _.</translation>
+    </message>
+    <message id="qelctl-new-driver-argument-directory">
+        <source></source>
+        <translation>Wohin er geschrieben wird; ohne Angabe nach NAME.</translation>
+    </message>
+    <message id="qelctl-new-driver-no-name">
+        <source></source>
+        <translation>'%1' kann kein Treiber heißen; erlaubt sind ein Kleinbuchstabe, dann solche, Ziffern, - und _</translation>
+    </message>
+    <message id="qelctl-new-driver-not-empty">
+        <source></source>
+        <translation>der Ordner '%1' ist nicht leer; wählen Sie einen anderen</translation>
+    </message>
+    <message id="qelctl-new-driver-no-folder">
+        <source></source>
+        <translation>der Ordner '%1' lässt sich nicht anlegen</translation>
+    </message>
+    <message id="qelctl-new-driver-cannot-write">
+        <source></source>
+        <translation>'%1' lässt sich nicht schreiben: %2</translation>
+    </message>
+    <message id="qelctl-new-driver-done">
+        <source></source>
+        <translation>In '%1' steht ein Treiber. So übersetzen und prüfen Sie ihn:
+
+    cmake -S %1 -B %1/build
+    cmake --build %1/build
+    qelctl check --unsafe %1/build/devicedrivers/%2.so
+
+Dann setzen Sie Ihr Protokoll dort ein, wo in den Quellen PROTOCOL steht.
+</translation>
+    </message>
 </context>
 </TS>

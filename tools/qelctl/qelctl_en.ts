@@ -464,5 +464,49 @@ The exit code is 0 when no rule is broken, and 1 otherwise.</translation>
         <source></source>
         <translation>there is no file '%1'</translation>
     </message>
+    <message id="qelctl-new-driver-summary">
+        <source></source>
+        <translation>Write the beginnings of a driver</translation>
+    </message>
+    <message id="qelctl-new-driver-details">
+        <source></source>
+        <translation>Writes a small driver called NAME into DIRECTORY, which must be empty or not there. It can be built and
+keeps the rules; what it does not know is the protocol of your instrument. Look for PROTOCOL in its sources.</translation>
+    </message>
+    <message id="qelctl-new-driver-argument-name">
+        <source></source>
+        <translation>The driver's name: lower case letters, digits, - and _.</translation>
+    </message>
+    <message id="qelctl-new-driver-argument-directory">
+        <source></source>
+        <translation>Where to write it; NAME unless given.</translation>
+    </message>
+    <message id="qelctl-new-driver-no-name">
+        <source></source>
+        <translation>'%1' cannot be the name of a driver; use a lower case letter, then such letters, digits, - and _</translation>
+    </message>
+    <message id="qelctl-new-driver-not-empty">
+        <source></source>
+        <translation>the folder '%1' is not empty; name another one</translation>
+    </message>
+    <message id="qelctl-new-driver-no-folder">
+        <source></source>
+        <translation>cannot make the folder '%1'</translation>
+    </message>
+    <message id="qelctl-new-driver-cannot-write">
+        <source></source>
+        <translation>cannot write '%1': %2</translation>
+    </message>
+    <message id="qelctl-new-driver-done">
+        <source></source>
+        <translation>A driver stands in '%1'. Build and check it:
+
+    cmake -S %1 -B %1/build
+    cmake --build %1/build
+    qelctl check --unsafe %1/build/devicedrivers/%2.so
+
+Then put your protocol where its sources say PROTOCOL.
+</translation>
+    </message>
 </context>
 </TS>

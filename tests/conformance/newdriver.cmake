@@ -1,0 +1,26 @@
+# Writes a new driver, builds it against the installed package and holds it to the rules.
+# Wants QELCTL, CHECK (a program that checks "--check FILE"), BUILD_DIR, SCRATCH_DIR and COMPILER.
+file(REMOVE_RECURSE ${SCRATCH_DIR})
+function(run)
+    execute_process(COMMAND ${ARGN}
+        OUTPUT_VARIABLE output ERROR_VARIABLE output RESULT_VARIABLE result)
+    if(NOT result EQUAL 0)
+        string(REPLACE ";" " " command "${ARGN}")
+        message(FATAL_ERROR "${command} (${result}):\n${output}")
+    endif()
+endfunction()
+
+set(driver ${SCRATCH_DIR}/driver)
+run(${CMAKE_COMMAND} --install ${BUILD_DIR} --prefix ${SCRATCH_DIR}/prefix)
+run(${QELCTL} new-driver my-reader_2 ${driver})
+run(${CMAKE_COMMAND} -S ${driver} -B ${driver}/build -D CMAKE_PREFIX_PATH=${SCRATCH_DIR}/prefix
+    -D CMAKE_CXX_COMPILER=${COMPILER}
+    -D "CMAKE_CXX_FLAGS=-Wall -Wextra -Wpedantic -Wshadow -Werror")
+run(${CMAKE_COMMAND} --build ${driver}/build)
+run(${CHECK} --check ${driver}/build/devicedrivers/my-reader_2.so)
+
+# What stands there is not written over.
+execute_process(COMMAND ${QELCTL} new-driver other ${driver} RESULT_VARIABLE result ERROR_QUIET)
+if(NOT result EQUAL 2)
+    message(FATAL_ERROR "new-driver in a folder that is not empty: ${result}")
+endif()
