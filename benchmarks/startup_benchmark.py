@@ -1,0 +1,80 @@
+#!/usr/bin/python3
+"""Compares what it takes to list the instruments with two listing tools of the system.
+
+Usage: startup_benchmark.py [RUNS]
+
+Installs the build of the preset "release" in a temporary folder, for in the build folder the linker
+looks for every library in many places. Runs `qelctl list`, `canbusutil -L` (Debian: libqt5serialbus5-bin) and `solid-hardware5 list`
+(libkf5solid-bin) in turn, so that whatever else the machine does hits all alike, and prints the
+time and the processor time of each and their ratios. Ends with 1 when qelctl is the slower one.
+"""
+
+import os
+import pathlib
+import shutil
+import statistics
+import subprocess
+import sys
+import tempfile
+import time
+
+ROOT = pathlib.Path(__file__).resolve().parent.parent
+# The drift of a machine that is never idle, not a licence to be slower.
+TOLERANCE = 1.05
+
+
+def find(program, package):
+    path = shutil.which(program, path=os.environ["PATH"] + ":/usr/lib/qt5/bin")
+    if not path:
+        sys.exit(f"{program} is not there; install the Debian package {package}")
+    return path
+
+
+def run(command):
+    """Elapsed and processor time in ms."""
+    started = time.perf_counter()
+    process = subprocess.Popen(command, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+    _, status, usage = os.wait4(process.pid, 0)
+    elapsed = time.perf_counter() - started
+    process.returncode = os.waitstatus_to_exitcode(status)
+    return elapsed * 1000, (usage.ru_utime + usage.ru_stime) * 1000
+
+
+def install(folder):
+    for component in "library", "tools":
+        subprocess.run(["cmake", "--install", str(ROOT / "build/release"), "--prefix", folder,
+                        "--component", component], stdout=subprocess.DEVNULL, check=True)
+    return f"{folder}/bin/qelctl"
+
+
+def compare(qelctl, runs):
+    commands = {
+        "qelctl list": [qelctl, "list"],
+        "canbusutil -L": [find("canbusutil", "libqt5serialbus5-bin"), "-L"],
+        "solid-hardware5 list": [find("solid-hardware5", "libkf5solid-bin"), "list"],
+    }
+    if subprocess.run(commands["qelctl list"], stdout=subprocess.DEVNULL, check=False).returncode:
+        sys.exit(f"{qelctl} list fails")
+    times = {name: [] for name in commands}
+    for number in range(runs + 3):
+        for name, command in commands.items():
+            measured = run(command)
+            if number >= 3:  # those before have filled the caches
+                times[name].append(measured)
+
+    print(f"{'':22}{'median':>10}{'fastest':>10}{'processor':>11}{'ratio':>8}")
+    own = statistics.median(elapsed for elapsed, _ in times["qelctl list"])
+    ratios = []
+    for name, measured in times.items():
+        elapsed = [e for e, _ in measured]
+        median = statistics.median(elapsed)
+        processor = statistics.mean(p for _, p in measured)
+        ratios.append(own / median)
+        print(f"{name:22}{median:7.2f} ms{min(elapsed):7.2f} ms{processor:8.2f} ms"
+              f"{own / median:8.2f}")
+    return 0 if max(ratios) <= TOLERANCE else 1
+
+
+if __name__ == "__main__":
+    with tempfile.TemporaryDirectory() as installed:
+        sys.exit(compare(install(installed), int(sys.argv[1]) if len(sys.argv) > 1 else 100))
