@@ -23,11 +23,11 @@ made the instruments.")
 set(multiarch "\nMulti-Arch: same")
 
 # Packages with drivers or applications for this library get their dependency from this.
-file(CONFIGURE OUTPUT ${PROJECT_BINARY_DIR}/packages/shlibs @ONLY
+file(CONFIGURE OUTPUT ${PROJECT_BINARY_DIR}/debian/shlibs @ONLY
     CONTENT "libqeldevices 1 libqeldevices1 (>= @PROJECT_VERSION@)\n")
 set(CPACK_DEBIAN_LIBRARY_PACKAGE_NAME libqeldevices1)
 set(CPACK_DEBIAN_LIBRARY_PACKAGE_SECTION "libs${multiarch}")
-set(CPACK_DEBIAN_LIBRARY_PACKAGE_CONTROL_EXTRA ${PROJECT_BINARY_DIR}/packages/shlibs)
+set(CPACK_DEBIAN_LIBRARY_PACKAGE_CONTROL_EXTRA ${PROJECT_BINARY_DIR}/debian/shlibs)
 set(CPACK_DEBIAN_LIBRARY_DESCRIPTION "${summary}
 ${introduction}
 .

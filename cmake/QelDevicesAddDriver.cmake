@@ -71,7 +71,7 @@ endfunction()
 function(_qel_check_catalogue_names name catalogues)
     foreach(catalogue IN LISTS catalogues)
         get_filename_component(file "${catalogue}" NAME)
-        if(NOT file MATCHES "^plugin_[A-Za-z_]+\\.ts$")
+        if(NOT file MATCHES "^plugin(_[A-Za-z0-9_]+)?\\.ts$")
             message(FATAL_ERROR "qel_add_driver(${name}): the catalogue '${catalogue}' would not be"
                 " found at run time; call it plugin_LANGUAGE.ts, plugin_de.ts for instance")
         endif()
@@ -86,8 +86,7 @@ function(_qel_place_driver name)
         set(executables ${CMAKE_RUNTIME_OUTPUT_DIRECTORY})
     endif()
     set_target_properties(${name} PROPERTIES
-        LIBRARY_OUTPUT_DIRECTORY ${executables}/devicedrivers
-        INSTALL_RPATH "\$ORIGIN/../../${CMAKE_INSTALL_LIBDIR}")
+        LIBRARY_OUTPUT_DIRECTORY ${executables}/devicedrivers)
 
     get_target_property(qmake Qt5::qmake IMPORTED_LOCATION)
     foreach(what IN ITEMS PREFIX PLUGINS)
@@ -102,5 +101,9 @@ function(_qel_place_driver name)
             set(qel_driver_directory \"${qt_PLUGINS}/devicedrivers\")
         endif()"
         ALL_COMPONENTS)
+    if(NOT CMAKE_INSTALL_PREFIX STREQUAL qt_PREFIX)
+        set_target_properties(${name} PROPERTIES
+            INSTALL_RPATH "\$ORIGIN/../../${CMAKE_INSTALL_LIBDIR}")
+    endif()
     install(TARGETS ${name} LIBRARY DESTINATION "\${qel_driver_directory}")
 endfunction()
