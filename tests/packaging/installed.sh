@@ -1,0 +1,124 @@
+#!/bin/sh
+# Installs the build and uses the installation as other projects would: installed.sh CASE
+#
+# Wants SOURCE_DIR and BUILD_DIR, the top of either tree, SCRATCH_DIR, a folder to work in, and the
+# build's CXX and CXXFLAGS. The case "install" goes first. Each other case moves a copy of that
+# installation to a place of its own, so that none depends on another nor on where it stood first.
+set -eu
+
+case=$1
+scratch=$SCRATCH_DIR/$case
+prefix=$scratch/prefix
+rm -rf "$scratch"
+mkdir -p "$scratch"
+export LC_ALL=C.UTF-8
+
+fail()
+{
+    echo "$case: $*"
+    exit 1
+}
+
+quietly()
+{
+    "$@" >"$scratch/log" 2>&1 || { cat "$scratch/log"; fail "'$*' failed"; }
+}
+
+# has FILE PATTERN: some line of the file matches.
+has()
+{
+    grep -q -e "$2" "$1" || { cat "$1"; fail "expected a line like '$2'"; }
+}
+
+# build_against_installation PROJECT: from sources to a part of the installation.
+build_against_installation()
+{
+    quietly cmake -S "$1" -B "$scratch/build" -G Ninja \
+        -DCMAKE_PREFIX_PATH="$prefix" -DCMAKE_INSTALL_PREFIX="$prefix"
+    quietly cmake --build "$scratch/build" --target install
+}
+
+# The only symbols that a driver shows are those by which Qt finds its plugin object; what templates
+# leave behind is weak.
+is_tight()
+{
+    test -f "$1" || fail "there is no '$1'"
+    shown=$(nm -D --defined-only "$1" | awk '$2 ~ /[A-TX-Z]/ { print $3 }' | sort | xargs)
+    test "$shown" = "qt_plugin_instance qt_plugin_query_metadata" || fail "'$1' shows: $shown"
+}
+
+# Nothing in an installation looks for libraries in the folders of the build or of another prefix.
+is_movable()
+{
+    for file in "$prefix"/lib/*.so "$prefix"/bin/* "$prefix"/bin/devicedrivers/*; do
+        test -f "$file" || continue
+        path=$(readelf -d "$file" | sed -n 's/.*RUNPATH.*\[\(.*\)\]/\1/p')
+        case $path in
+        "" | \$ORIGIN/*) ;;
+        *) fail "'$file' looks for libraries in '$path'" ;;
+        esac
+    done
+}
+
+# has_plate FILE: eight rows of twelve numbers.
+has_plate()
+{
+    rows=$(awk -F '\t' 'NF == 12 && $1 > 0 && $12 > 0' "$1" | wc -l)
+    test "$rows" -eq 8 || { cat "$1"; fail "expected 8 rows of 12 values, found $rows"; }
+}
+
+if test "$case" = install; then
+    quietly cmake --install "$BUILD_DIR" --prefix "$prefix"
+    is_movable
+    exit
+fi
+cp -a "$SCRATCH_DIR/install/prefix" "$prefix"
+
+case $case in
+system_prefix)
+    DESTDIR=$scratch/stage quietly cmake --install "$BUILD_DIR" --prefix /usr
+    plugins=$("$(pkg-config --variable=host_bins Qt5Core)/qmake" -query QT_INSTALL_PLUGINS)
+    is_tight "$scratch/stage$plugins/devicedrivers/simulator.so"
+    test ! -e "$scratch/stage/usr/bin/devicedrivers" || fail "a driver stands beside the tool"
+    ;;
+driver)
+    build_against_installation "$SOURCE_DIR/examples/minimal-driver"
+    is_tight "$prefix/bin/devicedrivers/minimal.so"
+    "$prefix/bin/qelctl" list >"$scratch/list"
+    has "$scratch/list" MIN-0001
+    "$prefix/bin/qelctl" run MIN-0001 ambient-temperature >"$scratch/result"
+    has "$scratch/result" '21\.5'
+    ;;
+simulator)
+    rm -r "$prefix/bin/devicedrivers"
+    mkdir "$scratch/project"
+    cp -r "$SOURCE_DIR/drivers/simulator" "$scratch/project"
+    cat >"$scratch/project/CMakeLists.txt" <<'END'
+cmake_minimum_required(VERSION 3.22)
+project(copied LANGUAGES CXX)
+find_package(QelDevices 1.3 REQUIRED)
+add_subdirectory(simulator)
+END
+    build_against_installation "$scratch/project"
+    is_tight "$prefix/bin/devicedrivers/simulator.so"
+    "$prefix/bin/qelctl" list >"$scratch/list"
+    has "$scratch/list" SIM-A-0001
+    ;;
+application)
+    build_against_installation "$SOURCE_DIR/examples/minimal-application"
+    "$prefix/bin/minimal-application" >"$scratch/result"
+    has "$scratch/result" SIM-A-0001
+    has_plate "$scratch/result"
+    ;;
+pkg_config)
+    flags=$(PKG_CONFIG_PATH=$prefix/lib/pkgconfig pkg-config --cflags --libs qeldevices)
+    # shellcheck disable=SC2086 # several words each
+    quietly "$CXX" -std=c++17 $CXXFLAGS "$SOURCE_DIR/examples/minimal-application/main.cpp" \
+        -o "$prefix/bin/by-hand" $flags -Wl,-rpath,"$prefix/lib"
+    "$prefix/bin/by-hand" >"$scratch/result"
+    has_plate "$scratch/result"
+    ;;
+*)
+    fail "there is no such case"
+    ;;
+esac
