@@ -89,6 +89,14 @@ driver)
     "$prefix/bin/qelctl" run MIN-0001 ambient-temperature >"$scratch/result"
     has "$scratch/result" '21\.5'
     ;;
+incomplete_driver)
+    cp -r "$SOURCE_DIR/examples/minimal-driver" "$scratch/project"
+    echo 'void forgotten(); void user() { forgotten(); }' >>"$scratch/project/plugin.cpp"
+    if (build_against_installation "$scratch/project") >"$scratch/messages"; then
+        fail "a driver with an undefined symbol was linked"
+    fi
+    has "$scratch/messages" 'undefined.*forgotten'
+    ;;
 simulator)
     rm -r "$prefix/bin/devicedrivers"
     mkdir "$scratch/project"
