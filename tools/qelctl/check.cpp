@@ -48,11 +48,11 @@ Report checkAsText(Checker *checker, int *printed)
     std::optional<Result> previous;
     const Report report = checker->run([&](const Result &result) {
         if (*printed == Done)
-            *printed = printData(toText(result, previous ? &*previous : nullptr).toLocal8Bit());
+            *printed = printData(toText(result, previous ? &*previous : nullptr).toUtf8());
         previous = result;
     });
     if (*printed == Done && report.error.isEmpty())
-        *printed = printData(summary(report).toLocal8Bit() + '\n');
+        *printed = printData(summary(report).toUtf8() + '\n');
     return report;
 }
 

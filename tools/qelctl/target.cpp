@@ -1,6 +1,8 @@
 #include "target.h"
 
 #include "interrupt.h"
+#include "prompt.h"
+#include "statusline.h"
 #include "tool.h"
 
 #include <frontend.h>
@@ -56,7 +58,11 @@ int openTarget(Device *device, Interrupt *interrupt)
     RunRequest request;
     request.deadline = std::chrono::seconds(30);
     Run opening(device, request);
+    Prompt prompt(Prompt::Policy::Ask);
+    QObject::connect(&opening, &Run::actionRequired, &prompt,
+                     [&](int id, const QString &action) { prompt.ask(&opening, id, action); });
     const Outcome outcome = await(&opening, interrupt);
+    clearStatus();
     if (interrupt->wasRequested())
         return fail(Interrupted, text("qelctl-interrupted"));
     return outcome.isResult() ? int(Done) : report(outcome, titleOf(device->deviceInfo()));

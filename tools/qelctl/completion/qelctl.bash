@@ -44,7 +44,7 @@ _qelctl_offer()
     I) candidates=$'unknown\nsimulator\nserial\nusb-hid\nnetwork' ;;
     LOCALE) candidates=$'de\nen' ;;
     OPTION) candidates=$(_qelctl_options | cut -d ' ' -f 1) ;;
-    DIR)
+    DIR | *DIRECTORY*)
         compopt -o filenames 2>/dev/null
         mapfile -t COMPREPLY < <(compgen -d -- "$cur")
         return
