@@ -89,6 +89,10 @@ class ExitCodes(ToolTest):
         for code, arguments, faults, more, *words in [
             (1, measure, [at_run("partial-data")], {}, "48 values"),
             (1, measure, [at_run("wrong-type")], {}, "no plate"),
+            *((1, ["run", "A-1", feature, "--format", format], [at_run("wrong-type")], {}, due)
+              for format in ("table", "json")
+              for feature, due in [("ambient", '"double"'), ("orientation", '"QVariantHash"'),
+                                   ("plate-detection", "SlotStatus"), ("reference", '"int"')]),
             (4, measure, [at_open("refuse")], {}, "Reader 1 (A-1)"),
             (4, ["show", "A-1"], [at_open("error", code="ERROR_DEVICE_BOOT_FAIL")], {}, "Bootloader"),
             (4, ["watch", "A-1"], [at_open("refuse")], {}, "Reader 1 (A-1)"),
