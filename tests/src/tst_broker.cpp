@@ -47,7 +47,6 @@ private slots:
     {
         DeviceBroker::DRIVERS.clear();
     }
-    void empty();
     void names();
     void createDevice_data();
     void createDevice();
@@ -61,20 +60,11 @@ static DeviceInfo record(const QString &driver, const QString &location = "bench
     return {interface, driver, location, "name", "serial"};
 }
 
-void tst_Broker::empty()
-{
-    Journal journal;
-    QCOMPARE(&DeviceBroker::DRIVERS, &DeviceBroker::DRIVERS_RELEASE);
-    QCOMPARE(&DeviceBroker::LOADERS, &DeviceBroker::LOADERS_RELEASE);
-    QCOMPARE(DeviceBroker::availableDrivers(), QStringList());
-    QVERIFY(DeviceBroker::availableDevices().isEmpty());
-    QVERIFY(DeviceBroker::loadedPlugins().isEmpty());
-    QCOMPARE(journal.take(), QStringList());
-}
-
 void tst_Broker::names()
 {
     Journal journal;
+    QCOMPARE(DeviceBroker::availableDrivers(), QStringList());
+    QCOMPARE(&DeviceBroker::DRIVERS, &DeviceBroker::DRIVERS_RELEASE);
     const auto first = std::make_shared<TestDriver>("a");
     DeviceBroker::addDriver(first);
     DeviceBroker::addDriver(std::make_shared<TestDriver>("A"));
@@ -147,6 +137,7 @@ void tst_Broker::replacedWhileCreating()
 void tst_Broker::enumeration()
 {
     Journal journal;
+    QCOMPARE(DeviceBroker::availableDevices(), QList<DeviceInfo>());
     const DeviceInfo shared = record("shared");
     const DeviceInfo simulated = record("z", "bench", DeviceInfo::Simulator);
     const DeviceInfo networked = record("a", "bench", DeviceInfo::Network);

@@ -16,7 +16,6 @@ private slots:
     void receiversChangeTheTable();
     void descriptors();
     void configurations();
-    void throughTheMetaObject();
 };
 
 void tst_Features::unknownFeature()
@@ -126,27 +125,6 @@ void tst_Features::configurations()
     device.setConfiguration(Device::DF_Orientation, QVariant());
     const QString changed = "configurationChanged 9 |";
     QCOMPARE(journal.take(), QStringList({changed, "a", changed, "a", changed, ""}));
-}
-
-void tst_Features::throughTheMetaObject()
-{
-    using DeviceFeature = Device::DeviceFeature;
-    TestDevice device;
-    device.setDescriptor(Device::DF_Orientation, 7);
-    const DeviceFeature orientation = Device::DF_Orientation;
-    const auto feature = Q_ARG(DeviceFeature, orientation);
-    bool has = false;
-    QVariant read;
-    QVERIFY(QMetaObject::invokeMethod(&device, "hasFeature", Q_RETURN_ARG(bool, has), feature));
-    QVERIFY(has);
-    QVERIFY(
-        QMetaObject::invokeMethod(&device, "descriptor", Q_RETURN_ARG(QVariant, read), feature));
-    QCOMPARE(read, QVariant(7));
-    QVERIFY(QMetaObject::invokeMethod(&device, "setConfiguration", feature,
-                                      Q_ARG(QVariant, QVariant(8))));
-    QVERIFY(
-        QMetaObject::invokeMethod(&device, "configuration", Q_RETURN_ARG(QVariant, read), feature));
-    QCOMPARE(read, QVariant(8));
 }
 
 QTEST_APPLESS_MAIN(tst_Features)

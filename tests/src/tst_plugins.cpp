@@ -12,15 +12,13 @@ class tst_Plugins : public QObject
 
 private slots:
     void init();
-    void wholeMetaData();
-    void noMetaData();
-    void loadedTwice();
-    void nameAlreadyTaken();
+    void metaData_data();
+    void metaData();
+    void registeredAgain();
     void withoutTheInterface();
     void notAPlugin_data();
     void notAPlugin();
     void directoryTree();
-    void noDirectory();
 
 private:
     QTemporaryDir m_directory;
@@ -33,16 +31,6 @@ void tst_Plugins::init()
     DeviceBroker::PLUGINS.clear();
 }
 
-static QStringList loadedMessages(const QString &path, const QString &manufacturer,
-                                  const QString &url, const QString &resourceId,
-                                  const QString &version)
-{
-    const QString info = "info qel.devices: ";
-    return {info + "Loaded device plugin \"" + QFileInfo(path).canonicalFilePath() + '"',
-            info + "\tManufacturer: " + manufacturer, info + "\tURL: " + url,
-            info + "\tResource ID: " + resourceId, info + "\tVersion: " + version};
-}
-
 static QString failedMessage(const QString &path, const QString &reason)
 {
     return QStringLiteral("warning qel.devices: Failed to load device plugin \"%1\" \n\tReason: "
@@ -50,60 +38,60 @@ static QString failedMessage(const QString &path, const QString &reason)
         .arg(path, QString(reason).replace('"', "\\\""));
 }
 
-// The driver's own message shows that the drivers are registered before anything is reported.
-static QStringList laboratoryMessages(const QString &path)
+void tst_Plugins::metaData_data()
 {
-    return QStringList{"debug qel.devices.driver: laboratory registers"}
-    + loadedMessages(path, "Testing & Sons", "https://example.org/a b?q=1", "laboratory-resources",
-                     "2.7");
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<QStringList>("messages");
+    const QString loaded = "info qel.devices: Loaded device plugin \"%1\"";
+    // The driver's own message shows that drivers are registered before anything is reported.
+    QTest::newRow("whole") << QFileInfo(LABORATORY).path() + "/../plugins/laboratory.so"
+                           << QStringList{"debug qel.devices.driver: laboratory registers",
+                                          loaded.arg(QFileInfo(LABORATORY).canonicalFilePath()),
+                                          "info qel.devices: \tManufacturer: Testing & Sons",
+                                          "info qel.devices: \tURL: https://example.org/a b?q=1",
+                                          "info qel.devices: \tResource ID: laboratory-resources",
+                                          "info qel.devices: \tVersion: 2.7"};
+    QTest::newRow("none")
+        << BARE
+        << QStringList{loaded.arg(QFileInfo(BARE).canonicalFilePath()),
+                       "info qel.devices: \tManufacturer: ", "info qel.devices: \tURL: ",
+                       "info qel.devices: \tResource ID: ", "info qel.devices: \tVersion: "};
 }
 
-void tst_Plugins::wholeMetaData()
+void tst_Plugins::metaData()
 {
+    QFETCH(QString, path);
     Journal journal;
-    const QString path = QFileInfo(LABORATORY).path() + "/../plugins/laboratory.so";
     QVERIFY(DeviceBroker::loadPlugin(path));
-    QCOMPARE(journal.take(), laboratoryMessages(path));
-    QCOMPARE(DeviceBroker::availableDrivers(), QStringList{"laboratory"});
+    const QStringList messages = journal.take();
+    QTEST(messages, "messages");
     QCOMPARE(DeviceBroker::LOADERS.size(), 1);
-    const DeviceBroker::DevicePluginInfo plugin = DeviceBroker::loadedPlugins().constLast();
+    QCOMPARE(DeviceBroker::loadedPlugins().size(), 1);
+    const DeviceBroker::DevicePluginInfo plugin = DeviceBroker::loadedPlugins().constFirst();
     QCOMPARE(plugin.fileName, path);
-    QCOMPARE(plugin.manufacturer, "Testing & Sons");
-    QCOMPARE(plugin.url, QUrl("https://example.org/a%20b?q=1"));
-    QCOMPARE(plugin.resourceId, "laboratory-resources");
-    QCOMPARE(plugin.version, "2.7");
+    QCOMPARE(plugin.url.isEmpty(), plugin.manufacturer.isEmpty());
+    QVERIFY(plugin.url.isValid() || plugin.url.isEmpty());
+    const QStringList values{plugin.manufacturer, plugin.url.toString(), plugin.resourceId,
+                             plugin.version};
+    for (int i = 0; i < values.size(); ++i)
+        QVERIFY(messages.at(messages.size() - 4 + i).endsWith(": " + values.at(i)));
 }
 
-void tst_Plugins::noMetaData()
-{
-    Journal journal;
-    QVERIFY(DeviceBroker::loadPlugin(BARE));
-    QCOMPARE(journal.take(), loadedMessages(BARE, {}, {}, {}, {}));
-    const DeviceBroker::DevicePluginInfo plugin = DeviceBroker::loadedPlugins().constLast();
-    QVERIFY(plugin.url.isEmpty());
-    QCOMPARE(plugin.manufacturer + plugin.resourceId + plugin.version, QString());
-}
-
-void tst_Plugins::loadedTwice()
+void tst_Plugins::registeredAgain()
 {
     Journal journal;
     QVERIFY(DeviceBroker::loadPlugin(LABORATORY));
-    const std::weak_ptr<DeviceDriver> first = DeviceBroker::DRIVERS.value("laboratory");
+    std::weak_ptr<DeviceDriver> first = DeviceBroker::DRIVERS.value("laboratory");
     QVERIFY(DeviceBroker::loadPlugin(LABORATORY));
     QVERIFY(first.expired());
     QCOMPARE(DeviceBroker::LOADERS.size(), 2);
     QCOMPARE(DeviceBroker::loadedPlugins().size(), 2);
-    QCOMPARE(journal.take(), laboratoryMessages(LABORATORY) + laboratoryMessages(LABORATORY));
-}
+    QCOMPARE(journal.take().filter("laboratory registers").size(), 2);
 
-void tst_Plugins::nameAlreadyTaken()
-{
-    Journal journal;
-    QVERIFY(DeviceBroker::loadPlugin(LABORATORY));
-    QVERIFY(DeviceBroker::loadPlugin(BARE));
-    QCOMPARE(DeviceBroker::DRIVERS.size(), 2);
-    for (const DeviceInfo &info : DeviceBroker::availableDevices())
-        QCOMPARE(info.name(), "from bare");
+    QVERIFY(DeviceBroker::loadPlugin(BARE)); // takes the name over
+    const QList<DeviceInfo> instruments = DeviceBroker::availableDevices();
+    QCOMPARE(instruments.size(), 2);
+    QCOMPARE(instruments.at(1).driver() + ' ' + instruments.at(1).name(), "laboratory from bare");
 }
 
 void tst_Plugins::withoutTheInterface()
@@ -168,16 +156,6 @@ void tst_Plugins::directoryTree()
     QCOMPARE(DeviceBroker::LOADERS.size(), 2);
     QCOMPARE(DeviceBroker::loadedPlugins().size(), 1);
     QCOMPARE(DeviceBroker::loadedPlugins().constFirst().fileName, root.filePath("a/b/driver.so"));
-}
-
-void tst_Plugins::noDirectory()
-{
-    Journal journal;
-    DeviceBroker::loadAllDevicePlugins("/no/such directory");
-    QCOMPARE(journal.take(),
-             QStringList{"info qel.devices: Loading device plugins from "
-                         "\"/no/such directory\""});
-    QVERIFY(DeviceBroker::LOADERS.isEmpty());
 }
 
 QTEST_GUILESS_MAIN(tst_Plugins)
