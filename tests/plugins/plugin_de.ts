@@ -9,7 +9,7 @@
     </message>
     <message id="libqeldevices-ERROR_DEVICE_UNKNOWN">
         <source></source>
-        <translation>Das Labor weiß es nicht.</translation>
+        <translation>Das Labor kennt den Fehler nicht.</translation>
     </message>
 </context>
 </TS>

@@ -14,7 +14,7 @@ int main(int argc, char **argv)
     qel::devices::init();
     for (const QString &line :
          {qel::devices::version(), qel::devices::DeviceBroker::availableDrivers().join("\n\t"),
-          qtTrId("laboratory-ORIGIN")})
+          qtTrId("laboratory-ORIGIN") + ' ' + qtTrId("libqeldevices-ERROR_DEVICE_UNKNOWN")})
         std::printf("%s\v", qPrintable(line));
     return 0;
 }
