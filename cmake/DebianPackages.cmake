@@ -36,8 +36,9 @@ This package contains the library.")
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME libqeldevices-dev)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION "libdevel${multiarch}")
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "libqeldevices1 (= ${this_version}), qtbase5-dev")
-# The linguist tools compile the catalogues of a driver that has some.
-set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_RECOMMENDS "cmake, qttools5-dev, qttools5-dev-tools")
+# For drivers: the linguist tools compile their catalogues, qelctl tests them.
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_RECOMMENDS
+    "cmake, qttools5-dev, qttools5-dev-tools, qeldevices-tools (= ${this_version})")
 set(CPACK_DEBIAN_DEVELOPMENT_DESCRIPTION "${summary} (development files)
 ${introduction}
 .

@@ -11,6 +11,9 @@
 # The build puts the plugin into the folder "devicedrivers" beside the executables of the project, the
 # installation puts it where the library looks under the prefix: into the folder "devicedrivers" of
 # Qt's plugin directory where the prefix is Qt's own, and of CMAKE_INSTALL_BINDIR elsewhere.
+#
+# In a project with enable_testing(), the test NAME_conformance has the tool qelctl, which is installed
+# along with the library, judge whether the plugin keeps the rules for drivers.
 include(${CMAKE_CURRENT_LIST_DIR}/QelDevicesCatalogues.cmake)
 
 function(qel_add_driver name)
@@ -37,6 +40,10 @@ function(qel_add_driver name)
         qel_add_catalogues(${name} /qel/devices/${name} ${driver_TRANSLATIONS})
     endif()
     _qel_place_driver(${name})
+    if(QelDevices_QELCTL)
+        add_test(NAME ${name}_conformance
+            COMMAND ${QelDevices_QELCTL} check $<TARGET_FILE:${name}>)
+    endif()
 endfunction()
 
 function(_qel_check_metadata name file)

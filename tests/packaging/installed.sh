@@ -38,6 +38,12 @@ build_against_installation()
     quietly cmake --build "$scratch/build" --target install
 }
 
+# keeps_rules TEST: the driver's project has this test, and it passes.
+keeps_rules()
+{
+    quietly ctest --test-dir "$scratch/build" --output-on-failure --no-tests=error -R "^$1\$"
+}
+
 # The only symbols that a driver shows are those by which Qt finds its plugin object; what templates
 # leave behind is weak.
 is_tight()
@@ -84,6 +90,7 @@ system_prefix)
 driver)
     build_against_installation "$SOURCE_DIR/examples/minimal-driver"
     is_tight "$prefix/bin/devicedrivers/minimal.so"
+    keeps_rules minimal_conformance
     "$prefix/bin/qelctl" list >"$scratch/list"
     has "$scratch/list" MIN-0001
     "$prefix/bin/qelctl" run MIN-0001 ambient-temperature >"$scratch/result"
