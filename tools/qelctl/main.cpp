@@ -22,11 +22,25 @@ static const Command *const commands[] = {
     &watchCommand,   &doctorCommand, &checkCommand, &newDriverCommand,
 };
 
+// The environment is read here because the system's locale is a twentieth of the start-up to set
+// up.
+static QString systemLanguage()
+{
+    for (const char *variable : {"LC_ALL", "LC_MESSAGES"}) {
+        const QString value = qEnvironmentVariable(variable);
+        if (!value.isEmpty())
+            return value;
+    }
+    return qEnvironmentVariable("LANG");
+}
+
 // Every catalogue there is speaks German or English, so everybody else reads English.
 static QLocale locale(const QString &language)
 {
-    const QLocale wanted = language.isEmpty() ? QLocale::system() : QLocale(language);
-    return wanted.language() == QLocale::German ? wanted : QLocale(QLocale::English);
+    const QString wanted = (language.isEmpty() ? systemLanguage() : language).toLower();
+    const bool isGerman =
+        wanted.startsWith(QLatin1String("de")) && (wanted.size() == 2 || !wanted.at(2).isLetter());
+    return QLocale(isGerman ? QLocale::German : QLocale::English);
 }
 
 static void useLanguage(const QString &language, QTranslator *translator)
