@@ -87,9 +87,10 @@ void Instrument::destroy()
 
 void Instrument::open()
 {
-    callOpen();
-    m_subject.waitFor(m_subject.limits().open,
-                      [this] { return m_device->isOpen() || m_device->errorCode() != 0; });
+    if (callOpen()) {
+        m_subject.waitFor(m_subject.limits().open,
+                          [this] { return m_device->isOpen() || m_device->errorCode() != 0; });
+    }
     if (!m_device->isOpen()) {
         throw Unmet{Needs::Open,
                     QStringLiteral("the instrument does not open, error %1")

@@ -1,0 +1,80 @@
+"""The command "check" as a process: what it prints, how it ends, what it leaves behind."""
+
+import json
+import os
+import pathlib
+import subprocess
+import sys
+import time
+import unittest
+import xml.etree.ElementTree
+
+import jsonschema
+
+sys.path.insert(0, os.path.join(os.environ["QELDEVICES_SOURCE"], "tests", "qelctl"))
+from harness import DOCS, PATIENCE, ToolTest  # noqa: E402
+
+PLUGINS = pathlib.Path(os.environ["PLUGINS"])
+
+
+def rules(*numbers):
+    return [word for number in numbers for word in ("--rule", str(number))]
+
+
+class Check(ToolTest):
+    def test_json(self):
+        schema = json.loads((DOCS / "qelctl-check.schema.json").read_text(encoding="utf-8"))
+        jsonschema.Draft7Validator.check_schema(schema)
+        rows = [("good", [401, 701], 0, ["passed", "not run"]),
+                ("402-late-features", [402], 0, ["warning"]),
+                ("401-wordless-refusal", [101, 301, 401, 601], 1,
+                 ["passed", "passed", "failed", "not run"])]
+        for plugin, numbers, code, outcomes in rows:
+            with self.subTest(plugin):
+                output, _ = self.run_tool("check", "--format", "json", *rules(*numbers),
+                                          PLUGINS / f"{plugin}.so", code=code)
+                report = json.loads(output)
+                jsonschema.validate(report, schema, jsonschema.Draft7Validator)
+                self.assertEqual([rule["outcome"] for rule in report["rules"]], outcomes)
+
+    def test_junit(self):
+        output, _ = self.run_tool("check", "--format", "junit", *rules(101, 103),
+                                  PLUGINS / "103-incomplete-metadata.so", code=1)
+        suite = xml.etree.ElementTree.fromstring(output)
+        self.assertEqual([len(case.findall("failure")) for case in suite.iter("testcase")], [0, 1])
+
+    def test_wrong_use(self):
+        good = PLUGINS / "good.so"
+        for arguments, code, words in [
+                (["--rule", "7", good], 2, "'7'"),
+                (["--rule", "0401", good], 2, "'0401'"),
+                (["--format", "xml", good], 2, "'xml'"),
+                ([PLUGINS / "none.so"], 2, "none.so"),
+                ([PLUGINS], 2, "plugins"),
+                ([good, good], 2, ""),
+                (["--device", "G-9", "--rule", "401", good], 3, "'G-9'"),
+                (["--driver", "bad", "--rule", "401", good], 3, "'bad'")]:
+            with self.subTest(arguments=arguments):
+                _, errors = self.run_tool("check", *arguments, code=code)
+                self.assertIn(words, errors)
+
+    def test_interrupted(self):
+        """Whoever holds the instrument lets go of it and ends, too."""
+        process = self.start("check", *rules(601), PLUGINS / "601-no-ending.so")
+        end = time.monotonic() + PATIENCE
+        children = []
+        while not children and time.monotonic() < end:
+            children = subprocess.run(["ps", "-o", "pid=", "--ppid", str(process.pid)], text=True,
+                                      stdout=subprocess.PIPE, check=False).stdout.split()
+        child = pathlib.Path("/proc") / children[0]
+        time.sleep(1)
+        process.send_signal(2)
+        process.wait(PATIENCE)
+        self.assertNotEqual(process.returncode, 0)
+        while child.exists() and "Z" not in (child / "stat").read_text().split()[2]:
+            self.assertLess(time.monotonic(), end, "it goes on without its parent")
+            time.sleep(0.05)
+
+
+if __name__ == "__main__":
+    unittest.main()
