@@ -13,7 +13,7 @@ endfunction()
 set(driver ${SCRATCH_DIR}/driver)
 run(${CMAKE_COMMAND} --install ${BUILD_DIR} --prefix ${SCRATCH_DIR}/prefix)
 run(${QELCTL} new-driver my-reader_2 ${driver})
-run(${CMAKE_COMMAND} -S ${driver} -B ${driver}/build -D CMAKE_PREFIX_PATH=${SCRATCH_DIR}/prefix
+run(${CMAKE_COMMAND} -S ${driver} -B ${driver}/build -G Ninja -D CMAKE_PREFIX_PATH=${SCRATCH_DIR}/prefix
     -D CMAKE_CXX_COMPILER=${COMPILER}
     -D "CMAKE_CXX_FLAGS=-Wall -Wextra -Wpedantic -Wshadow -Werror")
 run(${CMAKE_COMMAND} --build ${driver}/build)
