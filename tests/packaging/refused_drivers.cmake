@@ -15,7 +15,7 @@ qel_add_driver(${row} ${arguments})
         file(WRITE ${directory}/plugin.json "${ARGN}")
     endif()
     execute_process(
-        COMMAND ${CMAKE_COMMAND} -S ${directory} -B ${directory}/build
+        COMMAND ${CMAKE_COMMAND} -S ${directory} -B ${directory}/build -G Ninja
         OUTPUT_QUIET ERROR_VARIABLE message RESULT_VARIABLE result)
     # Messages are broken into lines.
     string(REGEX REPLACE "[ \n]+" " " message "${message}")
