@@ -95,7 +95,8 @@ void Checker::take(const Rule &rule, const QJsonObject &answer)
         result.outcome = Outcome::NotApplicable;
     else if (outcome == outcomeBroken)
         result.outcome = rule.severity == Severity::Failure ? Outcome::Failed : Outcome::Warning;
-    for (const QJsonValue &line : answer.value(keySignals).toArray())
+    const auto emitted = answer.value(keySignals).toArray();
+    for (const QJsonValue &line : emitted)
         result.signalsSeen += line.toString();
     if (answer.contains(keyNeeds)) {
         m_unmet = Unmet{Needs(answer.value(keyNeeds).toInt()), result.seen};

@@ -257,7 +257,7 @@ bool reportPassedOver(const QFileInfo &entry, bool isHidden, FileReport *report)
 
 bool isHiddenBelow(const QString &folder, const QString &path)
 {
-    return path.mid(folder.size()).contains(QLatin1String("/."));
+    return path.midRef(folder.size()).contains(QLatin1String("/."));
 }
 
 QVector<FileReport> passedOver(const QString &folder, const QSet<QString> &tried)

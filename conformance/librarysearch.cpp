@@ -149,10 +149,12 @@ QString LibrarySearch::find(const QString &name, const Node &neededBy, SharedLib
     if (name.contains(QLatin1Char('/'))) {
         candidates = neededBy.expanded({name});
     } else {
-        for (const QString &folder : foldersFor(neededBy))
+        const auto ownFolders = foldersFor(neededBy);
+        for (const QString &folder : ownFolders)
             candidates.append(folder + QLatin1Char('/') + name);
         candidates += m_cache.values(name);
-        for (const QString &folder : systemFolders())
+        const auto defaultFolders = systemFolders();
+        for (const QString &folder : defaultFolders)
             candidates.append(folder + QLatin1Char('/') + name);
     }
     // Like the loader, pass over files that are made for another kind of computer.
@@ -193,7 +195,7 @@ LibrarySearch::Result LibrarySearch::resolve(const QString &path,
         }
     }
     for (const auto &node : nodes) {
-        for (const SharedLibrary::VersionNeed &need : node->library.versions) {
+        for (const SharedLibrary::VersionNeed &need : std::as_const(node->library.versions)) {
             const Node supplier = found.value(need.library);
             const QByteArrayList &defined = supplier.library.versionsDefined;
             if (!defined.isEmpty() && !defined.contains(need.version)) {

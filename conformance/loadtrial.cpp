@@ -111,7 +111,8 @@ void TrialRun::note(const QJsonObject &line)
     const bool isLoaded = line.value(loadedKey).toBool();
     outcome.kind = isLoaded ? LoadOutcome::Kind::Loaded : LoadOutcome::Kind::Refused;
     outcome.reason = line.value(reasonKey).toString();
-    for (const QJsonValue &driver : line.value(driversKey).toArray())
+    const auto drivers = line.value(driversKey).toArray();
+    for (const QJsonValue &driver : drivers)
         outcome.drivers.append(driver.toString());
     m_current = -1;
 }

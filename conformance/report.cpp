@@ -63,7 +63,8 @@ QString toText(const Result &result, const Result *previous)
                 .arg(QLatin1String(result.rule->statement));
     const QString indent = QStringLiteral("                      ");
     if (isBroken(result)) {
-        for (const QString &line : explanation(result))
+        const auto lines = explanation(result);
+        for (const QString &line : lines)
             text += indent + line + QLatin1Char('\n');
     } else if (!result.seen.isEmpty()) {
         text += QStringLiteral("%1(%2)\n").arg(indent, result.seen);

@@ -14,7 +14,8 @@ static void checkText(Subject &subject)
     const int start = instrument.seen().count();
     const int id = instrument.startRequest(&feature);
     QString text;
-    for (const Event &event : instrument.seen().events(start)) {
+    const auto events = instrument.seen().events(start);
+    for (const Event &event : events) {
         if (event.kind == Event::ActionRequired)
             text = event.action;
     }
@@ -52,7 +53,8 @@ static void checkAbort(Subject &subject)
     instrument.awaitEndings(start, 1, false);
     subject.settle();
     int endings = 0;
-    for (const Event &event : instrument.seen().events(start)) {
+    const auto events = instrument.seen().events(start);
+    for (const Event &event : events) {
         if (event.kind != Event::Executed)
             continue;
         ++endings;
@@ -77,7 +79,8 @@ static void expectSilence(Subject &subject, Instrument &instrument, const QStrin
     const int start = instrument.seen().count();
     answer();
     subject.settle();
-    for (const Event &event : instrument.seen().events(start)) {
+    const auto events = instrument.seen().events(start);
+    for (const Event &event : events) {
         // Sent by the library before the driver is asked.
         if (event.kind != Event::ActionConfirmed && event.kind != Event::TransientValue)
             throw Broken{QStringLiteral("%1 has an effect").arg(what)};

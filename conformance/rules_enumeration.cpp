@@ -76,7 +76,8 @@ static void checkUndisturbed(Subject &subject)
     subject.settle();
     if (!instrument->isOpen())
         throw Broken{QStringLiteral("availableDevices() closed an open device")};
-    for (const Event &event : instrument.seen().events(start)) {
+    const auto events = instrument.seen().events(start);
+    for (const Event &event : events) {
         // A plate may come at any time.
         if (event.kind != Event::TransientValue)
             throw Broken{QStringLiteral("availableDevices() made an open device emit a signal")};

@@ -109,7 +109,8 @@ static void checkResetClosed(Subject &subject)
     subject.settle();
     if (instrument->isOpen() || instrument->isBusy() || instrument->errorCode() != 0)
         throw Broken{QStringLiteral("the device is not closed, idle and without error")};
-    for (const Event &event : instrument.seen().events(start)) {
+    const auto events = instrument.seen().events(start);
+    for (const Event &event : events) {
         if (event.kind != Event::ErrorChanged)
             throw Broken{QStringLiteral("reset() of a closed device emitted more than "
                                         "errorChanged()")};

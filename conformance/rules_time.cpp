@@ -84,7 +84,8 @@ static void checkThread(Subject &subject)
         // Then the short ones must do.
     }
     instrument.close();
-    for (const Event &event : instrument.seen().events()) {
+    const auto events = instrument.seen().events();
+    for (const Event &event : events) {
         if (!event.isOwnThread)
             throw Broken{event.toString().trimmed()};
     }

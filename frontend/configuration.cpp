@@ -378,7 +378,8 @@ QJsonValue listFromText(const QString &text, Kind kind)
     if (kind == Kind::Wells)
         return text;
     QJsonArray elements;
-    for (const QString &part : text.split(u',', Qt::SkipEmptyParts))
+    const auto parts = text.split(u',', Qt::SkipEmptyParts);
+    for (const QString &part : parts)
         elements.append(kind == Kind::TextList ? part.trimmed() : numberOrText(part.trimmed()));
     return elements;
 }
@@ -443,11 +444,13 @@ std::optional<QVariant> readConfiguration(const QJsonObject &configuration,
     const QVariantHash settings = settingsOf(descriptor);
     const int problemsBefore = problems->size();
     QVariantHash record;
-    for (const QString &key : configuration.keys()) {
+    const auto keys = configuration.keys();
+    for (const QString &key : keys) {
         if (!settings.contains(key))
             problems->append(unknownSetting(key, settings));
     }
-    for (const QString &key : sortedKeys(settings)) {
+    const auto expected = sortedKeys(settings);
+    for (const QString &key : expected) {
         const Setting setting(key, descriptor);
         if (configuration.contains(key)) {
             if (const auto value = SettingReader(setting, problems).read(configuration.value(key)))

@@ -423,7 +423,8 @@ void Run::onGraceOver()
         prepare();
     } else if (m_state == Preparing) {
         QStringList offered;
-        for (const auto feature : offeredFeatures(*m_device))
+        const auto known = offeredFeatures(*m_device);
+        for (const auto feature : known)
             offered += featureArgument(feature);
         end(Outcome::Refused,
             message("qelfrontend-run-no-feature", featureArgument(*m_request.feature),

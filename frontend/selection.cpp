@@ -85,7 +85,8 @@ std::optional<DeviceInfo> selectDevice(const QString &text, const QList<DeviceIn
         *problem = message("qelfrontend-device-none", printable(text));
         return {};
     }
-    for (const Match &matches : text.isEmpty() ? QList<Match>() : meanings(text)) {
+    const auto candidates = text.isEmpty() ? QList<Match>() : meanings(text);
+    for (const Match &matches : candidates) {
         QList<DeviceInfo> found;
         for (const DeviceInfo &info : devices) {
             if (matches(info) && !found.contains(info))
@@ -137,7 +138,8 @@ std::optional<Device::DeviceFeature> selectFeature(const QString &text, QString 
 QList<Device::DeviceFeature> offeredFeatures(const Device &device)
 {
     QList<Device::DeviceFeature> features;
-    for (const auto feature : allFeatures()) {
+    const auto all = allFeatures();
+    for (const auto feature : all) {
         if (device.hasFeature(feature))
             features += feature;
     }
@@ -154,7 +156,8 @@ QString featureArgument(Device::DeviceFeature feature)
 {
     QString argument;
     const QString name = featureName(feature);
-    for (const QChar character : name.midRef(name.startsWith(QLatin1String("DF_")) ? 3 : 0)) {
+    const auto words = name.midRef(name.startsWith(QLatin1String("DF_")) ? 3 : 0);
+    for (const QChar character : words) {
         if (character.isUpper() && !argument.isEmpty())
             argument += u'-';
         argument += character.toLower();

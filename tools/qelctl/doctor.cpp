@@ -63,7 +63,8 @@ Diagnosis diagnoseInstalled()
 {
     Diagnosis diagnosis;
     // Drivers from folders that the user adds take precedence, as if they were loaded last.
-    for (const QString &folder : pluginFolders() + globalOptions().pluginFolders)
+    const auto folders = pluginFolders() + globalOptions().pluginFolders;
+    for (const QString &folder : folders)
         diagnosis.folders.append(inspectFolder(folder));
 
     QVector<FileReport *> candidates = diagnosis.reports();
@@ -207,7 +208,8 @@ QByteArray asText(const Diagnosis &diagnosis)
         else
             lines.append(text("qelctl-doctor-folder", folder.path));
         for (const FileReport &file : folder.files) {
-            for (const QString &line : asLines(file, file.path.mid(folder.path.size() + 1)))
+            const auto fileLines = asLines(file, file.path.mid(folder.path.size() + 1));
+            for (const QString &line : fileLines)
                 lines.append(QStringLiteral("  ") + line);
         }
     }

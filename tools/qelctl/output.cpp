@@ -165,7 +165,7 @@ bool usesColor(bool toTerminal)
     case Color::Auto:
         break;
     }
-    return toTerminal && qgetenv("TERM") != "dumb" && qgetenv("NO_COLOR").isEmpty();
+    return toTerminal && qgetenv("TERM") != "dumb" && qEnvironmentVariableIsEmpty("NO_COLOR");
 }
 
 int terminalWidth(int fileDescriptor)

@@ -266,7 +266,8 @@ QString helpSection(const QString &title, const QList<QPair<QString, QString>> &
     QString section = QLatin1Char('\n') + title + QLatin1Char('\n');
     for (const auto &[name, description] : lines) {
         QString left = name;
-        for (const QString &part : folded(description, pageWidth - width - 4)) {
+        const auto parts = folded(description, pageWidth - width - 4);
+        for (const QString &part : parts) {
             section +=
                 QStringLiteral("  ") + left.leftJustified(width + 2) + part + QLatin1Char('\n');
             left.clear();
