@@ -2,8 +2,8 @@
 #include "listing.h"
 #include "output.h"
 
-#include <inspection.h>
-#include <loadtrial.h>
+#include <qelinspection/inspection.h>
+#include <qelinspection/loadtrial.h>
 
 #include <qeldevices/qeldevices_global.h>
 
@@ -19,7 +19,7 @@
 
 namespace qelctl {
 
-using namespace qel::conformance;
+using namespace qel::inspection;
 
 namespace {
 

@@ -1,5 +1,5 @@
-#include "inspection.h"
-#include "loadtrial.h"
+#include <qelinspection/inspection.h>
+#include <qelinspection/loadtrial.h>
 
 #include <qeldevices/devicebroker.h>
 #include <qeldevices/qeldevices_global.h>
@@ -16,7 +16,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-using namespace qel::conformance;
+using namespace qel::inspection;
 
 // Makes one broken file out of the bytes of a working driver.
 using Breaking = std::function<void(QByteArray *)>;
@@ -113,6 +113,14 @@ static Breaking renamed(const QByteArray &from, const QByteArray &to, Where wher
     };
 }
 
+// Linkers do not agree on what stands at the end of a file.
+static void cutSections(QByteArray *file)
+{
+    Elf64_Ehdr header;
+    std::memcpy(&header, file->constData(), sizeof header);
+    file->truncate(int(header.e_shoff) + header.e_shnum * header.e_shentsize - 1);
+}
+
 static void growLastSegment(QByteArray *file)
 {
     Elf64_Ehdr header;
@@ -206,8 +214,7 @@ void TestInspection::agreesWithLoading_data()
     problem("empty", replaced({}), "damaged", "empty");
     problem(
         "header only", [](QByteArray *file) { file->truncate(20); }, "damaged", "header");
-    problem(
-        "sections cut off", [](QByteArray *file) { file->chop(1); }, "damaged", "sections");
+    problem("sections cut off", cutSections, "damaged", "sections");
     problem("segment beyond the end", growLastSegment, "damaged", "says that it has more");
     problem("missing library", renamed("libQt5Core.so.5", "libQt5Kore.so.5"), "missing-library",
             "needs the library libQt5Kore.so.5, which");

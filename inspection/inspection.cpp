@@ -15,7 +15,7 @@
 #include <algorithm>
 #include <utility>
 
-namespace qel::conformance {
+namespace qel::inspection {
 
 Verdict FileReport::verdict() const
 {
@@ -356,4 +356,4 @@ void markLikelyShadowed(const QVector<FileReport *> &reports)
     }
 }
 
-} // namespace qel::conformance
+} // namespace qel::inspection

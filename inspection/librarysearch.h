@@ -1,5 +1,5 @@
-#ifndef QEL_CONFORMANCE_LIBRARYSEARCH_H
-#define QEL_CONFORMANCE_LIBRARYSEARCH_H
+#ifndef QEL_INSPECTION_LIBRARYSEARCH_H
+#define QEL_INSPECTION_LIBRARYSEARCH_H
 
 #include "elffile.h"
 
@@ -8,7 +8,7 @@
 #include <QtCore/QStringList>
 #include <QtCore/QVector>
 
-namespace qel::conformance {
+namespace qel::inspection {
 
 /// A library that others depend on, and where the dynamic loader would take it from.
 struct LibraryDependency
@@ -55,6 +55,6 @@ private:
     QMultiHash<QString, QString> m_cache;
 };
 
-} // namespace qel::conformance
+} // namespace qel::inspection
 
 #endif

@@ -1,5 +1,5 @@
-#ifndef QEL_CONFORMANCE_LOADTRIAL_H
-#define QEL_CONFORMANCE_LOADTRIAL_H
+#ifndef QEL_INSPECTION_LOADTRIAL_H
+#define QEL_INSPECTION_LOADTRIAL_H
 
 #include "inspection.h"
 
@@ -7,7 +7,7 @@
 #include <QtCore/QStringList>
 #include <QtCore/QVector>
 
-namespace qel::conformance {
+namespace qel::inspection {
 
 /// What happened to one plugin file when it was loaded.
 struct LoadOutcome
@@ -42,6 +42,6 @@ int serveLoadTrial();
 /// not load, that register no driver, and whose drivers are replaced by those of a later file.
 void addOutcomes(const QVector<LoadOutcome> &outcomes, const QVector<FileReport *> &reports);
 
-} // namespace qel::conformance
+} // namespace qel::inspection
 
 #endif

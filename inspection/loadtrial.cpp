@@ -18,7 +18,7 @@
 
 #include <unistd.h>
 
-namespace qel::conformance {
+namespace qel::inspection {
 
 using devices::DeviceBroker;
 
@@ -253,4 +253,4 @@ void addOutcomes(const QVector<LoadOutcome> &outcomes, const QVector<FileReport 
     }
 }
 
-} // namespace qel::conformance
+} // namespace qel::inspection

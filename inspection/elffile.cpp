@@ -13,7 +13,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-namespace qel::conformance {
+namespace qel::inspection {
 
 namespace {
 
@@ -541,4 +541,4 @@ bool containsText(const QString &path, const SharedLibrary &library, const QByte
     return false;
 }
 
-} // namespace qel::conformance
+} // namespace qel::inspection

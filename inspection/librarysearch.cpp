@@ -11,7 +11,7 @@
 
 #include <link.h>
 
-namespace qel::conformance {
+namespace qel::inspection {
 
 namespace {
 
@@ -207,4 +207,4 @@ LibrarySearch::Result LibrarySearch::resolve(const QString &path,
     return result;
 }
 
-} // namespace qel::conformance
+} // namespace qel::inspection

@@ -1,5 +1,5 @@
-#ifndef QEL_CONFORMANCE_ELFFILE_H
-#define QEL_CONFORMANCE_ELFFILE_H
+#ifndef QEL_INSPECTION_ELFFILE_H
+#define QEL_INSPECTION_ELFFILE_H
 
 #include <QtCore/QByteArray>
 #include <QtCore/QByteArrayList>
@@ -7,7 +7,7 @@
 #include <QtCore/QStringList>
 #include <QtCore/QVector>
 
-namespace qel::conformance {
+namespace qel::inspection {
 
 /// One thing that stands out about a plugin file: what it is and what to do about it.
 struct FileFinding
@@ -69,6 +69,6 @@ SharedLibraryResult readSharedLibrary(const QString &path);
 /// other than the metadata section. True also when the file is too large for an answer.
 bool containsText(const QString &path, const SharedLibrary &library, const QByteArray &text);
 
-} // namespace qel::conformance
+} // namespace qel::inspection
 
 #endif

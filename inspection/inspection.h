@@ -1,5 +1,5 @@
-#ifndef QEL_CONFORMANCE_INSPECTION_H
-#define QEL_CONFORMANCE_INSPECTION_H
+#ifndef QEL_INSPECTION_INSPECTION_H
+#define QEL_INSPECTION_INSPECTION_H
 
 #include "elffile.h"
 #include "librarysearch.h"
@@ -9,7 +9,7 @@
 #include <QtCore/QStringList>
 #include <QtCore/QVector>
 
-namespace qel::conformance {
+namespace qel::inspection {
 
 /// Whether a file will serve as a driver plugin.
 enum class Verdict {
@@ -72,6 +72,6 @@ FolderReport inspectFolder(const QString &path);
 /// names are known are left alone.
 void markLikelyShadowed(const QVector<FileReport *> &reports);
 
-} // namespace qel::conformance
+} // namespace qel::inspection
 
 #endif
