@@ -13,7 +13,10 @@
 namespace qel::devices {
 
 // The order of these definitions decides the order of destruction: plugin records first, then the
-// loaders, and the drivers last, while the plugins' code is still loaded.
+// loaders, then the drivers, while the plugins' code is still loaded. A driver that goes may still
+// log and report errors on its devices: the categories made here outlive it, as do the error codes
+// and the catalogues, which are linked before this file.
+[[maybe_unused]] static const auto &categories = (LogCDevices(), LogCDriver());
 QHash<QString, std::shared_ptr<DeviceDriver>> DeviceBroker::DRIVERS_RELEASE;
 QHash<QString, std::shared_ptr<DeviceDriver>> &DeviceBroker::DRIVERS = DRIVERS_RELEASE;
 QList<std::shared_ptr<QPluginLoader>> DeviceBroker::LOADERS_RELEASE;
@@ -54,7 +57,8 @@ QList<DeviceInfo> DeviceBroker::availableDevices()
     const auto drivers = DRIVERS;
     for (const auto &driver : drivers)
         devices += driver->availableDevices();
-    std::sort(devices.begin(), devices.end());
+    if (!std::is_sorted(devices.cbegin(), devices.cend()))
+        std::sort(devices.begin(), devices.end());
     return devices;
 }
 
@@ -69,9 +73,10 @@ static DeviceBroker::DevicePluginInfo describe(const QString &fileName, const QJ
     return plugin;
 }
 
-static void logLoaded(const DeviceBroker::DevicePluginInfo &plugin)
+// The loader knows the file itself, also where it was named without its suffix.
+static void logLoaded(const DeviceBroker::DevicePluginInfo &plugin, const QString &file)
 {
-    qCInfo(LogCDevices) << "Loaded device plugin" << QFileInfo(plugin.fileName).canonicalFilePath();
+    qCInfo(LogCDevices) << "Loaded device plugin" << QFileInfo(file).canonicalFilePath();
     qCInfo(LogCDevices) << "\tManufacturer:" << plugin.manufacturer.toLocal8Bit().constData();
     qCInfo(LogCDevices) << "\tURL:" << plugin.url.toString().toLocal8Bit().constData();
     qCInfo(LogCDevices) << "\tResource ID:" << plugin.resourceId.toLocal8Bit().constData();
@@ -95,7 +100,7 @@ bool DeviceBroker::loadPlugin(const QString &fileName)
     plugin->registerDrivers();
     const QJsonObject metaData = loader->metaData().value(QLatin1String("MetaData")).toObject();
     PLUGINS.append(describe(fileName, metaData));
-    logLoaded(PLUGINS.constLast());
+    logLoaded(PLUGINS.constLast(), loader->fileName());
     return true;
 }
 

@@ -107,6 +107,11 @@ void LanguageWatcher::loadPluginTranslations(const QString &directory)
 
 void init()
 {
+    if (!QCoreApplication::instance()) {
+        qCWarning(LogCDevices) << "The application object is missing: create it before calling "
+                                  "qel::devices::init(). No driver is loaded.";
+        return;
+    }
     qCInfo(LogCDevices) << "Initializing device driver library"
                         << version().toLocal8Bit().constData();
 

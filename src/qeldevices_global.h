@@ -24,8 +24,9 @@ namespace qel::devices {
 /// default locale. The catalogues are loaded again whenever a `QEvent::LanguageChange` reaches the
 /// application object while `QLocale()` differs from the locale of the last load.
 ///
-/// Nothing is returned: what could not be loaded is reported as a warning in "qel.devices". There
-/// is no guard against a second call, which repeats every step.
+/// Nothing is returned: what could not be loaded is reported as a warning in "qel.devices", and so
+/// is a missing application object, without which nothing else is done. There is no guard against a
+/// second call, which repeats every step.
 QELDEVICES_EXPORT void init();
 
 /// The library's version and build, for instance "v1.3.0 (0f3a9c2e)".

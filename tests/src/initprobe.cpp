@@ -5,12 +5,16 @@
 #include <QtCore/QLocale>
 
 #include <cstdio>
+#include <memory>
 
-// Starts the library in the locale of its argument and prints what came of it.
+// Starts the library in the locale of its argument, without an application object where that is
+// "none", and prints what came of it.
 int main(int argc, char **argv)
 {
-    const QCoreApplication application(argc, argv);
-    QLocale::setDefault(QLocale(application.arguments().at(1)));
+    const QString locale = QString::fromLatin1(argv[1]);
+    const auto application =
+        locale == "none" ? nullptr : std::make_unique<QCoreApplication>(argc, argv);
+    QLocale::setDefault(QLocale(locale));
     qel::devices::init();
     for (const QString &line :
          {qel::devices::version(), qel::devices::DeviceBroker::availableDrivers().join("\n\t"),

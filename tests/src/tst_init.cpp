@@ -13,11 +13,13 @@ private slots:
     void silenced();
     void noDriver();
     void oneFolderForBoth();
+    void withoutApplication();
+    void end();
 
 private:
     void configure(const QByteArray &path);
     void install(const char *plugin, const QString &path);
-    QStringList run(const QString &rules = {});
+    QStringList run(const QString &rules = {}, const QString &locale = "de_DE");
     QStringList expected() const;
 
     std::unique_ptr<QTemporaryDir> m_root;
@@ -45,7 +47,7 @@ void tst_Init::install(const char *plugin, const QString &path)
 }
 
 // What the process logs, line by line. "@" stands for the directory of the executable.
-QStringList tst_Init::run(const QString &rules)
+QStringList tst_Init::run(const QString &rules, const QString &locale)
 {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert("QT_MESSAGE_PATTERN", "%{type} %{category}: %{message}");
@@ -53,7 +55,7 @@ QStringList tst_Init::run(const QString &rules)
     environment.insert("QT_LOGGING_TO_CONSOLE", "1");
     QProcess process;
     process.setProcessEnvironment(environment);
-    process.start(m_root->filePath("probe"), {"de_DE"});
+    process.start(m_root->filePath("probe"), {locale});
     process.waitForFinished();
     m_answers = QString::fromLocal8Bit(process.readAllStandardOutput()).split('\v');
     const QString root = QFileInfo(m_root->path()).canonicalFilePath();
@@ -116,6 +118,33 @@ void tst_Init::oneFolderForBoth()
     QCOMPARE(log.filter("Loading device plugins from").size(), 2);
     QCOMPARE(log.filter("Loaded device plugin").size(), 2);
     QCOMPARE(m_answers.at(1), "laboratory");
+}
+
+void tst_Init::withoutApplication()
+{
+    const QStringList log = run({}, "none");
+    QCOMPARE(log.size(), 1);
+    QVERIFY(log.constFirst().startsWith("warning qel.devices: The application object is missing"));
+}
+
+// Records, loaders, drivers, in this order; the rest of the library outlives them.
+void tst_Init::end()
+{
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("QT_MESSAGE_PATTERN", "%{category}: %{message}");
+    environment.insert("QT_LOGGING_TO_CONSOLE", "1");
+    environment.insert("MALLOC_PERTURB_", "165"); // what has been freed holds no old values
+    QProcess process;
+    process.setProcessEnvironment(environment);
+    process.start(END_PROBE, QStringList());
+    QVERIFY(process.waitForFinished());
+    QCOMPARE(process.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(process.exitCode(), 0);
+    const QString id = "libqeldevices-ERROR_DEVICE_DISCONNECTED";
+    QCOMPARE(QString::fromLocal8Bit(process.readAllStandardError()).split('\n'),
+             QStringList({"loader goes; records gone", "qel.devices: Device error: 0x8009 ",
+                          "\t \"" + id + "\" ", "\t \"\"", "qel.devices.driver: driver goes",
+                          id + "; categories there; catalogue there; loaders gone", ""}));
 }
 
 QTEST_GUILESS_MAIN(tst_Init)
