@@ -98,17 +98,20 @@ void Device::setStatus(QFlags<StatusFlag> status)
 
 bool Device::hasFeature(DeviceFeature feature) const
 {
-    return m_features.value(feature).available;
+    const auto entry = m_features.constFind(feature);
+    return entry != m_features.constEnd() && entry->available;
 }
 
 QVariant Device::descriptor(DeviceFeature feature) const
 {
-    return m_features.value(feature).descriptor;
+    const auto entry = m_features.constFind(feature);
+    return entry != m_features.constEnd() ? entry->descriptor : QVariant();
 }
 
 QVariant Device::configuration(DeviceFeature feature) const
 {
-    return m_features.value(feature).configuration;
+    const auto entry = m_features.constFind(feature);
+    return entry != m_features.constEnd() ? entry->configuration : QVariant();
 }
 
 void Device::setConfiguration(DeviceFeature feature, QVariant configuration)
