@@ -12,7 +12,8 @@ class LaboratoryPlugin : public QObject, public qel::devices::DevicePlugin
 public:
     void registerDrivers() override
     {
-        qCDebug(LogCDriver) << "laboratory registers";
+        qCDebug(LogCDriver) << "laboratory registers as number"
+                            << qel::devices::DeviceBroker::loadedPlugins().size();
         qel::devices::DeviceBroker::addDriver(
             std::make_shared<TestDriver>("laboratory", "from laboratory"));
     }

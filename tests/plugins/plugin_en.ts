@@ -11,5 +11,9 @@
         <source></source>
         <translation>The laboratory does not know.</translation>
     </message>
+    <message id="laboratory-ENGLISH_ONLY">
+        <source></source>
+        <translation>Not in German</translation>
+    </message>
 </context>
 </TS>

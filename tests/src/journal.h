@@ -4,23 +4,24 @@
 #include <QtCore/QStringList>
 #include <QtCore/QtGlobal>
 
+#include <functional>
 #include <utility>
 
 /// Writes down what happens, in order, while it lives: the library's messages, each as "type
 /// category: text", and what the tests note themselves. Messages of other categories go to the
-/// handler that was there before. One at a time, in one thread.
+/// handler that was there before. They may nest, in one thread.
 class Journal
 {
 public:
     Journal()
-        : m_previous(qInstallMessageHandler(handle))
-    {
-        s_current = this;
-    }
+        : m_outer(std::exchange(s_current, this))
+        , m_previous(m_outer ? m_outer->m_previous : qInstallMessageHandler(handle))
+    { }
     ~Journal()
     {
-        qInstallMessageHandler(m_previous);
-        s_current = nullptr;
+        if (!m_outer)
+            qInstallMessageHandler(m_previous);
+        s_current = m_outer;
     }
     Q_DISABLE_COPY(Journal)
 
@@ -29,6 +30,9 @@ public:
         if (s_current)
             s_current->m_notes << text;
     }
+
+    /// Called after each message of the library, while whoever wrote it waits.
+    std::function<void()> onMessage;
 
     /// The notes since the last call.
     QStringList take()
@@ -42,12 +46,15 @@ private:
         static const char *const types[] = {"debug", "warning", "critical", "fatal", "info"};
         const QString category = QString::fromLatin1(context.category);
         if (category.startsWith(QLatin1String("qel.")))
-            note(QStringLiteral("%1 %2: %3").arg(types[type], category, text));
+            s_current->m_notes << QStringLiteral("%1 %2: %3").arg(types[type], category, text);
         else
             s_current->m_previous(type, context, text);
+        if (s_current->onMessage)
+            s_current->onMessage();
     }
 
     static inline Journal *s_current = nullptr;
+    Journal *m_outer;
     QtMessageHandler m_previous;
     QStringList m_notes;
 };

@@ -3,8 +3,11 @@
 #include <qeldevices/deviceerrors.h>
 #include <qeldevices/logging.h>
 
+#include <QtCore/QProcess>
+
 #include <array>
 #include <atomic>
+#include <cstdio>
 #include <thread>
 
 using namespace qel::devices;
@@ -37,7 +40,7 @@ static QVariantList use(const AbsorbanceMeasurement_config &shared)
 
 // What the library promises to any thread, done for the first time by several at once. Qt's own
 // test runner stays out: its watchdog is one more thread, which the thread sanitizer cannot follow.
-int main()
+static int once()
 {
     QLoggingCategory::setFilterRules("qel.*=false");
     AbsorbanceMeasurement_config shared;
@@ -61,6 +64,18 @@ int main()
         && seen[0].contains(qMetaTypeId<LedBarEffect_config::Modes>());
     for (const QVariantList &each : seen)
         passed = passed && each == seen[0];
-    qInfo(passed ? "1 passed, 0 failed" : "0 passed, 1 failed");
     return passed ? 0 : 1;
+}
+
+// A first time there is only once in a process, and a race is not lost every time.
+int main(int argc, char **argv)
+{
+    if (argc > 1)
+        return once();
+    constexpr int repetitions = 50;
+    int failed = 0;
+    for (int i = 0; i < repetitions; ++i)
+        failed += QProcess::execute(QString::fromLocal8Bit(argv[0]), {"once"}) != 0;
+    std::printf("%d passed, %d failed\n", repetitions - failed, failed);
+    return failed ? 1 : 0;
 }

@@ -68,8 +68,9 @@ void tst_Features::removeAll()
                           "featuresChanged |"}));
     QCOMPARE(device.descriptor(Device::DF_LedBarEffect), QVariant(1));
     QCOMPARE(device.configuration(Device::DF_Calibration), QVariant(2));
-    device.addFeature(Device::DF_LedBarEffect);
+    device.addFeature({Device::DF_LedBarEffect, Device::DF_Calibration});
     QCOMPARE(device.descriptor(Device::DF_LedBarEffect), QVariant(1));
+    QCOMPARE(device.configuration(Device::DF_Calibration), QVariant(2));
 }
 
 // Lists are walked as they were at the call.

@@ -19,6 +19,7 @@ private slots:
     void notAPlugin_data();
     void notAPlugin();
     void directoryTree();
+    void failuresAmongOthers();
 
 private:
     QTemporaryDir m_directory;
@@ -43,16 +44,20 @@ void tst_Plugins::metaData_data()
     QTest::addColumn<QString>("path");
     QTest::addColumn<QStringList>("messages");
     const QString loaded = "info qel.devices: Loaded device plugin \"%1\"";
-    // The driver's own message shows that drivers are registered before anything is reported.
+    // The driver's own message shows that drivers are registered before anything is reported, and
+    // before the plugin is listed.
     const QString link = m_directory.filePath("link.so");
     QVERIFY(QFile::link(LABORATORY, link));
-    QTest::newRow("whole") << link
-                           << QStringList{"debug qel.devices.driver: laboratory registers",
-                                          loaded.arg(QFileInfo(LABORATORY).canonicalFilePath()),
-                                          "info qel.devices: \tManufacturer: Testing & Sons",
-                                          "info qel.devices: \tURL: https://example.org/a b?q=1",
-                                          "info qel.devices: \tResource ID: laboratory-resources",
-                                          "info qel.devices: \tVersion: 2.7"};
+    for (const QString &path : {link, link.chopped(3)}) { // Qt adds the suffix
+        QTest::addRow("whole %s", qPrintable(QFileInfo(path).fileName()))
+            << path
+            << QStringList{"debug qel.devices.driver: laboratory registers as number 0",
+                           loaded.arg(QFileInfo(LABORATORY).canonicalFilePath()),
+                           "info qel.devices: \tManufacturer: Testing & Sons",
+                           "info qel.devices: \tURL: https://example.org/a b?q=1",
+                           "info qel.devices: \tResource ID: laboratory-resources",
+                           "info qel.devices: \tVersion: 2.7"};
+    }
     QTest::newRow("none")
         << BARE
         << QStringList{loaded.arg(QFileInfo(BARE).canonicalFilePath()),
@@ -91,6 +96,10 @@ void tst_Plugins::registeredAgain()
     QCOMPARE(journal.take().filter("laboratory registers").size(), 2);
 
     QVERIFY(DeviceBroker::loadPlugin(BARE)); // takes the name over
+    QStringList files;
+    for (const DeviceBroker::DevicePluginInfo &plugin : DeviceBroker::loadedPlugins())
+        files << plugin.fileName;
+    QCOMPARE(files, QStringList({LABORATORY, LABORATORY, BARE}));
     const QList<DeviceInfo> instruments = DeviceBroker::availableDevices();
     QCOMPARE(instruments.size(), 2);
     QCOMPARE(instruments.at(1).driver() + ' ' + instruments.at(1).name(), "laboratory from bare");
@@ -158,6 +167,21 @@ void tst_Plugins::directoryTree()
     QCOMPARE(DeviceBroker::LOADERS.size(), 2);
     QCOMPARE(DeviceBroker::loadedPlugins().size(), 1);
     QCOMPARE(DeviceBroker::loadedPlugins().constFirst().fileName, root.filePath("a/b/driver.so"));
+}
+
+// Whatever the order of the directory, some of the files that load come after some that do not.
+void tst_Plugins::failuresAmongOthers()
+{
+    const QDir folder(m_directory.filePath("mixed"));
+    QVERIFY(folder.mkpath("."));
+    for (int i = 0; i < 8; ++i) {
+        QVERIFY(QFile::copy(BARE, folder.filePath(QStringLiteral("%1.so").arg(i))));
+        QVERIFY(QFile::copy(LABORATORY_JSON, folder.filePath(QStringLiteral("%1.txt").arg(i))));
+    }
+    Journal journal;
+    DeviceBroker::loadAllDevicePlugins(folder.path());
+    QCOMPARE(journal.take().filter("Failed").size(), 8);
+    QCOMPARE(DeviceBroker::loadedPlugins().size(), 8);
 }
 
 QTEST_GUILESS_MAIN(tst_Plugins)

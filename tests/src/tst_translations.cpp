@@ -147,6 +147,8 @@ void tst_Translations::pluginCatalogues()
                           pluginFailed.arg(":/qel/devices/tree")}));
     const bool deepIsLast = last == pluginLoaded.arg(":/qel/devices/tree");
     QCOMPARE(qtTrId("laboratory-ORIGIN"), deepIsLast ? "From the deep" : "From the laboratory");
+    // Each catalogue stays.
+    QCOMPARE(qtTrId("deep-ONLY"), "Nowhere else");
     QCOMPARE(qtTrId("libqeldevices-ERROR_DEVICE_UNKNOWN"), "The laboratory does not know.");
 
     switchTo("fr_FR");
@@ -158,12 +160,27 @@ void tst_Translations::pluginCatalogues()
 // A receiver of the language changes that a load sends itself may switch the language once more.
 void tst_Translations::switchedAgainWhileLoading()
 {
+    // The first change comes with a catalogue that goes, the common one being loaded already.
     switchTo("en_US");
-    m_reaction = [] { switchTo("de_DE"); };
+    QString common;
+    m_reaction = [&common] {
+        common = qtTrId("libqeldevices-ERROR_DEVICE_TIMEOUT");
+        switchTo("de_DE");
+    };
     switchTo("fr_FR");
     QVERIFY(!m_reaction);
+    QCOMPARE(common, "libqeldevices-ERROR_DEVICE_TIMEOUT");
     QCOMPARE(QLocale(), QLocale("de_DE"));
     QCOMPARE(qtTrId("libqeldevices-ERROR_DEVICE_UNKNOWN"), "Das Labor kennt den Fehler nicht.");
+
+    // And here with the first that is installed: it must not outlive the switch.
+    switchTo("fr_FR");
+    m_reaction = [] { switchTo("de_DE"); };
+    switchTo("en_US");
+    QVERIFY(!m_reaction);
+    QCOMPARE(qtTrId("libqeldevices-ERROR_DEVICE_UNKNOWN"), "Das Labor kennt den Fehler nicht.");
+    for (const char *id : {"laboratory-ENGLISH_ONLY", "deep-ONLY"})
+        QCOMPARE(qtTrId(id), id);
 
     // Translators of the last load leave nothing behind when their directory has gone.
     QResource::unregisterResource(CATALOGUES);

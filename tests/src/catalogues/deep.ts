@@ -7,5 +7,9 @@
         <source></source>
         <translation>From the deep</translation>
     </message>
+    <message id="deep-ONLY">
+        <source></source>
+        <translation>Nowhere else</translation>
+    </message>
 </context>
 </TS>
