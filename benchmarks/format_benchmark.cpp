@@ -5,7 +5,8 @@
 #include "platecsv.h"
 #include "platetext.h"
 #include "runjson.h"
-#include "valuecodec.h"
+
+#include <qelvalues/valuecodec.h>
 
 #include <QtCore/QJsonDocument>
 #include <QtCore/QRandomGenerator>
@@ -17,6 +18,7 @@
 
 using namespace qel::devices;
 using namespace qel::frontend;
+using namespace qel::values;
 
 static constexpr auto feature = Device::DF_AbsorbanceMeasurement;
 
@@ -65,8 +67,9 @@ int main()
     record.outcome.result = makeResult();
     record.outcome.startedAt = QDateTime::currentDateTimeUtc();
     QString problem;
+    Problem unused;
     const auto plate = [&] { return *plateFromResult(feature, record.outcome.result, &problem); };
-    const QByteArray json = jsonText(*toJson(record.outcome.result, &problem));
+    const QByteArray json = jsonText(*toJson(record.outcome.result, &unused));
 
     bool isFast = measure("table", [&] { return plateText(plate()).toUtf8().size(); });
     isFast &= measure("table in colour", [&] {
@@ -78,7 +81,7 @@ int main()
     isFast &= measure("JSON",
                       [&] { return QJsonDocument(*runToJson(record, &problem)).toJson().size(); });
     isFast &= measure("read back from JSON", [&] {
-        return fromJson(*parseJson(json, &problem), &problem) ? json.size() : 0;
+        return fromJson(*parseJson(json, &unused), &unused) ? json.size() : 0;
     });
     return isFast ? 0 : 1;
 }

@@ -2,10 +2,10 @@
 
 #include "frontend.h"
 #include "messages_p.h"
-#include "valuecodec.h"
 #include "wells.h"
 
 #include <qeldevices/device.h>
+#include <qelvalues/valuecodec.h>
 
 #include <QtCore/QFile>
 #include <QtCore/QJsonArray>
@@ -16,6 +16,7 @@
 namespace qel::frontend {
 
 using namespace qel::devices;
+using namespace qel::values;
 
 namespace {
 
@@ -225,7 +226,7 @@ private:
     // The codec knows how each type is written in JSON; here only what people leave out is added.
     std::optional<QVariant> decode(const QJsonValue &json, const QJsonValue &given)
     {
-        QString unused;
+        Problem unused;
         const auto type = QString::fromLatin1(QMetaType::typeName(m_setting.form.type));
         const auto value = fromJson(
             QJsonObject{{QStringLiteral("$type"), type}, {QStringLiteral("value"), json}}, &unused);
@@ -372,7 +373,7 @@ QJsonValue numberOrText(const QString &text)
 QJsonValue listFromText(const QString &text, Kind kind)
 {
     if (text.startsWith(u'[')) {
-        QString unused;
+        Problem unused;
         return parseJson(text.toUtf8(), &unused).value_or(text);
     }
     if (kind == Kind::Wells)
@@ -431,7 +432,7 @@ std::optional<QJsonValue> writeSetting(const QVariant &value, const Setting &set
     if (kind == Kind::Wells && setting.columns > 0
         && wells.size() == setting.rows * setting.columns)
         return QJsonValue(writeWells(wells, setting.columns));
-    QString unused;
+    Problem unused;
     const auto json = toJson(value, &unused);
     return json && json->isObject() ? json->toObject().value(QStringLiteral("value")) : json;
 }

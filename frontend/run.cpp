@@ -5,6 +5,7 @@
 #include "selection.h"
 
 #include <qeldevices/deviceerrors.h>
+#include <qelvalues/names.h>
 
 #include <QtCore/QStringList>
 
@@ -13,6 +14,7 @@
 namespace qel::frontend {
 
 using namespace qel::devices;
+using namespace qel::values;
 
 bool Outcome::isResult() const
 {

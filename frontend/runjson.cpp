@@ -2,8 +2,11 @@
 
 #include "configuration.h"
 #include "plate.h"
+#include "problems.h"
 #include "selection.h"
-#include "valuecodec.h"
+
+#include <qelvalues/names.h>
+#include <qelvalues/valuecodec.h>
 
 #include <QtCore/QJsonArray>
 
@@ -12,6 +15,7 @@
 namespace qel::frontend {
 
 using namespace qel::devices;
+using namespace qel::values;
 
 namespace {
 
@@ -94,9 +98,12 @@ QJsonObject deviceToJson(const DeviceInfo &device)
 
 std::optional<QJsonObject> runToJson(const RunRecord &record, QString *problem)
 {
-    const auto result = toJson(record.outcome.result, problem);
-    if (!result)
+    Problem unwritable;
+    const auto result = toJson(record.outcome.result, &unwritable);
+    if (!result) {
+        *problem = explain(unwritable);
         return {};
+    }
     QJsonObject document{
         {QStringLiteral("format"), QStringLiteral("qeldevices-run")},
         {QStringLiteral("version"), runJsonVersion},

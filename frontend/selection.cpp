@@ -2,6 +2,8 @@
 
 #include "messages_p.h"
 
+#include <qelvalues/names.h>
+
 #include <QtCore/QMetaEnum>
 #include <QtCore/QStringList>
 
@@ -10,6 +12,7 @@
 namespace qel::frontend {
 
 using namespace qel::devices;
+using namespace qel::values;
 
 namespace {
 
@@ -146,45 +149,9 @@ QList<Device::DeviceFeature> offeredFeatures(const Device &device)
     return features;
 }
 
-QString featureName(Device::DeviceFeature feature)
-{
-    const char *name = QMetaEnum::fromType<Device::DeviceFeature>().valueToKey(feature);
-    return name ? QString::fromLatin1(name) : QString::number(feature);
-}
-
-QString featureArgument(Device::DeviceFeature feature)
-{
-    QString argument;
-    const QString name = featureName(feature);
-    const auto words = name.midRef(name.startsWith(QLatin1String("DF_")) ? 3 : 0);
-    for (const QChar character : words) {
-        if (character.isUpper() && !argument.isEmpty())
-            argument += u'-';
-        argument += character.toLower();
-    }
-    return argument;
-}
-
 QString devicePath(const DeviceInfo &info)
 {
     return info.driver() + u'/' + info.location();
-}
-
-QString interfaceName(DeviceInfo::Interface interface)
-{
-    switch (interface) {
-    case DeviceInfo::UnknownInterface:
-        return QStringLiteral("Unknown");
-    case DeviceInfo::Simulator:
-        return QStringLiteral("Simulator");
-    case DeviceInfo::Serial:
-        return QStringLiteral("Serial");
-    case DeviceInfo::UsbHid:
-        return QStringLiteral("USB HID");
-    case DeviceInfo::Network:
-        return QStringLiteral("Network");
-    }
-    return QString();
 }
 
 } // namespace qel::frontend

@@ -29,17 +29,8 @@ std::optional<devices::Device::DeviceFeature> selectFeature(const QString &text,
 /// The features that `device` offers, in ascending order.
 QList<devices::Device::DeviceFeature> offeredFeatures(const devices::Device &device);
 
-/// The enumerator's name, for instance "DF_Orientation"; the number for a value without one.
-QString featureName(devices::Device::DeviceFeature feature);
-
-/// The name as a user types it, for instance "absorbance-measurement".
-QString featureArgument(devices::Device::DeviceFeature feature);
-
 /// `driver/location`, the name of a device that is always there.
 QString devicePath(const devices::DeviceInfo &info);
-
-/// Writes an interface as a user reads it, for instance "USB HID"; empty for an unlisted value.
-QString interfaceName(devices::DeviceInfo::Interface interface);
 
 } // namespace qel::frontend
 

@@ -33,11 +33,11 @@
     </message>
     <message id="qelfrontend-json-size">
         <source></source>
-        <translation>Dieses JSON hat %1 Byte; gelesen werden höchstens %2</translation>
+        <translation>Dieses JSON hat %2 Byte; gelesen werden höchstens %3</translation>
     </message>
     <message id="qelfrontend-json-syntax">
         <source></source>
-        <translation>Das ist kein JSON: %1, bei Byte %2</translation>
+        <translation>Das ist kein JSON: %2, bei Byte %3</translation>
     </message>
     <message id="qelfrontend-kind-bool">
         <source></source>

@@ -33,11 +33,11 @@
     </message>
     <message id="qelfrontend-json-size">
         <source></source>
-        <translation>this JSON has %1 bytes; at most %2 are read</translation>
+        <translation>this JSON has %2 bytes; at most %3 are read</translation>
     </message>
     <message id="qelfrontend-json-syntax">
         <source></source>
-        <translation>this is no JSON: %1, at byte %2</translation>
+        <translation>this is no JSON: %2, at byte %3</translation>
     </message>
     <message id="qelfrontend-kind-bool">
         <source></source>

@@ -3,7 +3,8 @@
 #include "plate.h"
 #include "platecsv.h"
 #include "platetext.h"
-#include "valuecodec.h"
+
+#include <qelvalues/valuecodec.h>
 
 #include <QtCore/QJsonObject>
 
@@ -13,26 +14,27 @@
 
 using namespace qel::devices;
 using namespace qel::frontend;
+using namespace qel::values;
 
-static void require(bool holds, const char *what, const QString &problem)
+static void require(bool holds, const char *what, const QString &details = {})
 {
     if (holds)
         return;
-    std::fprintf(stderr, "%s: %s\n", what, qPrintable(problem));
+    std::fprintf(stderr, "%s: %s\n", what, qPrintable(details));
     std::abort();
 }
 
 // What was read can be written, and comes back the same.
 static void writeAndReadAgain(const QVariant &value)
 {
-    QString problem;
+    Problem problem;
     const auto json = toJson(value, &problem);
-    require(bool(json), "cannot write what was read", problem);
+    require(bool(json), "cannot write what was read", toString(problem));
     const QByteArray text = jsonText(*json);
     const auto parsed = parseJson(text, &problem);
-    require(bool(parsed), "cannot parse what was written", problem);
+    require(bool(parsed), "cannot parse what was written", toString(problem));
     const auto again = fromJson(*parsed, &problem);
-    require(bool(again), "cannot read what was written", problem);
+    require(bool(again), "cannot read what was written", toString(problem));
     const auto jsonAgain = toJson(*again, &problem);
     require(jsonAgain && jsonText(*jsonAgain) == text, "comes back as another", text);
 }
@@ -41,7 +43,7 @@ static void useAsResult(const QVariant &value)
 {
     QString problem;
     const auto plate = plateFromResult(Device::DF_AbsorbanceMeasurement, value, &problem);
-    require(plate || !problem.isEmpty(), "refused without a word", QString());
+    require(plate || !problem.isEmpty(), "refused without a word");
     if (!plate)
         return;
     plateCsv(*plate);
@@ -52,7 +54,7 @@ static void useAsDescriptor(const QVariant &value, const QJsonObject &configurat
 {
     QStringList problems;
     const auto record = readConfiguration(configuration, value, &problems);
-    require(record || !problems.isEmpty(), "refused without a word", QString());
+    require(record || !problems.isEmpty(), "refused without a word");
     if (record)
         writeConfiguration(*record, value);
     // Each setting is given something, whatever it is.
@@ -68,14 +70,12 @@ static void useAsDescriptor(const QVariant &value, const QJsonObject &configurat
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
-    QString problem;
+    Problem problem;
     const auto json =
         parseJson(QByteArray(reinterpret_cast<const char *>(data), int(size)), &problem);
-    require(json || !problem.isEmpty(), "refused without a word", QString());
     if (!json)
         return 0;
     const auto value = fromJson(*json, &problem);
-    require(value || !problem.isEmpty(), "refused without a word", QString());
     if (!value)
         return 0;
     writeAndReadAgain(*value);

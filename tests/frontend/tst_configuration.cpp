@@ -1,15 +1,16 @@
 #include "configuration.h"
 #include "frontend.h"
-#include "valuecodec.h"
 #include "wells.h"
 
 #include <qeldevices/device.h>
+#include <qelvalues/valuecodec.h>
 
 #include <QtCore/QTemporaryFile>
 #include <QtTest/QTest>
 
 using namespace qel::devices;
 using namespace qel::frontend;
+using namespace qel::values;
 
 template<typename T>
 static QVariant of(const T &value)
@@ -130,9 +131,9 @@ void ConfigurationTest::reads_data()
 
 static QByteArray codecText(const QVariant &value)
 {
-    QString problem;
+    Problem problem;
     const auto json = toJson(value, &problem);
-    return json ? jsonText(*json) : problem.toUtf8();
+    return json ? jsonText(*json) : toString(problem).toUtf8();
 }
 
 void ConfigurationTest::reads()
@@ -140,7 +141,7 @@ void ConfigurationTest::reads()
     QFETCH(QByteArray, json);
     QFETCH(QString, key);
     QFETCH(QVariant, expected);
-    QString problem;
+    Problem problem;
     const QJsonObject given = parseJson(json, &problem)->toObject();
     QStringList problems;
     const auto record = readConfiguration(given, everything(), &problems);
@@ -206,7 +207,7 @@ void ConfigurationTest::refuses()
     QFETCH(QByteArray, json);
     QFETCH(QString, named);
     QFETCH(QString, allowed);
-    QString problem;
+    Problem problem;
     QStringList problems;
     QVERIFY(!readConfiguration(parseJson(json, &problem)->toObject(), everything(), &problems));
     QCOMPARE(problems.size(), 1);

@@ -3,7 +3,8 @@
 #include "platecsv.h"
 #include "platetext.h"
 #include "runjson.h"
-#include "valuecodec.h"
+
+#include <qelvalues/valuecodec.h>
 
 #include <QtCore/QJsonArray>
 #include <QtCore/QRegularExpression>
@@ -14,6 +15,7 @@
 
 using namespace qel::devices;
 using namespace qel::frontend;
+using namespace qel::values;
 
 static QVariantHash absorbance()
 {
@@ -250,8 +252,9 @@ void PlateTest::writesRunJson()
                         R"("rows":2,"startedAt":"2024-05-06T07:08:09.010Z","temperature":25.5,)"
                         R"("unit":"OD"})"));
     // The result comes back as the device delivered it.
-    const auto result = fromJson(document[QStringLiteral("result")], &problem);
-    QVERIFY2(result, qPrintable(problem));
+    Problem unreadable;
+    const auto result = fromJson(document[QStringLiteral("result")], &unreadable);
+    QVERIFY2(result, qPrintable(toString(unreadable)));
     QCOMPARE(plateCsv(plate(result->toHash())), plateCsv(plate(absorbance())));
 
     record.outcome.result = QVariantHash();

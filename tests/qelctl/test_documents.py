@@ -37,6 +37,10 @@ class Catalogues(unittest.TestCase):
                 used = set(re.findall(rf'"({prefix}-[a-z0-9-]+)"', code))
                 # The documents of the tool bear its name, too.
                 used -= set(re.findall(r'document\(QStringLiteral\("([^"]+)"', code))
+                if prefix == "qelfrontend":  # has a sentence for each problem of a value
+                    problems = (SOURCE / "values" / "problem.cpp").read_text(encoding="utf-8")
+                    used |= {f"{prefix}-{name}" for name in
+                             re.findall(r'\{Problem::\w+, "([a-z-]+)"', problems)}
                 self.assertEqual(used, set(english))
                 self.assertEqual(used, set(german))
                 for name in used:

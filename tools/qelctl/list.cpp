@@ -6,7 +6,9 @@
 #include <enumeration.h>
 #include <runjson.h>
 #include <selection.h>
-#include <valuecodec.h>
+
+#include <qelvalues/names.h>
+#include <qelvalues/valuecodec.h>
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QJsonArray>
@@ -15,6 +17,7 @@
 namespace qelctl {
 
 using namespace qel::frontend;
+using namespace qel::values;
 using qel::devices::DeviceBroker;
 using qel::devices::DeviceInfo;
 

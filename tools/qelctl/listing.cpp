@@ -1,6 +1,8 @@
 #include "listing.h"
 
-#include <valuecodec.h>
+#include <problems.h>
+
+#include <qelvalues/valuecodec.h>
 
 #include <QtCore/QJsonDocument>
 
@@ -42,9 +44,9 @@ QByteArray printable(const QJsonObject &json)
 
 QJsonValue valueOrProblem(const QVariant &value)
 {
-    QString problem;
-    const auto json = qel::frontend::toJson(value, &problem);
-    return json ? *json : QJsonObject{{QStringLiteral("problem"), problem}};
+    qel::values::Problem problem;
+    const auto json = qel::values::toJson(value, &problem);
+    return json ? *json : QJsonObject{{QStringLiteral("problem"), qel::frontend::explain(problem)}};
 }
 
 } // namespace qelctl

@@ -8,8 +8,10 @@
 #include <plate.h>
 #include <platecsv.h>
 #include <platetext.h>
+#include <problems.h>
 #include <runjson.h>
-#include <valuecodec.h>
+
+#include <qelvalues/valuecodec.h>
 
 #include <QtCore/QDateTime>
 #include <QtCore/QLocale>
@@ -20,6 +22,7 @@
 namespace qelctl {
 
 using namespace qel::frontend;
+using namespace qel::values;
 using qel::devices::Device;
 
 std::optional<Format> formatNamed(const QString &name)
@@ -51,10 +54,10 @@ static QString valueText(const QVariant &value)
         return value.toDateTime().toString(Qt::ISODate);
     if (value.canConvert<QString>())
         return value.toString();
-    QString problem;
+    Problem problem;
     const auto json = toJson(value, &problem);
     if (!json)
-        return problem;
+        return explain(problem);
     const QJsonValue plain =
         json->isObject() ? json->toObject().value(QStringLiteral("value")) : *json;
     return plain.isString() ? plain.toString() : QString::fromUtf8(jsonText(plain));

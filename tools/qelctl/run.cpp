@@ -7,9 +7,12 @@
 #include "target.h"
 
 #include <configuration.h>
+#include <problems.h>
 #include <run.h>
 #include <selection.h>
-#include <valuecodec.h>
+
+#include <qelvalues/names.h>
+#include <qelvalues/valuecodec.h>
 
 #include <QtCore/QElapsedTimer>
 #include <QtCore/QEventLoop>
@@ -21,6 +24,7 @@
 namespace qelctl {
 
 using namespace qel::frontend;
+using namespace qel::values;
 using qel::devices::Device;
 
 namespace {
@@ -50,11 +54,12 @@ std::optional<QJsonObject> readConfigurationOption(const QString &value)
         }
         json = file.readAll();
     }
-    QString problem;
+    Problem problem;
     const auto parsed = parseJson(json, &problem);
     if (parsed && parsed->isObject())
         return parsed->toObject();
-    complain(text("qelctl-run-config-no-object", sentence(problem)).trimmed());
+    const QString reason = parsed ? QString() : sentence(explain(problem));
+    complain(text("qelctl-run-config-no-object", reason).trimmed());
     return std::nullopt;
 }
 

@@ -9,11 +9,14 @@
 #include <runjson.h>
 #include <selection.h>
 
+#include <qelvalues/names.h>
+
 #include <QtCore/QJsonArray>
 
 namespace qelctl {
 
 using namespace qel::frontend;
+using namespace qel::values;
 using qel::devices::Device;
 
 namespace {

@@ -6,7 +6,9 @@
 
 #include <frontend.h>
 #include <selection.h>
-#include <valuecodec.h>
+
+#include <qelvalues/names.h>
+#include <qelvalues/valuecodec.h>
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QDateTime>
@@ -15,6 +17,7 @@
 namespace qelctl {
 
 using namespace qel::frontend;
+using namespace qel::values;
 using qel::devices::Device;
 
 namespace {

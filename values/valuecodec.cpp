@@ -1,7 +1,5 @@
 #include "valuecodec.h"
 
-#include "messages_p.h"
-
 #include <qeldevices/device.h>
 
 #include <QtCore/QDateTime>
@@ -15,7 +13,7 @@
 #include <cmath>
 #include <limits>
 
-namespace qel::frontend {
+namespace qel::values {
 
 using namespace qel::devices;
 
@@ -362,23 +360,17 @@ QJsonObject tagged(int type, const QJsonValue &value)
 class Walk
 {
 public:
-    QString problem() const
+    Problem problem() const
     {
-        const QString place = printable(QStringLiteral("$") + m_path);
-        return m_details ? message(m_problem, place, *m_details) : message(m_problem, place);
+        return {m_code, u'$' + m_path, m_details};
     }
 
 protected:
-    std::nullopt_t fail(const char *id)
+    std::nullopt_t fail(Problem::Code code, const QStringList &details = {})
     {
-        m_problem = id;
+        m_code = code;
+        m_details = details;
         return std::nullopt;
-    }
-
-    std::nullopt_t fail(const char *id, const QString &details)
-    {
-        m_details = printable(details);
-        return fail(id);
     }
 
     std::nullopt_t failedAt(const QString &key)
@@ -396,12 +388,12 @@ protected:
     bool mayEnter(int depth, int count)
     {
         if (depth > maximumValueDepth) {
-            fail("qelfrontend-value-depth", QString::number(maximumValueDepth));
+            fail(Problem::ValueDepth, {QString::number(maximumValueDepth)});
             return false;
         }
         m_left -= count;
         if (m_left < 0) {
-            fail("qelfrontend-value-count", QString::number(maximumValueCount));
+            fail(Problem::ValueCount, {QString::number(maximumValueCount)});
             return false;
         }
         return true;
@@ -409,9 +401,9 @@ protected:
 
 private:
     int m_left = maximumValueCount;
-    const char *m_problem = nullptr;
+    Problem::Code m_code = Problem::ValueContent;
     QString m_path;
-    std::optional<QString> m_details;
+    QStringList m_details;
 };
 
 class Writer : public Walk
@@ -428,7 +420,7 @@ public:
             return value.toBool();
         case QMetaType::QString:
             if (!isUnicode(value.toString()))
-                return fail("qelfrontend-value-unicode");
+                return fail(Problem::ValueUnicode);
             return value.toString();
         case QMetaType::QVariantList:
             return writeList(value.toList(), depth);
@@ -454,10 +446,10 @@ private:
     {
         const Type *type = findType(value.userType());
         if (!type)
-            return fail("qelfrontend-value-type", QString::fromLatin1(value.typeName()));
+            return fail(Problem::ValueType, {QString::fromLatin1(value.typeName())});
         const auto json = type->write(value);
         if (!json)
-            return fail("qelfrontend-value-unwritable", QString::fromLatin1(value.typeName()));
+            return fail(Problem::ValueUnwritable, {QString::fromLatin1(value.typeName())});
         if (json->isArray() && !mayEnter(depth, json->toArray().size()))
             return {};
         if (type->id == QMetaType::Double && json->isDouble())
@@ -486,7 +478,7 @@ private:
         QJsonObject object;
         for (const QString &key : std::as_const(keys)) {
             if (!isUnicode(key))
-                return fail("qelfrontend-value-unicode");
+                return fail(Problem::ValueUnicode);
             const auto entry = write(map.value(key), depth + 1);
             if (!entry)
                 return failedAt(key);
@@ -510,7 +502,7 @@ public:
             return json.toDouble();
         case QJsonValue::String:
             if (!isUnicode(json.toString()))
-                return fail("qelfrontend-value-unicode");
+                return fail(Problem::ValueUnicode);
             return json.toString();
         case QJsonValue::Array:
             return readList(json.toArray(), depth);
@@ -532,7 +524,7 @@ private:
         const QJsonValue name = object.value(typeKey);
         const QJsonValue value = object.value(valueKey);
         if (object.size() != 2 || !name.isString() || value.isUndefined())
-            return fail("qelfrontend-value-tag");
+            return fail(Problem::ValueTag);
         if (value.isObject() && name.toString() == QLatin1String("QVariantHash"))
             return readObject<QVariantHash>(value.toObject(), depth);
         if (value.isObject() && name.toString() == QLatin1String("QVariantMap"))
@@ -544,9 +536,9 @@ private:
             if (value.isArray() && !mayEnter(depth, value.toArray().size()))
                 return {};
             auto result = type.read(value);
-            return result ? result : fail("qelfrontend-value-content", name.toString());
+            return result ? result : fail(Problem::ValueContent, {name.toString()});
         }
-        return fail("qelfrontend-value-type", name.toString());
+        return fail(Problem::ValueType, {name.toString()});
     }
 
     std::optional<QVariant> readList(const QJsonArray &array, int depth)
@@ -568,7 +560,7 @@ private:
         Map map;
         for (auto it = object.begin(); it != object.end(); ++it) {
             if (!isUnicode(it.key()))
-                return fail("qelfrontend-value-unicode");
+                return fail(Problem::ValueUnicode);
             auto entry = read(it.value(), depth + 1);
             if (!entry)
                 return failedAt(it.key());
@@ -580,7 +572,7 @@ private:
 
 } // namespace
 
-std::optional<QJsonValue> toJson(const QVariant &value, QString *problem)
+std::optional<QJsonValue> toJson(const QVariant &value, Problem *problem)
 {
     Writer writer;
     auto json = writer.write(value);
@@ -589,7 +581,7 @@ std::optional<QJsonValue> toJson(const QVariant &value, QString *problem)
     return json;
 }
 
-std::optional<QVariant> fromJson(const QJsonValue &json, QString *problem)
+std::optional<QVariant> fromJson(const QJsonValue &json, Problem *problem)
 {
     Reader reader;
     auto value = reader.read(json);
@@ -598,23 +590,26 @@ std::optional<QVariant> fromJson(const QJsonValue &json, QString *problem)
     return value;
 }
 
-std::optional<QJsonValue> parseJson(const QByteArray &text, QString *problem)
+std::optional<QJsonValue> parseJson(const QByteArray &text, Problem *problem)
 {
     if (text.size() > maximumJsonSize) {
-        *problem = message("qelfrontend-json-size", QString::number(text.size()),
-                           QString::number(maximumJsonSize));
+        *problem = {Problem::JsonSize,
+                    {},
+                    {QString::number(text.size()), QString::number(maximumJsonSize)}};
         return {};
     }
     // A document holds only an object or an array, so the value goes into one.
     QJsonParseError error{};
     const QJsonArray array = QJsonDocument::fromJson('[' + text + ']', &error).array();
     if (error.error != QJsonParseError::NoError) {
-        *problem = message("qelfrontend-json-syntax", error.errorString(),
-                           QString::number(qBound(0, error.offset - 1, text.size())));
+        *problem = {
+            Problem::JsonSyntax,
+            {},
+            {error.errorString(), QString::number(qBound(0, error.offset - 1, text.size()))}};
         return {};
     }
     if (array.size() != 1) {
-        *problem = message("qelfrontend-json-single");
+        *problem = {Problem::JsonSingle, {}, {}};
         return {};
     }
     return QJsonValue(array.first());
@@ -626,4 +621,4 @@ QByteArray jsonText(const QJsonValue &json)
     return text.mid(1, text.size() - 2);
 }
 
-} // namespace qel::frontend
+} // namespace qel::values

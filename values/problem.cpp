@@ -1,0 +1,71 @@
+#include "problem.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace qel::values {
+
+namespace {
+
+struct Text
+{
+    Problem::Code code;
+    const char *id;
+    const char *line; ///< as filledIn() takes it
+};
+
+constexpr Text texts[] = {
+    {Problem::JsonSize, "json-size", "%2 bytes of JSON; at most %3 are read"},
+    {Problem::JsonSyntax, "json-syntax", "no JSON: %2, at byte %3"},
+    {Problem::JsonSingle, "json-single", "not exactly one JSON value"},
+    {Problem::ValueContent, "value-content", "%1 cannot be read as %2"},
+    {Problem::ValueCount, "value-count", "%1 is beyond the %2 values allowed"},
+    {Problem::ValueDepth, "value-depth", "%1 is nested deeper than %2 levels"},
+    {Problem::ValueTag, "value-tag", "%1 needs \"$type\" and \"value\" and nothing else"},
+    {Problem::ValueType, "value-type", "%1 is of type %2, which JSON is not defined for"},
+    {Problem::ValueUnicode, "value-unicode", "%1 is no valid Unicode"},
+    {Problem::ValueUnwritable, "value-unwritable", "%1 is a %2 that JSON cannot hold without loss"},
+};
+
+const Text &textOf(Problem::Code code)
+{
+    return *std::find_if(std::begin(texts), std::end(texts) - 1,
+                         [code](const Text &text) { return text.code == code; });
+}
+
+} // namespace
+
+QByteArray problemId(Problem::Code code)
+{
+    return textOf(code).id;
+}
+
+QList<Problem::Code> problemCodes()
+{
+    QList<Problem::Code> codes;
+    for (const Text &text : texts)
+        codes += text.code;
+    return codes;
+}
+
+QString filledIn(const QString &text, const Problem &problem)
+{
+    QString result;
+    for (int i = 0; i < text.size(); ++i) {
+        const int place = text[i] == u'%' && i + 1 < text.size() ? text[i + 1].digitValue() : -1;
+        if (place < 1) {
+            result += text[i];
+            continue;
+        }
+        result += place == 1 ? problem.path : problem.details.value(place - 2);
+        ++i;
+    }
+    return result;
+}
+
+QString toString(const Problem &problem)
+{
+    return filledIn(QString::fromLatin1(textOf(problem.code).line), problem);
+}
+
+} // namespace qel::values
