@@ -8,6 +8,7 @@
 #include <QtCore/QFile>
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 namespace qel::simulator {
@@ -52,15 +53,19 @@ void Driver::readScenario()
     for (const QString &mistake : std::as_const(scenario.mistakes))
         complain(fileName, mistake);
 
+    // Copies of both, as an instrument that is unplugged tells its device, whose receivers may do
+    // anything.
     const auto former = std::exchange(m_instruments, {});
     for (const InstrumentDescription &description : std::as_const(scenario.instruments))
-        m_instruments.append(instrument(description));
+        m_instruments.insert(description.location, instrument(description));
+    forgetTheGone();
+    const auto present = m_instruments;
     for (const auto &instrument : former) {
-        if (!m_instruments.contains(instrument))
+        if (present.value(instrument->description().location) != instrument)
             instrument->unplug();
     }
-    for (const auto &instrument : std::as_const(m_instruments)) {
-        if (!former.contains(instrument))
+    for (const auto &instrument : present) {
+        if (former.value(instrument->description().location) != instrument)
             instrument->plugIn();
     }
 }
@@ -68,13 +73,17 @@ void Driver::readScenario()
 // The one that was described like this before, or a new one.
 std::shared_ptr<Instrument> Driver::instrument(const InstrumentDescription &description)
 {
-    const auto known = std::find_if(m_store.cbegin(), m_store.cend(), [&](const auto &instrument) {
-        return instrument->description() == description;
-    });
-    if (known != m_store.cend())
-        return *known;
-    m_store.append(std::make_shared<Instrument>(description));
-    return m_store.constLast();
+    std::weak_ptr<Instrument> &known = m_known[description.source];
+    auto instrument = known.lock();
+    if (!instrument)
+        known = instrument = std::make_shared<Instrument>(description);
+    return instrument;
+}
+
+void Driver::forgetTheGone()
+{
+    for (auto known = m_known.begin(); known != m_known.end();)
+        known = known->expired() ? m_known.erase(known) : std::next(known);
 }
 
 QList<DeviceInfo> Driver::availableDevices()
@@ -87,6 +96,7 @@ QList<DeviceInfo> Driver::availableDevices()
         if (instrument->answersEnumeration())
             devices.append(instrument->description().info(name()));
     }
+    std::sort(devices.begin(), devices.end());
     return devices;
 }
 
@@ -94,13 +104,11 @@ Device *Driver::createDevice(const DeviceInfo &info)
 {
     if (!m_source)
         readScenario();
-    for (const auto &instrument : std::as_const(m_instruments)) {
-        const DeviceInfo known = instrument->description().info(name());
-        if (instrument->isPlugged() && known.location() == info.location()
-            && known.serial() == info.serial())
-            return new Reader(info, instrument);
-    }
-    return nullptr;
+    const auto instrument = m_instruments.value(info.location());
+    if (!instrument || !instrument->isPlugged()
+        || instrument->description().serial != info.serial())
+        return nullptr;
+    return new Reader(info, instrument);
 }
 
 } // namespace qel::simulator

@@ -6,6 +6,7 @@
 #include <qeldevices/devicebroker.h>
 
 #include <QtCore/QByteArray>
+#include <QtCore/QHash>
 #include <QtCore/QVector>
 
 #include <memory>
@@ -21,8 +22,9 @@ using SourceText = std::pair<QByteArray, QString>;
 ///
 /// The scenario is the JSON file that the environment variable QELDEVICES_SIMULATOR names, or the
 /// built-in one. It is read at every enumeration; when it has changed, instruments are plugged in
-/// and unplugged accordingly, and those described as before keep their state. A scenario with
-/// mistakes has no instruments; each mistake is one warning in "qel.devices.driver".
+/// and unplugged accordingly, and those described as before keep their state, also through an
+/// absence as long as a device is there for them. A scenario with mistakes has no instruments; each
+/// mistake is one warning in "qel.devices.driver".
 class Driver : public qel::devices::DeviceDriver
 {
 public:
@@ -33,10 +35,14 @@ public:
 private:
     void readScenario();
     std::shared_ptr<Instrument> instrument(const InstrumentDescription &description);
+    void forgetTheGone();
 
-    std::optional<SourceText> m_source;                 // as it was read last
-    QVector<std::shared_ptr<Instrument>> m_instruments; // those of the scenario
-    QVector<std::shared_ptr<Instrument>> m_store;       // all there have been, with their state
+    using Instruments = QHash<QString, std::shared_ptr<Instrument>>;
+
+    std::optional<SourceText> m_source; // as it was read last
+    Instruments m_instruments;          // those of the scenario, by location
+    // Those and the ones that only a device still holds, by description.
+    QHash<QByteArray, std::weak_ptr<Instrument>> m_known;
 };
 
 } // namespace qel::simulator

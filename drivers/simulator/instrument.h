@@ -28,7 +28,7 @@ public:
     }
     const Model &model() const
     {
-        return *m_description.model;
+        return m_description.model;
     }
 
     /// Whether the instrument is connected to the computer.

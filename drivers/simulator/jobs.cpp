@@ -27,9 +27,12 @@ QVariantHash measuringDescriptor(const Model &model, const QString &unit, double
                                  double maximum, const QVariantHash &settings)
 {
     return {
-        {QStringLiteral("rows"), model.rows}, {QStringLiteral("columns"), model.columns},
-        {QStringLiteral("unit"), unit},       {QStringLiteral("minimum"), minimum},
-        {QStringLiteral("maximum"), maximum}, {QStringLiteral("settings"), settings},
+        {QStringLiteral("rows"), model.format.rows},
+        {QStringLiteral("columns"), model.format.columns},
+        {QStringLiteral("unit"), unit},
+        {QStringLiteral("minimum"), minimum},
+        {QStringLiteral("maximum"), maximum},
+        {QStringLiteral("settings"), settings},
     };
 }
 
@@ -62,7 +65,7 @@ QVariantHash luminescenceDescriptor(const Model &model)
                   {QStringLiteral("default"), QVariant::fromValue(defaultIntegrationTime)}})},
         {QStringLiteral("selectedWells"),
          setting("QVector<bool>",
-                 {{QStringLiteral("length"), model.wells()},
+                 {{QStringLiteral("length"), model.format.wells()},
                   {QStringLiteral("default"), QVariant::fromValue(QVector<bool>())}})},
     };
     return measuringDescriptor(model, QStringLiteral("RLU/s"), 0, maximumLightRate, settings);
@@ -105,10 +108,10 @@ QVariantHash ledBarDescriptor()
 // What the results of both measurements have in common, as things stand when the run starts.
 QVariantHash measurementFrame(const Instrument &instrument, const QString &unit)
 {
-    const Model &model = instrument.model();
+    const PlateFormat &format = instrument.model().format;
     return {
-        {QStringLiteral("rows"), model.rows},
-        {QStringLiteral("columns"), model.columns},
+        {QStringLiteral("rows"), format.rows},
+        {QStringLiteral("columns"), format.columns},
         {QStringLiteral("unit"), unit},
         {QStringLiteral("startedAt"), QDateTime::currentDateTimeUtc()},
         {QStringLiteral("temperature"),
@@ -126,7 +129,8 @@ Job absorbanceJob(const QVariantHash &configuration, const Instrument &instrumen
     const QVariantHash frame = measurementFrame(instrument, QStringLiteral("OD"));
 
     Job job;
-    job.seconds = wavelengths.size() * (0.3 + instrument.model().wells() * (rapid ? 0.002 : 0.006));
+    job.seconds =
+        wavelengths.size() * (0.3 + instrument.model().format.wells() * (rapid ? 0.002 : 0.006));
     job.reportsProgress = true;
     job.needsCalibration = true;
     job.slot = Job::Slot::NeedsPlate;
@@ -136,7 +140,7 @@ Job absorbanceJob(const QVariantHash &configuration, const Instrument &instrumen
         for (int read = 0; read < wavelengths.size(); ++read) {
             Dice dice(seed, {0xab, quint32(i.measurements), quint32(read)});
             const auto trueValues =
-                trueAbsorbance(i.plate(), i.model(), seed, wavelengths.at(read));
+                trueAbsorbance(i.plate(), i.model().format, seed, wavelengths.at(read));
             values.append(QVariant::fromValue(measureAbsorbance(trueValues, rapid, &dice)));
         }
         QVariantHash result = frame;
@@ -156,7 +160,7 @@ Job luminescenceJob(const QVariantHash &configuration, const Instrument &instrum
         : defaultIntegrationTime;
     QVector<bool> wells = config.selectedWells();
     if (wells.isEmpty())
-        wells.fill(true, instrument.model().wells());
+        wells.fill(true, instrument.model().format.wells());
     const double secondsPerWell = double(integrationTime.count()) / 1000;
     const QVariantHash frame = measurementFrame(instrument, QStringLiteral("RLU/s"));
     const double startedAt = instrument.clock;
@@ -169,7 +173,7 @@ Job luminescenceJob(const QVariantHash &configuration, const Instrument &instrum
         Dice dice(i.description().seed, {0x1b, quint32(i.measurements)});
         QVector<double> values(wells.size(), std::numeric_limits<double>::quiet_NaN());
         const auto trueValues =
-            trueLuminescence(i.plate(), i.model(), i.description().seed, startedAt);
+            trueLuminescence(i.plate(), i.model().format, i.description().seed, startedAt);
         for (int well = 0; well < wells.size(); ++well) {
             if (wells.at(well))
                 values[well] = measureLuminescence(trueValues.at(well), secondsPerWell, &dice);

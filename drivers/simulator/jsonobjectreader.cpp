@@ -98,17 +98,13 @@ qint64 JsonObjectReader::integer(const QString &key, qint64 byDefault, qint64 mi
     return byDefault;
 }
 
-int JsonObjectReader::choice(const QString &key, const QStringList &choices,
-                             std::optional<int> byDefault)
+int JsonObjectReader::indexOf(const QString &key, const QStringList &names, bool isOptional)
 {
     const QJsonValue value = take(key);
-    if (value.isUndefined() && byDefault)
-        return *byDefault;
-    const int index = value.isString() ? choices.indexOf(value.toString()) : -1;
-    if (index >= 0)
-        return index;
-    complain(key, QStringLiteral("one of %1").arg(choices.join(QStringLiteral(", "))));
-    return byDefault.value_or(0);
+    const int index = value.isString() ? names.indexOf(value.toString()) : -1;
+    if (index < 0 && !(isOptional && value.isUndefined()))
+        complain(key, QStringLiteral("one of %1").arg(names.join(QStringLiteral(", "))));
+    return index;
 }
 
 QList<std::pair<QJsonObject, QString>> JsonObjectReader::objects(const QString &key)

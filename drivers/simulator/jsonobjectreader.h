@@ -5,10 +5,17 @@
 #include <QtCore/QJsonObject>
 #include <QtCore/QString>
 #include <QtCore/QStringList>
+#include <QtCore/QVector>
 
+#include <algorithm>
 #include <optional>
+#include <utility>
 
 namespace qel::simulator {
+
+/// The names that a document has for the values of an enumeration.
+template<typename Value>
+using Names = QVector<std::pair<QString, Value>>;
 
 /// Takes the values out of a JSON object and collects a sentence for each one that is not as
 /// expected. A value that is absent or wrong yields the default, so that reading goes on and every
@@ -26,9 +33,19 @@ public:
     bool boolean(const QString &key, bool byDefault);
     double number(const QString &key, double byDefault, double minimum, double maximum);
     qint64 integer(const QString &key, qint64 byDefault, qint64 minimum, qint64 maximum);
-    /// The index of the text under `key` within `choices`; without `byDefault` the key is required.
-    int choice(const QString &key, const QStringList &choices,
-               std::optional<int> byDefault = std::nullopt);
+    /// The value whose name stands under `key`, which is required: in its absence the first one.
+    template<typename Value>
+    Value choice(const QString &key, const Names<Value> &choices)
+    {
+        return choices.at(std::max(0, indexOf(key, namesOf(choices), false))).second;
+    }
+    /// The value whose name stands under `key`.
+    template<typename Value>
+    Value choice(const QString &key, const Names<Value> &choices, const Value &byDefault)
+    {
+        const int index = indexOf(key, namesOf(choices), true);
+        return index >= 0 ? choices.at(index).second : byDefault;
+    }
     /// The objects of the array under `key`; elements that are no objects are mistakes and left
     /// out. The second of each pair is the element's path.
     QList<std::pair<QJsonObject, QString>> objects(const QString &key);
@@ -45,6 +62,16 @@ public:
     void finish();
 
 private:
+    template<typename Value>
+    static QStringList namesOf(const Names<Value> &choices)
+    {
+        QStringList names;
+        for (const auto &choice : choices)
+            names.append(choice.first);
+        return names;
+    }
+    // -1 where there is none.
+    int indexOf(const QString &key, const QStringList &names, bool isOptional);
     QJsonValue take(const QString &key);
     QString pathOf(const QString &key) const;
 

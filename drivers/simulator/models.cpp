@@ -6,6 +6,22 @@ namespace qel::simulator {
 
 using qel::devices::Device;
 
+const QVector<PlateFormat> &plateFormats()
+{
+    static const QVector<PlateFormat> all{
+        {2, 3, 960, 2000},  {3, 4, 380, 1000},  {4, 6, 190, 500}, {6, 8, 95, 300},
+        {8, 12, 32.2, 200}, {16, 24, 10.9, 80}, {32, 48, 2.3, 8},
+    };
+    return all;
+}
+
+static PlateFormat formatWith(int wells)
+{
+    const auto &all = plateFormats();
+    return *std::find_if(all.cbegin(), all.cend(),
+                         [&](const PlateFormat &format) { return format.wells() == wells; });
+}
+
 const QList<Model> &models()
 {
     static const QList<Device::DeviceFeature> commonFeatures{
@@ -17,10 +33,7 @@ const QList<Model> &models()
         {QStringLiteral("absorbance-96"),
          QStringLiteral("Simulated absorbance reader"),
          QStringLiteral("SIM-ABS-96"),
-         8,
-         12,
-         32.2,
-         200,
+         formatWith(96),
          {405, 450, 492, 620},
          commonFeatures
              + QList<Device::DeviceFeature>{Device::DF_AbsorbanceMeasurement,
@@ -28,19 +41,13 @@ const QList<Model> &models()
         {QStringLiteral("luminescence-96"),
          QStringLiteral("Simulated luminescence reader"),
          QStringLiteral("SIM-LUM-96"),
-         8,
-         12,
-         32.2,
-         200,
+         formatWith(96),
          {},
          commonFeatures + QList<Device::DeviceFeature>{Device::DF_LuminescenceMeasurement}},
         {QStringLiteral("combined-384"),
          QStringLiteral("Simulated combined reader"),
          QStringLiteral("SIM-COM-384"),
-         16,
-         24,
-         10.9,
-         80,
+         formatWith(384),
          {340, 405, 450, 492, 540, 595, 620, 650},
          commonFeatures
              + QList<Device::DeviceFeature>{Device::DF_AbsorbanceMeasurement,
@@ -49,22 +56,11 @@ const QList<Model> &models()
         {QStringLiteral("identity-only"),
          QStringLiteral("Simulated instrument"),
          QStringLiteral("SIM-ID"),
-         0,
-         0,
-         0,
-         0,
+         {},
          {},
          {}},
     };
     return all;
-}
-
-const Model *findModel(const QString &id)
-{
-    const auto &all = models();
-    const auto found =
-        std::find_if(all.cbegin(), all.cend(), [&](const Model &model) { return model.id == id; });
-    return found != all.cend() ? &*found : nullptr;
 }
 
 } // namespace qel::simulator

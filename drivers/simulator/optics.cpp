@@ -111,40 +111,40 @@ static double dilution(int column, int columns)
 
 // Standards in the first two columns, down to a blank in the last row; unknown samples elsewhere.
 // The signal follows the concentration in a logistic curve.
-static double elisa(int row, int column, const Model &model, Dice *samples)
+static double elisa(int row, int column, const PlateFormat &format, Dice *samples)
 {
     const double sample = std::ldexp(1.0, -int(8 * samples->uniform()));
     double concentration = sample;
     if (column < 2)
-        concentration = row == model.rows - 1 ? 0 : std::ldexp(1.0, -row);
+        concentration = row == format.rows - 1 ? 0 : std::ldexp(1.0, -row);
     constexpr double halfway = 0.1;
     return concentration * (1 + halfway) / (concentration + halfway);
 }
 
 // The same everywhere, but liquid has evaporated near the edge.
-static double edgeEffect(int row, int column, const Model &model)
+static double edgeEffect(int row, int column, const PlateFormat &format)
 {
-    const int toEdge = std::min({row, column, model.rows - 1 - row, model.columns - 1 - column});
+    const int toEdge = std::min({row, column, format.rows - 1 - row, format.columns - 1 - column});
     const double evaporated = toEdge == 0 ? 0.18 : toEdge == 1 ? 0.06 : 0;
     return (1 - 0.18) / (1 - evaporated);
 }
 
-QVector<double> strengths(const Plate &plate, const Model &model, quint64 seed)
+QVector<double> strengths(const Plate &plate, const PlateFormat &format, quint64 seed)
 {
     Dice samples(seed, {0xe1});
     QVector<double> wells;
-    wells.reserve(model.wells());
-    for (int row = 0; row < model.rows; ++row) {
-        for (int column = 0; column < model.columns; ++column) {
+    wells.reserve(format.wells());
+    for (int row = 0; row < format.rows; ++row) {
+        for (int column = 0; column < format.columns; ++column) {
             switch (plate.layout) {
             case Plate::Layout::DilutionSeries:
-                wells.append(dilution(column, model.columns));
+                wells.append(dilution(column, format.columns));
                 break;
             case Plate::Layout::Elisa:
-                wells.append(elisa(row, column, model, &samples));
+                wells.append(elisa(row, column, format, &samples));
                 break;
             case Plate::Layout::EdgeEffect:
-                wells.append(edgeEffect(row, column, model));
+                wells.append(edgeEffect(row, column, format));
                 break;
             case Plate::Layout::Empty:
                 wells.append(0);
@@ -155,11 +155,12 @@ QVector<double> strengths(const Plate &plate, const Model &model, quint64 seed)
     return wells;
 }
 
-QVector<double> trueAbsorbance(const Plate &plate, const Model &model, quint64 seed, int wavelength)
+QVector<double> trueAbsorbance(const Plate &plate, const PlateFormat &format, quint64 seed,
+                               int wavelength)
 {
-    const double pathLength = plate.volume / model.wellArea / 10; // mm³ over mm², in cm
+    const double pathLength = plate.volume / format.wellArea / 10; // mm³ over mm², in cm
     const double strongest = absorptivity(plate.dye, wavelength) * plate.concentration * pathLength;
-    QVector<double> wells = strengths(plate, model, seed);
+    QVector<double> wells = strengths(plate, format, seed);
     for (double &well : wells)
         well = well * strongest + plasticOpticalDensity;
     return wells;
@@ -180,11 +181,11 @@ QVector<double> measureAbsorbance(const QVector<double> &opticalDensities, bool 
     return measured;
 }
 
-QVector<double> trueLuminescence(const Plate &plate, const Model &model, quint64 seed,
+QVector<double> trueLuminescence(const Plate &plate, const PlateFormat &format, quint64 seed,
                                  double seconds)
 {
     const double glow = (1 - std::exp(-(seconds + 20) / 10)) * std::exp(-seconds / 1800);
-    QVector<double> wells = strengths(plate, model, seed);
+    QVector<double> wells = strengths(plate, format, seed);
     for (double &well : wells)
         well *= plate.brightness * glow;
     return wells;

@@ -40,7 +40,9 @@ static QVariant half(const QVariant &result)
         }
         hash.insert(values, reads);
     } else {
-        hash.erase(hash.begin());
+        QStringList keys = hash.keys();
+        std::sort(keys.begin(), keys.end()); // the hash's own order is another one in each process
+        hash.remove(keys.constLast());
     }
     return hash;
 }
@@ -123,7 +125,6 @@ void Reader::close()
         return;
     const auto task = std::exchange(m_task, std::nullopt);
     m_ticks.stop();
-    m_timedFaults.stop();
     m_instrument->inUse = false;
     setStatus({});
     if (task && task->feature != DF_None)
@@ -137,7 +138,6 @@ void Reader::lose(int code, const QString &info)
         return;
     const auto task = std::exchange(m_task, std::nullopt);
     m_ticks.stop();
-    m_timedFaults.stop();
     setError(code, info);
     setStatus({});
     if (task && task->feature != DF_None)
@@ -225,8 +225,6 @@ bool Reader::goesOn(int taskNumber) const
 
 void Reader::tick()
 {
-    if (!m_task)
-        return;
     const int number = m_task->number;
     if (m_task->step >= m_task->steps / 2 && !strikeFaults())
         return;
@@ -375,7 +373,6 @@ void Reader::end(bool ok, const Outcome &outcome, int endings)
     m_ticks.stop();
     if (task.feature == DF_None) {
         m_instrument->inUse = false;
-        m_timedFaults.stop();
         setError(outcome.code, outcome.info);
         return;
     }
@@ -387,6 +384,7 @@ void Reader::end(bool ok, const Outcome &outcome, int endings)
         emit executed(task.feature, ok, ok ? outcome.result : QVariant());
 }
 
+// A closed device does not wait: what is due by then happens when somebody looks.
 void Reader::waitForTimedFault()
 {
     const int wait = m_instrument->nextTimedFault();

@@ -32,31 +32,37 @@ static QString kebabCase(const QString &enumerator)
     return name;
 }
 
-// The scenario's names of the features; the index is the feature's value.
-static QStringList featureNames()
+static const Names<Device::DeviceFeature> &featureNames()
 {
-    const auto features = QMetaEnum::fromType<Device::DeviceFeature>();
-    QStringList names;
-    for (int i = 0; i < features.keyCount(); ++i)
-        names.append(kebabCase(QString::fromLatin1(features.key(i))));
+    static const auto names = [] {
+        const auto features = QMetaEnum::fromType<Device::DeviceFeature>();
+        Names<Device::DeviceFeature> all{{QStringLiteral("any"), Device::DF_None}};
+        for (int i = 0; i < features.keyCount(); ++i) {
+            const auto feature = Device::DeviceFeature(features.value(i));
+            if (feature != Device::DF_None)
+                all.append({kebabCase(QString::fromLatin1(features.key(i))), feature});
+        }
+        return all;
+    }();
     return names;
 }
 
-static const QStringList &errorNames()
+static const Names<int> &errorNames()
 {
-    static const QStringList names{
-        QStringLiteral("ERROR_DEVICE_UNKNOWN"),
-        QStringLiteral("ERROR_DEVICE_VENDOR_SPECIFIC"),
-        QStringLiteral("ERROR_DEVICE_CANT_OPEN"),
-        QStringLiteral("ERROR_DEVICE_NOT_READY"),
-        QStringLiteral("ERROR_DEVICE_TIMEOUT"),
-        QStringLiteral("ERROR_DEVICE_CANT_WRITE"),
-        QStringLiteral("ERROR_DEVICE_CHECKSUM_MISMATCH"),
-        QStringLiteral("ERROR_DEVICE_INVALID_CONFIGURATION"),
-        QStringLiteral("ERROR_DEVICE_NOT_CALIBRATED"),
-        QStringLiteral("ERROR_DEVICE_DISCONNECTED"),
-        QStringLiteral("ERROR_DEVICE_BOOT_FAIL"),
-        QStringLiteral("ERROR_DEVICE_API_TOO_NEW"),
+    using namespace qel::devices;
+    static const Names<int> names{
+        {QStringLiteral("ERROR_DEVICE_UNKNOWN"), ERROR_DEVICE_UNKNOWN},
+        {QStringLiteral("ERROR_DEVICE_VENDOR_SPECIFIC"), ERROR_DEVICE_VENDOR_SPECIFIC},
+        {QStringLiteral("ERROR_DEVICE_CANT_OPEN"), ERROR_DEVICE_CANT_OPEN},
+        {QStringLiteral("ERROR_DEVICE_NOT_READY"), ERROR_DEVICE_NOT_READY},
+        {QStringLiteral("ERROR_DEVICE_TIMEOUT"), ERROR_DEVICE_TIMEOUT},
+        {QStringLiteral("ERROR_DEVICE_CANT_WRITE"), ERROR_DEVICE_CANT_WRITE},
+        {QStringLiteral("ERROR_DEVICE_CHECKSUM_MISMATCH"), ERROR_DEVICE_CHECKSUM_MISMATCH},
+        {QStringLiteral("ERROR_DEVICE_INVALID_CONFIGURATION"), ERROR_DEVICE_INVALID_CONFIGURATION},
+        {QStringLiteral("ERROR_DEVICE_NOT_CALIBRATED"), ERROR_DEVICE_NOT_CALIBRATED},
+        {QStringLiteral("ERROR_DEVICE_DISCONNECTED"), ERROR_DEVICE_DISCONNECTED},
+        {QStringLiteral("ERROR_DEVICE_BOOT_FAIL"), ERROR_DEVICE_BOOT_FAIL},
+        {QStringLiteral("ERROR_DEVICE_API_TOO_NEW"), ERROR_DEVICE_API_TOO_NEW},
     };
     return names;
 }
@@ -89,21 +95,32 @@ static const QVector<ActionRule> &actionRules()
     return rules;
 }
 
-// The order of Fault::Moment.
-static const QStringList &momentNames()
+static const Names<Fault::Moment> &momentNames()
 {
-    static const QStringList names{QStringLiteral("open"), QStringLiteral("execute"),
-                                   QStringLiteral("enumerate"), QStringLiteral("time")};
+    static const Names<Fault::Moment> names{
+        {QStringLiteral("open"), Fault::Moment::Open},
+        {QStringLiteral("execute"), Fault::Moment::Execute},
+        {QStringLiteral("enumerate"), Fault::Moment::Enumerate},
+        {QStringLiteral("time"), Fault::Moment::Time},
+    };
+    return names;
+}
+
+static const Names<Plate::Layout> &layoutNames()
+{
+    static const Names<Plate::Layout> names{
+        {QStringLiteral("dilution-series"), Plate::Layout::DilutionSeries},
+        {QStringLiteral("elisa"), Plate::Layout::Elisa},
+        {QStringLiteral("edge-effect"), Plate::Layout::EdgeEffect},
+        {QStringLiteral("empty"), Plate::Layout::Empty},
+    };
     return names;
 }
 
 static void readOccurrence(JsonObjectReader &reader, Fault &fault)
 {
     if (fault.moment == Fault::Moment::Execute) {
-        QStringList names = featureNames();
-        names[Device::DF_None] = QStringLiteral("any");
-        fault.feature =
-            Device::DeviceFeature(reader.choice(QStringLiteral("feature"), names, Device::DF_None));
+        fault.feature = reader.choice(QStringLiteral("feature"), featureNames(), Device::DF_None);
     } else {
         reader.refuse(QStringLiteral("feature"),
                       QStringLiteral("it belongs to \"at\": \"execute\""));
@@ -129,10 +146,8 @@ static void readParameters(JsonObjectReader &reader, Fault &fault)
     };
     if (only(Fault::Action::Delay, "delay"))
         fault.delay = int(reader.integer(QStringLiteral("delay"), 1000, 0, 3600000));
-    if (only(Fault::Action::Error, "code")) {
-        const int index = reader.choice(QStringLiteral("code"), errorNames(), 1);
-        fault.code = qel::devices::ERROR_DEVICE_UNKNOWN + index;
-    }
+    if (only(Fault::Action::Error, "code"))
+        fault.code = reader.choice(QStringLiteral("code"), errorNames(), fault.code);
     if (only(Fault::Action::Error, "info"))
         fault.info = reader.text(QStringLiteral("info"), QStringLiteral("qelsimulator-scripted"));
     if (only(Fault::Action::Ask, "text")) {
@@ -147,57 +162,72 @@ static Fault readFault(const QJsonObject &object, const QString &path, QStringLi
 {
     JsonObjectReader reader(object, path, mistakes);
     Fault fault;
-    fault.moment = Fault::Moment(reader.choice(QStringLiteral("at"), momentNames()));
+    fault.moment = reader.choice(QStringLiteral("at"), momentNames());
 
-    QStringList actions;
+    Names<Fault::Action> actions;
     for (const ActionRule &rule : actionRules()) {
         if (rule.moments.contains(fault.moment))
-            actions.append(rule.name);
+            actions.append({rule.name, rule.action});
     }
-    const int index = reader.choice(QStringLiteral("do"), actions);
-    for (const ActionRule &rule : actionRules()) {
-        if (rule.name == actions.at(index))
-            fault.action = rule.action;
-    }
+    fault.action = reader.choice(QStringLiteral("do"), actions);
     readOccurrence(reader, fault);
     readParameters(reader, fault);
     reader.finish();
     return fault;
 }
 
-static Plate readPlate(const QJsonObject &object, const QString &path, const Model &model,
+static Plate readPlate(const QJsonObject &object, const QString &path, const PlateFormat &format,
                        QStringList *mistakes)
 {
     JsonObjectReader reader(object, path, mistakes);
     Plate plate;
-    plate.layout =
-        Plate::Layout(reader.choice(QStringLiteral("layout"),
-                                    {QStringLiteral("dilution-series"), QStringLiteral("elisa"),
-                                     QStringLiteral("edge-effect"), QStringLiteral("empty")}));
-    const QStringList dyes = dyeNames();
-    plate.dye = dyes.at(reader.choice(QStringLiteral("dye"), dyes, dyes.indexOf(plate.dye)));
+    plate.layout = reader.choice(QStringLiteral("layout"), layoutNames());
+    Names<QString> dyes;
+    const QStringList names = dyeNames();
+    for (const QString &name : names)
+        dyes.append({name, name});
+    plate.dye = reader.choice(QStringLiteral("dye"), dyes, plate.dye);
     plate.concentration =
         1e-6 * reader.number(QStringLiteral("concentration"), plate.concentration * 1e6, 0, 1e6);
-    plate.volume = reader.number(QStringLiteral("volume"), model.wellVolume, 0, 5000);
+    plate.volume = reader.number(QStringLiteral("volume"), format.wellVolume, 0, 5000);
     plate.brightness = reader.number(QStringLiteral("brightness"), plate.brightness, 0, 1e12);
     reader.finish();
     return plate;
+}
+
+static void readFormat(JsonObjectReader &reader, PlateFormat *format)
+{
+    const QString key = QStringLiteral("wells");
+    const auto wells = reader.integer(key, format->wells(), 1, 1536);
+    QStringList known;
+    for (const PlateFormat &candidate : plateFormats()) {
+        known.append(QString::number(candidate.wells()));
+        if (candidate.wells() == wells) {
+            *format = candidate;
+            return;
+        }
+    }
+    reader.complain(key, QStringLiteral("one of %1").arg(known.join(QStringLiteral(", "))));
 }
 
 static void readSlot(JsonObjectReader &reader, InstrumentDescription &instrument,
                      QStringList *mistakes)
 {
     const QString key = QStringLiteral("plate");
-    if (instrument.model->wells() == 0) {
-        reader.refuse(key, QStringLiteral("%1 takes no plate").arg(instrument.model->id));
+    if (instrument.model.format.wells() == 0) {
+        const QString reason = QStringLiteral("%1 takes no plate").arg(instrument.model.id);
+        reader.refuse(QStringLiteral("wells"), reason);
+        reader.refuse(key, reason);
         return;
     }
+    readFormat(reader, &instrument.model.format);
     if (reader.isNull(key))
         return;
     instrument.plate = Plate();
-    instrument.plate->volume = instrument.model->wellVolume;
+    instrument.plate->volume = instrument.model.format.wellVolume;
     if (const auto object = reader.object(key))
-        instrument.plate = readPlate(object->first, object->second, *instrument.model, mistakes);
+        instrument.plate =
+            readPlate(object->first, object->second, instrument.model.format, mistakes);
 }
 
 static InstrumentDescription readInstrument(const QJsonObject &object, const QString &path,
@@ -205,11 +235,11 @@ static InstrumentDescription readInstrument(const QJsonObject &object, const QSt
 {
     JsonObjectReader reader(object, path, mistakes);
     InstrumentDescription instrument;
-    QStringList ids;
+    Names<Model> known;
     for (const Model &model : models())
-        ids.append(model.id);
-    instrument.model = &models().at(reader.choice(QStringLiteral("model"), ids));
-    instrument.name = reader.text(QStringLiteral("name"), instrument.model->name);
+        known.append({model.id, model});
+    instrument.model = reader.choice(QStringLiteral("model"), known);
+    instrument.name = reader.text(QStringLiteral("name"), instrument.model.name);
     instrument.serial = reader.text(QStringLiteral("serial"),
                                     QStringLiteral("SIM-%1").arg(number, 4, 10, QLatin1Char('0')));
     instrument.location =
@@ -224,10 +254,11 @@ static InstrumentDescription readInstrument(const QJsonObject &object, const QSt
         instrument.faults.append(readFault(fault, faultPath, mistakes));
     reader.finish();
 
-    instrument.source = object;
-    instrument.source[QStringLiteral("serial")] = instrument.serial;
-    instrument.source[QStringLiteral("location")] = instrument.location;
-    instrument.source[QStringLiteral("timeScale")] = instrument.timeScale;
+    QJsonObject source = object;
+    source[QStringLiteral("serial")] = instrument.serial;
+    source[QStringLiteral("location")] = instrument.location;
+    source[QStringLiteral("timeScale")] = instrument.timeScale;
+    instrument.source = QJsonDocument(source).toJson(QJsonDocument::Compact);
     return instrument;
 }
 

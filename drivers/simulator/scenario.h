@@ -7,7 +7,6 @@
 #include <qeldevices/deviceerrors.h>
 
 #include <QtCore/QByteArray>
-#include <QtCore/QJsonObject>
 #include <QtCore/QString>
 #include <QtCore/QStringList>
 #include <QtCore/QVector>
@@ -64,7 +63,7 @@ struct Fault
 /// One instrument of a scenario.
 struct InstrumentDescription
 {
-    const Model *model = nullptr;
+    Model model; ///< with the plate format of the scenario
     QString name;
     QString serial;
     QString location;
@@ -74,16 +73,11 @@ struct InstrumentDescription
     bool calibrated = true; ///< without it, measurements fail until a calibration
     int apiVersion = 1;     ///< of the protocol it speaks; the driver knows 1
     QVector<Fault> faults;
-    QJsonObject source; ///< what the scenario says, with inherited values filled in
+    /// What the scenario says, with inherited values filled in: the same for the same instrument.
+    QByteArray source;
 
     /// The identity under which `driver` lists the instrument.
     qel::devices::DeviceInfo info(const QString &driver) const;
-
-    /// Whether the scenario says the same of both.
-    bool operator==(const InstrumentDescription &other) const
-    {
-        return source == other.source;
-    }
 };
 
 /// The instruments of a simulated lab, or what is wrong with their description.

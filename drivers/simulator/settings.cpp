@@ -24,8 +24,8 @@ static QList<double> numbersIn(const QVariant &value)
     } else if (value.userType() == qMetaTypeId<qel::devices::LedBarEffect_Effect>()) {
         numbers.append(int(value.value<qel::devices::LedBarEffect_Effect>()));
     } else if (value.userType() == qMetaTypeId<qel::devices::LedBarEffect_config::Modes>()) {
-        const int modes = int(value.value<qel::devices::LedBarEffect_config::Modes>());
-        for (int bit = 1; bit != 0 && bit <= modes; bit <<= 1) {
+        const auto modes = quint32(value.value<qel::devices::LedBarEffect_config::Modes>());
+        for (quint32 bit = 1; bit != 0; bit <<= 1) {
             if (modes & bit)
                 numbers.append(bit);
         }
@@ -38,7 +38,7 @@ static QList<double> numbersIn(const QVariant &value)
 static bool isAllowed(double number, const QVariantHash &setting)
 {
     const QVariant choices = setting.value(QStringLiteral("choices"));
-    if (choices.isValid() && !choices.toList().contains(QVariant(int(number))))
+    if (choices.isValid() && !choices.toList().contains(QVariant(qint64(number))))
         return false;
     const QVariant minimum = setting.value(QStringLiteral("minimum"));
     const QVariant maximum = setting.value(QStringLiteral("maximum"));

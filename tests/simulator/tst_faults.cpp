@@ -157,8 +157,17 @@ void tst_Faults::everyFeatureMeetsEveryFault()
     const QVariant whole = sound.results.constLast();
     if (action == "wrong-type")
         QVERIFY(spoiled.userType() != whole.userType());
-    if (action == "partial-data" && whole.isValid())
+    if (action == "partial-data" && whole.isValid()) {
+        // The same in every process: half of the wells, or all but the last key.
+        QStringList keys = whole.toHash().keys();
+        std::sort(keys.begin(), keys.end());
+        if (!keys.isEmpty() && !keys.contains("values"))
+            keys.removeLast();
+        QStringList left = spoiled.toHash().keys();
+        std::sort(left.begin(), left.end());
+        QCOMPARE(left, keys);
         QVERIFY(spoiled != whole);
+    }
     if (action == "none")
         QCOMPARE(spoiled.userType(), whole.userType());
 }

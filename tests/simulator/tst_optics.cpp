@@ -101,14 +101,14 @@ void tst_Optics::noiseIsShotNoise()
 
 void tst_Optics::beerLambert()
 {
-    const Model &model = models().constFirst();
+    const PlateFormat &format = models().constFirst().format;
     Plate plate;
-    const auto whole = trueAbsorbance(plate, model, 1, 450);
+    const auto whole = trueAbsorbance(plate, format, 1, 450);
     plate.concentration /= 2;
-    const auto half = trueAbsorbance(plate, model, 1, 450);
+    const auto half = trueAbsorbance(plate, format, 1, 450);
     plate.concentration *= 2;
     plate.volume /= 2;
-    const auto shallow = trueAbsorbance(plate, model, 1, 450);
+    const auto shallow = trueAbsorbance(plate, format, 1, 450);
     const double plastic = whole.at(11); // the blank
     // (59000 + 591 from the neighbouring band) l/(mol·cm) × 60 µmol/l × 0.6211 cm
     QVERIFY(std::abs(whole.at(0) - plastic - 2.221) < 0.001);
@@ -128,33 +128,34 @@ void tst_Optics::detectorsSaturate()
 
 void tst_Optics::layouts()
 {
-    for (const Model &model : models().mid(0, 3)) {
+    for (const PlateFormat &format : plateFormats()) {
         const auto at = [&](const QVector<double> &wells, int row, int column) {
-            return wells.at(row * model.columns + column);
+            return wells.at(row * format.columns + column);
         };
-        const int lastRow = model.rows - 1;
-        const int lastColumn = model.columns - 1;
-        const auto dilution = strengths(plateOf(Plate::Layout::DilutionSeries), model, 1);
-        QCOMPARE(dilution.size(), model.wells());
+        const int lastRow = format.rows - 1;
+        const int lastColumn = format.columns - 1;
+        const auto dilution = strengths(plateOf(Plate::Layout::DilutionSeries), format, 1);
+        QCOMPARE(dilution.size(), format.wells());
         QCOMPARE(at(dilution, lastRow, 1), 0.5);
         QCOMPARE(at(dilution, 0, lastColumn), 0.0);
-        const auto edge = strengths(plateOf(Plate::Layout::EdgeEffect), model, 1);
-        QVERIFY(at(edge, 0, 3) > at(edge, 1, 3) && at(edge, 1, 3) > at(edge, 2, 3));
+        const auto edge = strengths(plateOf(Plate::Layout::EdgeEffect), format, 1);
+        if (format.wells() >= 96)
+            QVERIFY(at(edge, 0, 3) > at(edge, 1, 3) && at(edge, 1, 3) > at(edge, 2, 3));
         QCOMPARE(at(edge, lastRow, lastColumn), at(edge, 0, 0));
-        const auto elisa = strengths(plateOf(Plate::Layout::Elisa), model, 1);
+        const auto elisa = strengths(plateOf(Plate::Layout::Elisa), format, 1);
         QCOMPARE(at(elisa, 0, 0), at(elisa, 0, 1)); // standards in duplicate
         QVERIFY(at(elisa, 0, 0) > at(elisa, 1, 0));
         QCOMPARE(at(elisa, lastRow, 0), 0.0);
-        QVERIFY(strengths(plateOf(Plate::Layout::Elisa), model, 2) != elisa);
-        QCOMPARE(strengths(plateOf(Plate::Layout::Empty), model, 1).count(0.0), model.wells());
+        QVERIFY(strengths(plateOf(Plate::Layout::Elisa), format, 2) != elisa);
+        QCOMPARE(strengths(plateOf(Plate::Layout::Empty), format, 1).count(0.0), format.wells());
     }
 }
 
 void tst_Optics::glowRisesAndFades()
 {
-    const Model &model = models().at(1);
+    const PlateFormat &format = models().at(1).format;
     const auto glow = [&](double seconds) {
-        return trueLuminescence(Plate(), model, 1, seconds).at(0);
+        return trueLuminescence(Plate(), format, 1, seconds).at(0);
     };
     QVERIFY(glow(30) > glow(0));
     QVERIFY(std::abs(glow(30 + 1800) / glow(30) - std::exp(-1)) < 0.01);

@@ -29,17 +29,18 @@ void tst_Scenario::builtIn()
     const Scenario scenario = parseScenario(builtInScenario());
     QCOMPARE(scenario.mistakes, QStringList());
     QCOMPARE(scenario.instruments.size(), 2);
-    QCOMPARE(scenario.instruments.at(0).model->wells(), 96);
-    QVERIFY(scenario.instruments.at(0).model->features.contains(
+    QCOMPARE(scenario.instruments.at(0).model.format.wells(), 96);
+    QVERIFY(scenario.instruments.at(0).model.features.contains(
         qel::devices::Device::DF_AbsorbanceMeasurement));
-    QVERIFY(scenario.instruments.at(1).model->features.contains(
+    QVERIFY(scenario.instruments.at(1).model.features.contains(
         qel::devices::Device::DF_LuminescenceMeasurement));
 }
 
 void tst_Scenario::defaults()
 {
     const Scenario scenario = parseScenario(R"({"timeScale": 0.5, "instruments": [
-        {"model": "combined-384"}, {"model": "absorbance-96", "plate": null, "timeScale": 2}]})");
+        {"model": "combined-384"}, {"model": "absorbance-96", "plate": null, "timeScale": 2},
+        {"model": "combined-384", "wells": 1536}]})");
     QCOMPARE(scenario.mistakes, QStringList());
     const auto &first = scenario.instruments.at(0);
     const auto &second = scenario.instruments.at(1);
@@ -49,7 +50,10 @@ void tst_Scenario::defaults()
     QCOMPARE(second.timeScale, 2.0);
     QVERIFY(first.plate && !second.plate);
     QCOMPARE(first.plate->volume, 80.0); // what a well of this model holds
-    QVERIFY(!(first == second));
+    const auto &third = scenario.instruments.at(2);
+    QCOMPARE(third.model.format.rows, 32);
+    QCOMPARE(third.plate->volume, 8.0);
+    QVERIFY(first.source != second.source);
 }
 
 void tst_Scenario::brokenScenarios_data()
