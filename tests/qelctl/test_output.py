@@ -112,6 +112,11 @@ class Formats(ToolTest):
                     run = self.run_json("run", serial, name, "--yes", "--format", "json")
                     self.validate("qelctl-run", run)
                     self.assertEqual(run["feature"], feature["feature"])
+                    self.assertTrue(run["plugin"]["file"].endswith("/simulator.so"))
+                    # What the record says of the configuration makes the same run again.
+                    again = self.run_json("run", serial, name, "--yes", "--format", "json",
+                                          "--config", json.dumps(run["configuration"]))
+                    self.assertEqual(again["configuration"], run["configuration"])
 
     def test_a_schema_refuses_what_is_wrong(self):
         document = self.run_json("run", "A-1", "absorbance", "--format", "json")
