@@ -113,12 +113,12 @@ static Breaking renamed(const QByteArray &from, const QByteArray &to, Where wher
     };
 }
 
-// Linkers do not agree on what stands at the end of a file.
+// Keeps the first only, as linkers do not agree on their order, and Qt stops at the one it seeks.
 static void cutSections(QByteArray *file)
 {
     Elf64_Ehdr header;
     std::memcpy(&header, file->constData(), sizeof header);
-    file->truncate(int(header.e_shoff) + header.e_shnum * header.e_shentsize - 1);
+    file->truncate(int(header.e_shoff) + header.e_shentsize);
 }
 
 static void growLastSegment(QByteArray *file)
