@@ -1,10 +1,10 @@
 // Prints the processor time that it takes to write the result of a plate with 1536 wells in each
 // format, and to read it back from JSON. Ends with 1 when one takes longer than the 5 ms that a
 // user is promised.
-#include "plate.h"
-#include "platecsv.h"
-#include "platetext.h"
-#include "runjson.h"
+#include <qelfrontend/plate.h>
+#include <qelfrontend/platecsv.h>
+#include <qelfrontend/platetext.h>
+#include <qelfrontend/runjson.h>
 
 #include <qelvalues/valuecodec.h>
 

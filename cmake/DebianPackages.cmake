@@ -1,9 +1,10 @@
-# Three packages for Debian: the library, what one needs to build with it, the tool and the simulator.
+# Packages for Debian: the library and the front end library, each with what one needs to build with
+# it; the tool and the simulator.
 # scripts/package configures a build for them.
 set(CPACK_GENERATOR DEB)
 set(CPACK_OUTPUT_FILE_PREFIX packages)
 set(CPACK_PACKAGE_CONTACT "The qeldevices developers <developers@qeldevices.invalid>")
-set(CPACK_COMPONENTS_ALL library development tools)
+set(CPACK_COMPONENTS_ALL library development frontend frontend_development tools)
 set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_STRIP_FILES ON)
 # Staged below DESTDIR: the prefix itself says where the drivers go, and must stay what it is.
@@ -13,7 +14,8 @@ set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_RELEASE 1)
 set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${PROJECT_BINARY_DIR}/src)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS
+    ${PROJECT_BINARY_DIR}/src ${PROJECT_BINARY_DIR}/frontend)
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "")
 set(this_version ${PROJECT_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE})
 set(summary "uniform access to laboratory plate readers")
@@ -44,9 +46,33 @@ ${introduction}
 .
 This package contains what one needs to build applications and driver plugins.")
 
+# Version 0 promises nothing to whom was built with another one.
+file(CONFIGURE OUTPUT ${PROJECT_BINARY_DIR}/debian/frontend/shlibs @ONLY
+    CONTENT "libqelfrontend 0 libqelfrontend0 (= @this_version@)\n")
+set(CPACK_DEBIAN_FRONTEND_PACKAGE_NAME libqelfrontend0)
+set(CPACK_DEBIAN_FRONTEND_PACKAGE_SECTION "libs${multiarch}")
+set(CPACK_DEBIAN_FRONTEND_PACKAGE_DEPENDS "libqeldevices1 (= ${this_version})")
+set(CPACK_DEBIAN_FRONTEND_PACKAGE_CONTROL_EXTRA ${PROJECT_BINARY_DIR}/debian/frontend/shlibs)
+set(CPACK_DEBIAN_FRONTEND_DESCRIPTION "${summary} (front end library)
+${introduction}
+.
+This package contains the library that front ends share: one run as one object,
+the live list of instruments, plates and their formats.")
+
+set(CPACK_DEBIAN_FRONTEND_DEVELOPMENT_PACKAGE_NAME libqelfrontend-dev)
+set(CPACK_DEBIAN_FRONTEND_DEVELOPMENT_PACKAGE_SECTION "libdevel${multiarch}")
+set(CPACK_DEBIAN_FRONTEND_DEVELOPMENT_PACKAGE_DEPENDS
+    "libqelfrontend0 (= ${this_version}), libqeldevices-dev (= ${this_version})")
+set(CPACK_DEBIAN_FRONTEND_DEVELOPMENT_DESCRIPTION "${summary} (front end library, development files)
+${introduction}
+.
+This package contains what one needs to build applications with the front end
+library.")
+
 set(CPACK_DEBIAN_TOOLS_PACKAGE_NAME qeldevices-tools)
 set(CPACK_DEBIAN_TOOLS_PACKAGE_SECTION science)
-set(CPACK_DEBIAN_TOOLS_PACKAGE_DEPENDS "libqeldevices1 (= ${this_version})")
+set(CPACK_DEBIAN_TOOLS_PACKAGE_DEPENDS
+    "libqeldevices1 (= ${this_version}), libqelfrontend0 (= ${this_version})")
 set(CPACK_DEBIAN_TOOLS_DESCRIPTION "${summary} (command line tool)
 ${introduction}
 .

@@ -1,5 +1,7 @@
-#ifndef FRONTEND_CONFIGURATION_H
-#define FRONTEND_CONFIGURATION_H
+#ifndef QELFRONTEND_CONFIGURATION_H
+#define QELFRONTEND_CONFIGURATION_H
+
+#include "export.h"
 
 #include <QtCore/QJsonObject>
 #include <QtCore/QString>
@@ -37,23 +39,25 @@ namespace qel::frontend {
 /// run. An empty configuration for a feature without settings is an invalid value.
 /// @param descriptor what Device::descriptor() says of the feature
 /// @return nothing, and a sentence for everything that is wrong in `problems`
-std::optional<QVariant> readConfiguration(const QJsonObject &configuration,
-                                          const QVariant &descriptor, QStringList *problems);
+QELFRONTEND_EXPORT std::optional<QVariant> readConfiguration(const QJsonObject &configuration,
+                                                             const QVariant &descriptor,
+                                                             QStringList *problems);
 
 /// Adds `assignment`, a text of the form KEY=VALUE, to `configuration`. Lists are separated by
 /// commas, as in "wavelengths=450,620"; otherwise the value is written as in the JSON form, without
 /// quotation marks. An entry of the same key is replaced.
 /// @return false, and a sentence in `problem`, when `assignment` has no "=" or names no setting
-bool assignSetting(QJsonObject *configuration, const QString &assignment,
-                   const QVariant &descriptor, QString *problem);
+QELFRONTEND_EXPORT bool assignSetting(QJsonObject *configuration, const QString &assignment,
+                                      const QVariant &descriptor, QString *problem);
 
 /// Writes a typed record in the form that readConfiguration() reads. Entries of types without such
 /// a form are left out.
-QJsonObject writeConfiguration(const QVariant &record, const QVariant &descriptor);
+QELFRONTEND_EXPORT QJsonObject writeConfiguration(const QVariant &record,
+                                                  const QVariant &descriptor);
 
 /// Says what the setting `key` may be, for instance "whole numbers from 300 to 1000 nm". Empty when
 /// the descriptor does not name the setting.
-QString describeSetting(const QString &key, const QVariant &descriptor);
+QELFRONTEND_EXPORT QString describeSetting(const QString &key, const QVariant &descriptor);
 
 } // namespace qel::frontend
 

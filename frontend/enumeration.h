@@ -1,5 +1,7 @@
-#ifndef FRONTEND_ENUMERATION_H
-#define FRONTEND_ENUMERATION_H
+#ifndef QELFRONTEND_ENUMERATION_H
+#define QELFRONTEND_ENUMERATION_H
+
+#include "export.h"
 
 #include <qeldevices/devicebroker.h>
 #include <qeldevices/deviceinfo.h>
@@ -23,7 +25,7 @@ struct DriverAnswer
 };
 
 /// The instruments that can be opened at one moment, driver by driver.
-struct Enumeration
+struct QELFRONTEND_EXPORT Enumeration
 {
     QList<DriverAnswer> answers; ///< sorted by driver
 
@@ -34,10 +36,10 @@ struct Enumeration
 /// Asks the drivers for their instruments, one after another.
 /// @param drivers the names of those to ask; empty means all. A name that is not registered is left
 /// out of the answers.
-Enumeration enumerate(const QStringList &drivers = QStringList());
+QELFRONTEND_EXPORT Enumeration enumerate(const QStringList &drivers = QStringList());
 
 /// How two enumerations differ.
-struct EnumerationChange
+struct QELFRONTEND_EXPORT EnumerationChange
 {
     QList<devices::DeviceInfo> arrived; ///< there now and not before
     QList<devices::DeviceInfo> left;    ///< there before and not now
@@ -53,12 +55,13 @@ struct EnumerationChange
 /// Two records of one driver mean the same instrument when their serials are equal and not empty,
 /// or when their locations are equal and one of them has no serial or both have the same: another
 /// serial in the same place is another instrument.
-EnumerationChange difference(const QList<devices::DeviceInfo> &before,
-                             const QList<devices::DeviceInfo> &now);
+QELFRONTEND_EXPORT EnumerationChange difference(const QList<devices::DeviceInfo> &before,
+                                                const QList<devices::DeviceInfo> &now);
 
 /// The plugin whose file holds the driver registered as `driver`. Nothing when the driver is not
 /// registered or was not loaded from a plugin, or where the system cannot tell.
-std::optional<devices::DeviceBroker::DevicePluginInfo> pluginOfDriver(const QString &driver);
+QELFRONTEND_EXPORT std::optional<devices::DeviceBroker::DevicePluginInfo>
+pluginOfDriver(const QString &driver);
 
 } // namespace qel::frontend
 

@@ -13,7 +13,7 @@
 // The macro wants the global namespace.
 static void initResources()
 {
-    Q_INIT_RESOURCE(frontend_translations);
+    Q_INIT_RESOURCE(qelfrontend_translations);
 }
 
 namespace qel::frontend {

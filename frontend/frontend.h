@@ -1,5 +1,7 @@
-#ifndef FRONTEND_FRONTEND_H
-#define FRONTEND_FRONTEND_H
+#ifndef QELFRONTEND_FRONTEND_H
+#define QELFRONTEND_FRONTEND_H
+
+#include "export.h"
 
 #include <QtCore/QLocale>
 
@@ -11,15 +13,15 @@ namespace qel::frontend {
 
 /// Registers the feature type and the payload types of the library with the meta-type system, so
 /// that they travel through queued connections and are found by name. Repeating it does nothing.
-void registerMetaTypes();
+QELFRONTEND_EXPORT void registerMetaTypes();
 
 /// Installs the catalogue for `locale` in the application, in place of the one installed before.
 /// English holds where there is no catalogue for `locale`, and before the first call.
-void installTranslations(const QLocale &locale = QLocale());
+QELFRONTEND_EXPORT void installTranslations(const QLocale &locale = QLocale());
 
 /// What `id`, a translation id that a driver or the library has handed out, says in the user's
 /// language; `id` itself when no installed catalogue holds it.
-QString translated(const QString &id);
+QELFRONTEND_EXPORT QString translated(const QString &id);
 
 } // namespace qel::frontend
 

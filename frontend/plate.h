@@ -1,5 +1,7 @@
-#ifndef FRONTEND_PLATE_H
-#define FRONTEND_PLATE_H
+#ifndef QELFRONTEND_PLATE_H
+#define QELFRONTEND_PLATE_H
+
+#include "export.h"
 
 #include <qeldevices/device.h>
 
@@ -34,13 +36,13 @@ struct Plate
 };
 
 /// Whether `feature` delivers a plate.
-bool isMeasurement(devices::Device::DeviceFeature feature);
+QELFRONTEND_EXPORT bool isMeasurement(devices::Device::DeviceFeature feature);
 
 /// Reads the result of a measuring feature.
 /// @return nothing, and a sentence in `problem`, when it is not shaped as one: keys missing, of
 /// another type, or with the wrong number of values
-std::optional<Plate> plateFromResult(devices::Device::DeviceFeature feature, const QVariant &result,
-                                     QString *problem);
+QELFRONTEND_EXPORT std::optional<Plate> plateFromResult(devices::Device::DeviceFeature feature,
+                                                        const QVariant &result, QString *problem);
 
 } // namespace qel::frontend
 

@@ -1,6 +1,7 @@
-#ifndef FRONTEND_PLATECSV_H
-#define FRONTEND_PLATECSV_H
+#ifndef QELFRONTEND_PLATECSV_H
+#define QELFRONTEND_PLATECSV_H
 
+#include "export.h"
 #include "plate.h"
 
 #include <qeldevices/deviceinfo.h>
@@ -16,15 +17,15 @@ namespace qel::frontend {
 
 /// One grid for each read, separated by an empty line, in the layout of the `plater` format: the
 /// top left cell names the values ("450 nm (OD)"), columns are numbered, rows lettered.
-QByteArray plateCsv(const Plate &plate);
+QELFRONTEND_EXPORT QByteArray plateCsv(const Plate &plate);
 
 /// The first line of tidyCsv(), the names of its columns.
-QByteArray tidyCsvHeader();
+QELFRONTEND_EXPORT QByteArray tidyCsvHeader();
 
 /// One line for each well and read, in the columns device, serial, started_at, temperature_celsius,
 /// read, wavelength_nm, integration_time_ms, well, row, column, value, unit. Reads and columns are
 /// numbered from 1; what is not known is empty.
-QByteArray tidyCsv(const Plate &plate, const devices::DeviceInfo &device);
+QELFRONTEND_EXPORT QByteArray tidyCsv(const Plate &plate, const devices::DeviceInfo &device);
 
 } // namespace qel::frontend
 

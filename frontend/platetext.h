@@ -1,6 +1,7 @@
-#ifndef FRONTEND_PLATETEXT_H
-#define FRONTEND_PLATETEXT_H
+#ifndef QELFRONTEND_PLATETEXT_H
+#define QELFRONTEND_PLATETEXT_H
 
+#include "export.h"
 #include "plate.h"
 
 #include <QtCore/QString>
@@ -16,7 +17,8 @@ struct PlateTextStyle
 
 /// A plate as a table for people, one for each read: title, numbered columns, lettered rows,
 /// numbers rounded to what is worth reading. A well that was not measured is "-".
-QString plateText(const Plate &plate, const PlateTextStyle &style = PlateTextStyle());
+QELFRONTEND_EXPORT QString plateText(const Plate &plate,
+                                     const PlateTextStyle &style = PlateTextStyle());
 
 } // namespace qel::frontend
 

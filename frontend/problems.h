@@ -1,5 +1,7 @@
-#ifndef FRONTEND_PROBLEMS_H
-#define FRONTEND_PROBLEMS_H
+#ifndef QELFRONTEND_PROBLEMS_H
+#define QELFRONTEND_PROBLEMS_H
+
+#include "export.h"
 
 #include <qelvalues/problem.h>
 
@@ -8,7 +10,7 @@
 namespace qel::frontend {
 
 /// What is wrong with a value, as a sentence in the user's language.
-QString explain(const values::Problem &problem);
+QELFRONTEND_EXPORT QString explain(const values::Problem &problem);
 
 } // namespace qel::frontend
 

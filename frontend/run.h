@@ -1,5 +1,7 @@
-#ifndef FRONTEND_RUN_H
-#define FRONTEND_RUN_H
+#ifndef QELFRONTEND_RUN_H
+#define QELFRONTEND_RUN_H
+
+#include "export.h"
 
 #include <qeldevices/device.h>
 
@@ -20,7 +22,7 @@
 namespace qel::frontend {
 
 /// How a run ended.
-struct Outcome
+struct QELFRONTEND_EXPORT Outcome
 {
     /// The ways in which a run can end.
     enum Kind {
@@ -88,7 +90,7 @@ struct RunRequest
 /// Lives in the device's thread and needs its event loop. Slots connected to any signal but
 /// finished() are called from within the driver's own code: do not delete the device or the run
 /// there.
-class Run : public QObject
+class QELFRONTEND_EXPORT QELFRONTEND_EXPORT QELFRONTEND_EXPORT Run : public QObject
 {
     Q_OBJECT
 

@@ -1,6 +1,7 @@
-#ifndef FRONTEND_RUNJSON_H
-#define FRONTEND_RUNJSON_H
+#ifndef QELFRONTEND_RUNJSON_H
+#define QELFRONTEND_RUNJSON_H
 
+#include "export.h"
 #include "run.h"
 
 #include <qeldevices/devicebroker.h>
@@ -29,7 +30,7 @@ struct RunRecord
 constexpr int runJsonVersion = 1;
 
 /// An instrument's identity: "interface", "driver", "location", "name" and "serial", all strings.
-QJsonObject deviceToJson(const devices::DeviceInfo &device);
+QELFRONTEND_EXPORT QJsonObject deviceToJson(const devices::DeviceInfo &device);
 
 /// A run as a JSON document for programs:
 ///
@@ -55,7 +56,7 @@ QJsonObject deviceToJson(const devices::DeviceInfo &device);
 ///
 /// @return nothing, and a sentence in `problem`, when the result cannot be written or is that of a
 /// measurement and not shaped as one
-std::optional<QJsonObject> runToJson(const RunRecord &record, QString *problem);
+QELFRONTEND_EXPORT std::optional<QJsonObject> runToJson(const RunRecord &record, QString *problem);
 
 } // namespace qel::frontend
 

@@ -1,5 +1,7 @@
-#ifndef FRONTEND_SELECTION_H
-#define FRONTEND_SELECTION_H
+#ifndef QELFRONTEND_SELECTION_H
+#define QELFRONTEND_SELECTION_H
+
+#include "export.h"
 
 #include <qeldevices/device.h>
 #include <qeldevices/deviceinfo.h>
@@ -16,7 +18,7 @@ namespace qel::frontend {
 /// before any case.
 /// @return nothing, and a sentence in `problem` that lists the candidates, when `text` means none
 /// or several
-std::optional<devices::DeviceInfo>
+QELFRONTEND_EXPORT std::optional<devices::DeviceInfo>
 selectDevice(const QString &text, const QList<devices::DeviceInfo> &devices, QString *problem);
 
 /// The feature that `text` means: the enumerator with or without "DF_", in any letter case and with
@@ -24,13 +26,15 @@ selectDevice(const QString &text, const QList<devices::DeviceInfo> &devices, QSt
 /// Device::DF_None is none.
 /// @return nothing, and a sentence in `problem` that lists the candidates, when `text` means none
 /// or several
-std::optional<devices::Device::DeviceFeature> selectFeature(const QString &text, QString *problem);
+QELFRONTEND_EXPORT std::optional<devices::Device::DeviceFeature> selectFeature(const QString &text,
+                                                                               QString *problem);
 
 /// The features that `device` offers, in ascending order.
-QList<devices::Device::DeviceFeature> offeredFeatures(const devices::Device &device);
+QELFRONTEND_EXPORT QList<devices::Device::DeviceFeature>
+offeredFeatures(const devices::Device &device);
 
 /// `driver/location`, the name of a device that is always there.
-QString devicePath(const devices::DeviceInfo &info);
+QELFRONTEND_EXPORT QString devicePath(const devices::DeviceInfo &info);
 
 } // namespace qel::frontend
 

@@ -1,8 +1,8 @@
 // Feeds what the fuzzer makes up to everything that reads JSON or a driver's values.
-#include "configuration.h"
-#include "plate.h"
-#include "platecsv.h"
-#include "platetext.h"
+#include <qelfrontend/configuration.h>
+#include <qelfrontend/plate.h>
+#include <qelfrontend/platecsv.h>
+#include <qelfrontend/platetext.h>
 
 #include <qelvalues/valuecodec.h>
 

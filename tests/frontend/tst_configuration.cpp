@@ -1,6 +1,6 @@
-#include "configuration.h"
-#include "frontend.h"
-#include "wells.h"
+#include <qelfrontend/configuration.h>
+#include <qelfrontend/frontend.h>
+#include <qelfrontend/wells.h>
 
 #include <qeldevices/device.h>
 #include <qelvalues/valuecodec.h>

@@ -1,8 +1,8 @@
-#include "frontend.h"
-#include "plate.h"
-#include "platecsv.h"
-#include "platetext.h"
-#include "runjson.h"
+#include <qelfrontend/frontend.h>
+#include <qelfrontend/plate.h>
+#include <qelfrontend/platecsv.h>
+#include <qelfrontend/platetext.h>
+#include <qelfrontend/runjson.h>
 
 #include <qelvalues/valuecodec.h>
 

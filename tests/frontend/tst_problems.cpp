@@ -1,5 +1,5 @@
-#include "frontend.h"
-#include "problems.h"
+#include <qelfrontend/frontend.h>
+#include <qelfrontend/problems.h>
 
 #include <QtTest/QTest>
 

@@ -1,6 +1,6 @@
 #include "fakedevice.h"
-#include "frontend.h"
-#include "run.h"
+#include <qelfrontend/frontend.h>
+#include <qelfrontend/run.h>
 
 #include <qeldevices/deviceerrors.h>
 

@@ -1,6 +1,6 @@
-#include "enumeration.h"
-#include "frontend.h"
-#include "selection.h"
+#include <qelfrontend/enumeration.h>
+#include <qelfrontend/frontend.h>
+#include <qelfrontend/selection.h>
 
 #include <QtCore/QCoreApplication>
 #include <QtTest/QTest>

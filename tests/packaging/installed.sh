@@ -60,7 +60,7 @@ is_movable()
         test -f "$file" || continue
         path=$(readelf -d "$file" | sed -n 's/.*RUNPATH.*\[\(.*\)\]/\1/p')
         case $path in
-        "" | \$ORIGIN/*) ;;
+        "" | \$ORIGIN | \$ORIGIN/*) ;;
         *) fail "'$file' looks for libraries in '$path'" ;;
         esac
     done

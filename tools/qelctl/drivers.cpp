@@ -2,7 +2,7 @@
 #include "listing.h"
 #include "output.h"
 
-#include <enumeration.h>
+#include <qelfrontend/enumeration.h>
 
 #include <QtCore/QDir>
 #include <QtCore/QJsonArray>

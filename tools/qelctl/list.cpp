@@ -3,9 +3,9 @@
 #include "listing.h"
 #include "output.h"
 
-#include <enumeration.h>
-#include <runjson.h>
-#include <selection.h>
+#include <qelfrontend/enumeration.h>
+#include <qelfrontend/runjson.h>
+#include <qelfrontend/selection.h>
 
 #include <qelvalues/names.h>
 #include <qelvalues/valuecodec.h>

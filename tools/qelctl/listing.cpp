@@ -1,6 +1,6 @@
 #include "listing.h"
 
-#include <problems.h>
+#include <qelfrontend/problems.h>
 
 #include <qelvalues/valuecodec.h>
 

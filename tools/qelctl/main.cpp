@@ -3,7 +3,7 @@
 #include "output.h"
 #include "tool.h"
 
-#include <frontend.h>
+#include <qelfrontend/frontend.h>
 #include <worker.h>
 
 #include <qeldevices/qeldevices_global.h>

@@ -1,7 +1,7 @@
 #ifndef QELCTL_PROMPT_H
 #define QELCTL_PROMPT_H
 
-#include <run.h>
+#include <qelfrontend/run.h>
 
 #include <QtCore/QObject>
 #include <QtCore/QPointer>

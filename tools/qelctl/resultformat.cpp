@@ -4,12 +4,12 @@
 #include "output.h"
 #include "tool.h"
 
-#include <enumeration.h>
-#include <plate.h>
-#include <platecsv.h>
-#include <platetext.h>
-#include <problems.h>
-#include <runjson.h>
+#include <qelfrontend/enumeration.h>
+#include <qelfrontend/plate.h>
+#include <qelfrontend/platecsv.h>
+#include <qelfrontend/platetext.h>
+#include <qelfrontend/problems.h>
+#include <qelfrontend/runjson.h>
 
 #include <qelvalues/valuecodec.h>
 

@@ -1,7 +1,7 @@
 #ifndef QELCTL_RESULTFORMAT_H
 #define QELCTL_RESULTFORMAT_H
 
-#include <run.h>
+#include <qelfrontend/run.h>
 
 #include <qeldevices/device.h>
 

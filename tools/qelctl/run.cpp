@@ -6,10 +6,10 @@
 #include "statusline.h"
 #include "target.h"
 
-#include <configuration.h>
-#include <problems.h>
-#include <run.h>
-#include <selection.h>
+#include <qelfrontend/configuration.h>
+#include <qelfrontend/problems.h>
+#include <qelfrontend/run.h>
+#include <qelfrontend/selection.h>
 
 #include <qelvalues/names.h>
 #include <qelvalues/valuecodec.h>

@@ -4,10 +4,10 @@
 #include "output.h"
 #include "target.h"
 
-#include <configuration.h>
-#include <frontend.h>
-#include <runjson.h>
-#include <selection.h>
+#include <qelfrontend/configuration.h>
+#include <qelfrontend/frontend.h>
+#include <qelfrontend/runjson.h>
+#include <qelfrontend/selection.h>
 
 #include <qelvalues/names.h>
 

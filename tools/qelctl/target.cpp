@@ -5,8 +5,8 @@
 #include "statusline.h"
 #include "tool.h"
 
-#include <frontend.h>
-#include <selection.h>
+#include <qelfrontend/frontend.h>
+#include <qelfrontend/selection.h>
 
 #include <qeldevices/devicebroker.h>
 

@@ -1,7 +1,7 @@
 #ifndef QELCTL_TARGET_H
 #define QELCTL_TARGET_H
 
-#include <run.h>
+#include <qelfrontend/run.h>
 
 #include <qeldevices/device.h>
 

@@ -3,7 +3,7 @@
 #include "output.h"
 #include "statusline.h"
 
-#include <frontend.h>
+#include <qelfrontend/frontend.h>
 
 #include <qeldevices/devicebroker.h>
 #include <qeldevices/qeldevices_global.h>

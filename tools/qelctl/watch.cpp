@@ -4,8 +4,8 @@
 #include "output.h"
 #include "target.h"
 
-#include <frontend.h>
-#include <selection.h>
+#include <qelfrontend/frontend.h>
+#include <qelfrontend/selection.h>
 
 #include <qelvalues/names.h>
 #include <qelvalues/valuecodec.h>
