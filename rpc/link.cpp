@@ -1,0 +1,177 @@
+#include "link.h"
+
+#include "wire.h"
+
+#include <QtCore/QDeadlineTimer>
+#include <QtCore/QPointer>
+#include <QtCore/QTimer>
+
+#include <algorithm>
+#include <utility>
+
+namespace qel::rpc {
+
+using devices::DeviceInfo;
+
+Link::Link(QObject *parent)
+    : QObject(parent)
+{ }
+
+Link::~Link()
+{
+    if (m_watch) {
+        m_watch->detach();
+        m_watch->cancel();
+    }
+}
+
+void Link::connectTo(std::shared_ptr<grpc::Channel> channel)
+{
+    disconnect();
+    m_channel = std::move(channel);
+    m_stub = wire::Instruments::NewStub(m_channel);
+    m_watch = WatchClient::start([this](grpc::ClientContext *context, WatchClient *stream) {
+        m_stub->async()->Watch(context, stream);
+    });
+    m_watch->attach(this, [this] { read(); });
+    wire::Ask first;
+    *first.mutable_hello() = hello();
+    m_watch->send(std::move(first));
+}
+
+void Link::disconnect()
+{
+    if (m_watch) {
+        m_watch->detach();
+        m_watch->cancel();
+    }
+    m_watch = nullptr;
+    m_stub = nullptr;
+    m_channel = nullptr;
+    m_isReady = false;
+    m_isAsked = false;
+    m_instruments.clear();
+}
+
+bool Link::isReady() const
+{
+    return m_isReady;
+}
+
+void Link::waitUntilReady(std::chrono::milliseconds time)
+{
+    const QDeadlineTimer deadline(time);
+    while (m_watch && !m_isReady && !deadline.hasExpired()) {
+        if (!m_watch->wait(std::chrono::milliseconds(deadline.remainingTime())))
+            return;
+        read();
+    }
+}
+
+// Also called without news, by who has waited for some.
+void Link::read()
+{
+    const std::shared_ptr<WatchClient> watch = m_watch;
+    if (!watch)
+        return;
+    const QPointer<Link> self(this);
+    const bool isOver = watch->hasEnded();
+    const auto all = watch->take();
+    for (const wire::Told &told : all) {
+        hear(told);
+        if (!self || m_watch != watch)
+            return;
+    }
+    if (!isOver)
+        return;
+    const grpc::Status status = watch->status();
+    disconnect();
+    emit lost(status.ok() ? QStringLiteral("the other side has ended the connection")
+                          : fromWire(status.error_message()));
+}
+
+void Link::hear(const wire::Told &told)
+{
+    m_isAsked = false;
+    ++m_question;
+    if (!m_isReady) {
+        const QString problem = mismatch(told.hello());
+        if (!problem.isEmpty()) {
+            disconnect();
+            emit lost(problem);
+            return;
+        }
+        m_plugins.assign(told.plugins().begin(), told.plugins().end());
+    }
+    m_drivers.clear();
+    for (const std::string &driver : told.drivers())
+        m_drivers.append(fromWire(driver));
+    QList<DeviceInfo> instruments;
+    for (const wire::Record &record : told.records())
+        instruments.append(fromWire(record));
+    const bool isNews = instruments != m_instruments;
+    m_instruments = instruments;
+    const QPointer<Link> self(this);
+    if (!m_isReady) {
+        m_isReady = true;
+        emit ready();
+    }
+    if (self && isNews)
+        emit instrumentsChanged();
+}
+
+void Link::ask()
+{
+    if (!m_watch || !m_isReady || m_isAsked)
+        return;
+    m_isAsked = true;
+    m_watch->send(wire::Ask());
+    QTimer::singleShot(m_deadline, this, [this, question = m_question] {
+        // What has arrived may not have been looked at yet.
+        read();
+        if (m_isAsked && m_question == question)
+            reportSilence(QStringLiteral("availableDevices()"));
+    });
+}
+
+QList<DeviceInfo> Link::instruments()
+{
+    ask();
+    return m_instruments;
+}
+
+QStringList Link::drivers() const
+{
+    return m_drivers;
+}
+
+const std::vector<wire::Plugin> &Link::plugins() const
+{
+    return m_plugins;
+}
+
+std::shared_ptr<DriveClient> Link::drive()
+{
+    if (!m_isReady)
+        return nullptr;
+    return DriveClient::start([this](grpc::ClientContext *context, DriveClient *stream) {
+        m_stub->async()->Drive(context, stream);
+    });
+}
+
+std::chrono::milliseconds Link::deadline() const
+{
+    return m_deadline;
+}
+
+void Link::setDeadline(std::chrono::milliseconds deadline)
+{
+    m_deadline = deadline;
+}
+
+void Link::reportSilence(const QString &call)
+{
+    emit silent(call);
+}
+
+} // namespace qel::rpc

@@ -1,0 +1,88 @@
+#ifndef RPC_LINK_H
+#define RPC_LINK_H
+
+#include "instruments.grpc.pb.h"
+#include "stream.h"
+
+#include <qeldevices/deviceinfo.h>
+
+#include <QtCore/QList>
+#include <QtCore/QObject>
+#include <QtCore/QStringList>
+
+#include <chrono>
+#include <memory>
+
+namespace qel::rpc {
+
+using DriveClient = ClientStream<wire::Command, wire::Event>;
+using WatchClient = ClientStream<wire::Ask, wire::Told>;
+
+/// The near end of a connection to one DeviceServer: knows the instruments there and opens the
+/// streams of devices.
+///
+/// It is used from the thread that owns it. No call blocks, except the two that wait.
+class Link : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit Link(QObject *parent = nullptr);
+    ~Link() override;
+
+    /// Begins to talk over `channel`, in place of what was before.
+    void connectTo(std::shared_ptr<grpc::Channel> channel);
+    /// Ends every stream. Devices on the way see it as the loss of the far side.
+    void disconnect();
+
+    /// Whether the far side has introduced itself and is there.
+    bool isReady() const;
+    /// Blocks until the far side has introduced itself, or until it is lost.
+    void waitUntilReady(std::chrono::milliseconds time);
+
+    /// What the far side has told last, and asks it again. Empty while it is away.
+    QList<devices::DeviceInfo> instruments();
+    /// The names of the far drivers.
+    QStringList drivers() const;
+    /// The far plugins, as they introduced themselves.
+    const std::vector<wire::Plugin> &plugins() const;
+
+    /// Opens a stream for one device; null while the far side is away.
+    std::shared_ptr<DriveClient> drive();
+    /// How long the far side may take to answer one call.
+    std::chrono::milliseconds deadline() const;
+    void setDeadline(std::chrono::milliseconds deadline);
+
+    /// Called by devices: the far side does not answer `call`.
+    void reportSilence(const QString &call);
+
+Q_SIGNALS:
+    /// The far side has introduced itself.
+    void ready();
+    /// It has told of other instruments than before.
+    void instrumentsChanged();
+    /// The connection is over; `why` is a sentence.
+    void lost(const QString &why);
+    /// The far side does not answer `call`.
+    void silent(const QString &call);
+
+private:
+    void read();
+    void hear(const wire::Told &told);
+    void ask();
+
+    std::shared_ptr<grpc::Channel> m_channel;
+    std::unique_ptr<wire::Instruments::Stub> m_stub;
+    std::shared_ptr<WatchClient> m_watch;
+    bool m_isReady = false;
+    bool m_isAsked = false;
+    quint64 m_question = 0;
+    QList<devices::DeviceInfo> m_instruments;
+    QStringList m_drivers;
+    std::vector<wire::Plugin> m_plugins;
+    std::chrono::milliseconds m_deadline{2000};
+};
+
+} // namespace qel::rpc
+
+#endif

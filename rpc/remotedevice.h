@@ -1,0 +1,102 @@
+#ifndef RPC_REMOTEDEVICE_H
+#define RPC_REMOTEDEVICE_H
+
+#include "link.h"
+
+#include <qeldevices/device.h>
+
+#include <QtCore/QElapsedTimer>
+#include <QtCore/QHash>
+#include <QtCore/QList>
+#include <QtCore/QPointer>
+#include <QtCore/QSet>
+#include <QtCore/QTimer>
+
+#include <deque>
+
+namespace qel::rpc {
+
+/// The near end of a device: keeps the state of the far one, says everything that it says, in its
+/// order, and passes on what it is told to do.
+///
+/// No call waits for the far side. Where the contract of Device asks for something at once, the
+/// near end does it: the device is busy from execute() on, and what the far one was still about to
+/// say when it is closed or reset is not heard any more.
+///
+/// When the far side goes away or does not answer in time, the device is what the contract calls
+/// disconnected. It can be opened again once the far side is back.
+class RemoteDevice final : public devices::Device
+{
+    Q_OBJECT
+
+public:
+    /// @param info the identity here
+    /// @param farInfo the record by which the far side knows the instrument
+    /// @param link the connection to it, which may die before the device
+    RemoteDevice(const devices::DeviceInfo &info, const devices::DeviceInfo &farInfo, Link *link);
+    ~RemoteDevice() override;
+
+    bool open() override;
+    void close() override;
+    void update() override;
+    void reset() override;
+
+protected:
+    void executeImpl(DeviceFeature feature) override;
+    void confirmActionImpl(int actionId) override;
+    void abortActionImpl(int actionId) override;
+
+private:
+    struct Call
+    {
+        quint64 number;
+        wire::Command::WhatCase what;
+        QString name; // for people
+        QElapsedTimer age;
+    };
+
+    bool connectFar();
+    quint64 send(wire::Command command, const QString &name);
+    void sendConfiguration(DeviceFeature feature);
+    void read();
+    void watchDeadline();
+    void lose(const QString &infoTrId);
+    void end(DeviceFeature feature, bool ok, const QVariant &result);
+
+    void hear(const wire::Event &event);
+    void hearState(const wire::State &state);
+    void hearDone(const wire::Done &done);
+    void hearOpen(bool open);
+    void hearBusy(bool busy);
+    void hearFeatures(const wire::Features &features);
+    void makeAvailable(const wire::Features &features);
+    void hearDescriptor(const wire::FeatureValue &value);
+    void hearConfiguration(const wire::FeatureValue &value);
+    void hearTransient(const wire::FeatureValue &value);
+    void hearExecuted(const wire::Executed &executed);
+    void hearAction(const wire::Action &action);
+    bool isWaitingFor(wire::Command::WhatCase what) const;
+
+    const devices::DeviceInfo m_farInfo;
+    const QPointer<Link> m_link;
+    std::shared_ptr<DriveClient> m_stream;
+    QTimer m_deadline;
+    quint64 m_lastCall = 0;
+    std::deque<Call> m_calls; // sent and not yet answered
+    bool m_isFarOpen = false;
+    bool m_isFarBusy = false;
+    QSet<int> m_farFeatures;
+    // The last close() or reset() that the far side has not carried out yet; 0 is none.
+    quint64 m_interruption = 0;
+    QList<DeviceFeature> m_runs;      // executed and not yet ended
+    QList<DeviceFeature> m_withheld;  // of these, ended by the far side during an interruption
+    QSet<int> m_configured;           // features whose configuration belongs to the application
+    QHash<int, QString> m_unsendable; // configurations that cannot travel, and why
+    bool m_isConfiguring = false;
+    QHash<int, int> m_farActions; // far ids of requests by the near ones
+    int m_farAction = 0;          // the request that is being announced
+};
+
+} // namespace qel::rpc
+
+#endif

@@ -1,0 +1,92 @@
+#include "wire.h"
+
+#include "stream.h"
+
+#include <qelvalues/valuecodec.h>
+
+#include <qeldevices/qeldevices_global.h>
+
+namespace qel::rpc {
+
+using devices::DeviceInfo;
+using namespace values;
+
+// What stands around a value in a message is small.
+constexpr int maximumValueSize = maximumMessageSize - 1024 * 1024;
+
+std::string toWire(const QString &text)
+{
+    return text.toStdString();
+}
+
+QString fromWire(const std::string &text)
+{
+    return QString::fromStdString(text);
+}
+
+wire::Hello hello()
+{
+    wire::Hello hello;
+    hello.set_protocol(protocolVersion);
+    hello.set_library(toWire(devices::version()));
+    return hello;
+}
+
+QString mismatch(const wire::Hello &peer)
+{
+    if (peer.protocol() == protocolVersion)
+        return {};
+    return QStringLiteral(
+               "the other side speaks version %1 of the protocol (library %2), this side "
+               "version %3 (library %4); install the same release on both")
+        .arg(QString::number(peer.protocol()), fromWire(peer.library()).left(80),
+             QString::number(protocolVersion), devices::version());
+}
+
+wire::Record toWire(const DeviceInfo &info)
+{
+    wire::Record record;
+    record.set_interface(info.interface());
+    record.set_driver(toWire(info.driver()));
+    record.set_location(toWire(info.location()));
+    record.set_name(toWire(info.name()));
+    record.set_serial(toWire(info.serial()));
+    return record;
+}
+
+DeviceInfo fromWire(const wire::Record &record)
+{
+    return {DeviceInfo::Interface(record.interface()), fromWire(record.driver()),
+            fromWire(record.location()), fromWire(record.name()), fromWire(record.serial())};
+}
+
+wire::Value toWire(const QVariant &value)
+{
+    wire::Value travelling;
+    Problem problem;
+    const auto json = toJson(value, &problem);
+    const QByteArray text = json ? jsonText(*json) : QByteArray();
+    if (!json)
+        travelling.set_problem(toWire(toString(problem)));
+    else if (text.size() > maximumValueSize)
+        travelling.set_problem("the value is too large");
+    else
+        travelling.set_json(text.toStdString());
+    return travelling;
+}
+
+std::optional<QVariant> fromWire(const wire::Value &value, QString *problem)
+{
+    if (!value.problem().empty()) {
+        *problem = fromWire(value.problem());
+        return std::nullopt;
+    }
+    Problem fault;
+    const auto json = parseJson(QByteArray::fromStdString(value.json()), &fault);
+    const auto read = json ? fromJson(*json, &fault) : std::nullopt;
+    if (!read)
+        *problem = toString(fault);
+    return read;
+}
+
+} // namespace qel::rpc

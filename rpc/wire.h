@@ -1,0 +1,40 @@
+#ifndef RPC_WIRE_H
+#define RPC_WIRE_H
+
+#include "instruments.pb.h"
+
+#include <qeldevices/deviceinfo.h>
+
+#include <QtCore/QVariant>
+
+#include <optional>
+
+/// Drives instruments in other processes and on other machines: the device at the near end, and
+/// what serves it at the far one.
+namespace qel::rpc {
+
+/// The version of the protocol. It changes when an older peer would misunderstand.
+constexpr int protocolVersion = 1;
+
+/// How this side introduces itself.
+wire::Hello hello();
+
+/// What is wrong with the peer's introduction, as a sentence that names both versions; empty when
+/// nothing is.
+QString mismatch(const wire::Hello &peer);
+
+std::string toWire(const QString &text);
+QString fromWire(const std::string &text);
+
+wire::Record toWire(const devices::DeviceInfo &info);
+devices::DeviceInfo fromWire(const wire::Record &record);
+
+/// The value, or in its place why it cannot travel.
+wire::Value toWire(const QVariant &value);
+
+/// @return nothing, and a sentence in `problem`, for a value that could not travel
+std::optional<QVariant> fromWire(const wire::Value &value, QString *problem);
+
+} // namespace qel::rpc
+
+#endif

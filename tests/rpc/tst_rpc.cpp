@@ -1,0 +1,513 @@
+#include <deviceserver.h>
+#include <link.h>
+#include <remotedevice.h>
+#include <texts.h>
+#include <wire.h>
+
+#include <qeldevices/devicebroker.h>
+#include <qeldevices/deviceerrors.h>
+
+#include <QtTest/QtTest>
+
+#include <grpcpp/create_channel_posix.h>
+
+#include <fcntl.h>
+#include <functional>
+#include <sys/socket.h>
+
+using namespace qel::devices;
+using namespace qel::rpc;
+
+constexpr auto feature = Device::DF_Orientation;
+constexpr auto other = Device::DF_Calibration;
+
+namespace {
+
+// A device that does what the test tells it. The test finds it here.
+class FarDevice : public Device
+{
+public:
+    explicit FarDevice(const DeviceInfo &info)
+        : Device(info, nullptr)
+    {
+        current = this;
+    }
+    ~FarDevice() override
+    {
+        current = nullptr;
+    }
+
+    bool open() override
+    {
+        addFeature(feature);
+        setDescriptor(other, QVariantHash{{"unit", "m"}});
+        setOpen(true);
+        return true;
+    }
+    void close() override
+    {
+        calls += "close";
+        setStatus({});
+        if (running)
+            emit executed(feature, false);
+    }
+    void update() override
+    {
+        calls += "update";
+    }
+    void reset() override
+    {
+        calls += "reset";
+        setBusy(false);
+        setError(NO_DEVICE_ERROR, {});
+    }
+    void executeImpl(DeviceFeature executedFeature) override
+    {
+        calls += QStringLiteral("execute %1").arg(executedFeature);
+        onExecute(this);
+    }
+    void confirmActionImpl(int id) override
+    {
+        calls += QStringLiteral("confirm %1").arg(id);
+    }
+    void abortActionImpl(int id) override
+    {
+        calls += QStringLiteral("abort %1").arg(id);
+    }
+
+    static FarDevice *current;
+    std::function<void(FarDevice *)> onExecute = [](FarDevice *device) { device->setBusy(true); };
+    bool running = false;
+    QStringList calls;
+};
+
+FarDevice *FarDevice::current = nullptr;
+
+class FarDriver : public DeviceDriver
+{
+public:
+    QString name() override
+    {
+        return "far";
+    }
+    Device *createDevice(const DeviceInfo &info) override
+    {
+        return info.location() == "here" ? new FarDevice(info) : nullptr;
+    }
+    QList<DeviceInfo> availableDevices() override
+    {
+        return {record()};
+    }
+    static DeviceInfo record(const QString &location = "here")
+    {
+        return {DeviceInfo::Serial, "far", location, "Réader", "S-1"};
+    }
+};
+
+// A server and a link to it, over a pair of sockets, in one process.
+class Pair
+{
+public:
+    Pair()
+    {
+        int ends[2];
+        if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK, 0, ends) != 0)
+            qFatal("no sockets");
+        server->serveSocket(ends[0]);
+        link.connectTo(grpc::CreateInsecureChannelFromFd("test", ends[1]));
+    }
+
+    std::unique_ptr<DeviceServer> server = std::make_unique<DeviceServer>();
+    Link link;
+};
+
+// Every signal of a device, in words.
+class Heard : public QObject
+{
+public:
+    explicit Heard(Device *device)
+    {
+        connect(device, &Device::openChanged, this, [this](bool on) { note("open", on); });
+        connect(device, &Device::busyChanged, this, [this](bool on) { note("busy", on); });
+        connect(device, &Device::nameChanged, this, [this] { note("name"); });
+        connect(device, &Device::serialChanged, this, [this] { note("serial"); });
+        connect(device, &Device::featuresChanged, this, [this] { note("features"); });
+        connect(device, &Device::descriptorChanged, this, [this](int f) { note("descriptor", f); });
+        connect(device, &Device::configurationChanged, this,
+                [this](int f) { note("configuration", f); });
+        connect(device, &Device::errorChanged, this,
+                [this, device] { note("error", device->errorCode()); });
+        connect(device, &Device::transientValue, this,
+                [this](int, const QVariant &value) { note("transient", value.toInt()); });
+        connect(device, &Device::executed, this, [this](int f, bool ok, const QVariant &result) {
+            note("executed", f, ok);
+            results += result;
+        });
+        connect(device, &Device::actionRequired, this, [this](int id, const QString &text) {
+            note("action");
+            actionId = id;
+            action = text;
+        });
+    }
+
+    template<typename... Numbers>
+    void note(const char *what, Numbers... numbers)
+    {
+        QStringList words{what};
+        (words.append(QString::number(numbers)), ...);
+        all += words.join(' ');
+    }
+
+    QStringList take()
+    {
+        return std::exchange(all, {});
+    }
+
+    QStringList all;
+    QVariantList results;
+    int actionId = -1;
+    QString action;
+};
+
+} // namespace
+
+class tst_Rpc : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void init();
+    void cleanup();
+
+    void tellsTheInstruments();
+    void refusesAnotherVersion();
+    void mirrorsEverySignalInOrder();
+    void mirrorsTheFeatureTable();
+    void keepsConfigurationsForTheFarDevice();
+    void endsAnInstantRunOnceAndIdle();
+    void endsRunsThatAreInterruptedWithoutAResult_data();
+    void endsRunsThatAreInterruptedWithoutAResult();
+    void withdrawsAnOpening();
+    void mapsActions();
+    void saysWhatCannotTravel();
+    void isDisconnectedWhenTheFarSideGoes();
+    void isDisconnectedWhenTheFarSideIsSilent();
+    void learnsThatThereIsNoSuchInstrument();
+    void opensAgainWithTheNextConnection();
+    void mergesProgressOnly();
+    void deletesTheFarDeviceWithTheNearOne();
+
+private:
+    void open();
+    static FarDevice *far()
+    {
+        return FarDevice::current;
+    }
+
+    std::unique_ptr<Pair> m_pair;
+    std::unique_ptr<RemoteDevice> m_device;
+    std::unique_ptr<Heard> m_heard;
+};
+
+void tst_Rpc::initTestCase()
+{
+    QLoggingCategory::setFilterRules("qel.devices*=false");
+    DeviceBroker::addDriver(std::make_shared<FarDriver>());
+}
+
+void tst_Rpc::init()
+{
+    m_pair = std::make_unique<Pair>();
+    QTRY_VERIFY(m_pair->link.isReady());
+    m_device =
+        std::make_unique<RemoteDevice>(FarDriver::record(), FarDriver::record(), &m_pair->link);
+    m_heard = std::make_unique<Heard>(m_device.get());
+}
+
+void tst_Rpc::cleanup()
+{
+    m_device.reset();
+    m_pair.reset();
+    QCOMPARE(FarDevice::current, nullptr);
+}
+
+void tst_Rpc::open()
+{
+    QVERIFY(m_device->open());
+    QTRY_VERIFY(m_device->isOpen());
+    m_heard->take();
+}
+
+void tst_Rpc::tellsTheInstruments()
+{
+    QCOMPARE(m_pair->link.drivers(), QStringList{"far"});
+    QVERIFY(m_pair->link.instruments() == QList<DeviceInfo>{FarDriver::record()});
+}
+
+void tst_Rpc::refusesAnotherVersion()
+{
+    int ends[2];
+    QCOMPARE(::socketpair(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK, 0, ends), 0);
+    m_pair->server->serveSocket(ends[0]);
+    const auto stub =
+        wire::Instruments::NewStub(grpc::CreateInsecureChannelFromFd("test", ends[1]));
+    const auto stream = WatchClient::start([&](grpc::ClientContext *context, WatchClient *watch) {
+        stub->async()->Watch(context, watch);
+    });
+    wire::Ask ask;
+    ask.mutable_hello()->set_protocol(protocolVersion + 1);
+    ask.mutable_hello()->set_library("v9.9");
+    stream->send(ask);
+    QTRY_VERIFY(stream->hasEnded());
+    QCOMPARE(stream->status().error_code(), grpc::StatusCode::FAILED_PRECONDITION);
+    const QString why = fromWire(stream->status().error_message());
+    QVERIFY2(why.contains("version 2") && why.contains("v9.9") && why.contains("version 1"),
+             qPrintable(why));
+}
+
+void tst_Rpc::mirrorsEverySignalInOrder()
+{
+    open();
+    far()->setName("Other");
+    far()->setBusy(true);
+    emit far()->transientValue(feature, 1);
+    far()->setError(ERROR_DEVICE_TIMEOUT, "info");
+    emit far()->transientValue(feature, 2);
+    far()->setSerial("S-2");
+    far()->setConfiguration(other, 7);
+    far()->setBusy(false);
+    far()->setError(NO_DEVICE_ERROR, "");
+    emit far()->executed(feature, true, 9);
+    far()->setOpen(false);
+    const QStringList expected{"name",        "busy 1",       "transient 1",     "error 32772",
+                               "transient 2", "serial",       "configuration 4", "busy 0",
+                               "error 0",     "executed 9 1", "open 0"};
+    QTRY_COMPARE(m_heard->all.size(), expected.size());
+    QCOMPARE(m_heard->all, expected);
+    QCOMPARE(m_device->name(), QString("Other"));
+    QCOMPARE(m_device->serial(), QString("S-2"));
+    QCOMPARE(m_device->configuration(other), QVariant(7));
+    QCOMPARE(m_heard->results, QVariantList{9});
+}
+
+void tst_Rpc::mirrorsTheFeatureTable()
+{
+    QVERIFY(m_device->open());
+    QTRY_VERIFY(m_device->isOpen());
+    QCOMPARE(m_heard->take(), (QStringList{"features", "descriptor 4", "open 1"}));
+    QVERIFY(m_device->hasFeature(feature));
+    QVERIFY(m_device->hasFeature(other));
+    QCOMPARE(m_device->descriptor(other), QVariant(QVariantHash{{"unit", "m"}}));
+
+    far()->removeFeature(other);
+    far()->addFeature(feature);
+    far()->addFeature(Device::DF_LedBarEffect);
+    QTRY_COMPARE(m_heard->all.size(), 3);
+    QVERIFY(!m_device->hasFeature(other));
+    QVERIFY(m_device->hasFeature(Device::DF_LedBarEffect));
+    far()->addFeature(other);
+    QTRY_VERIFY(m_device->hasFeature(other));
+    QCOMPARE(m_device->descriptor(other), QVariant(QVariantHash{{"unit", "m"}}));
+}
+
+void tst_Rpc::keepsConfigurationsForTheFarDevice()
+{
+    const QVariant milliseconds = QVariant::fromValue(std::chrono::milliseconds(5));
+    m_device->setConfiguration(feature, milliseconds);
+    open();
+    QCOMPARE(far()->configuration(feature), milliseconds);
+    m_device->setConfiguration(feature, QVariant());
+    m_device->execute(feature);
+    QTRY_VERIFY(far()->isBusy());
+    QVERIFY(!far()->configuration(feature).isValid());
+    QCOMPARE(m_heard->take().count("configuration 9"), 1);
+}
+
+void tst_Rpc::endsAnInstantRunOnceAndIdle()
+{
+    open();
+    far()->onExecute = [](FarDevice *device) { emit device->executed(feature, true, 5); };
+    m_device->execute(feature);
+    QVERIFY(m_device->isBusy());
+    QTRY_COMPARE(m_heard->results.size(), 1);
+    QCOMPARE(m_heard->take(), (QStringList{"busy 1", "busy 0", "executed 9 1"}));
+}
+
+void tst_Rpc::endsRunsThatAreInterruptedWithoutAResult_data()
+{
+    QTest::addColumn<bool>("closes");
+    QTest::addColumn<bool>("isOver");
+    QTest::newRow("close, over by then") << true << true;
+    QTest::newRow("close") << true << false;
+    QTest::newRow("reset, over by then") << false << true;
+}
+
+void tst_Rpc::endsRunsThatAreInterruptedWithoutAResult()
+{
+    QFETCH(bool, closes);
+    QFETCH(bool, isOver);
+    open();
+    far()->running = !isOver;
+    if (isOver)
+        far()->onExecute = [](FarDevice *device) { emit device->executed(feature, true, 5); };
+    m_device->execute(feature);
+    if (closes)
+        m_device->close();
+    else
+        m_device->reset();
+    QTRY_COMPARE(m_heard->results.size(), 1);
+    QTest::qWait(20);
+    const QStringList heard = m_heard->take();
+    QCOMPARE(heard.constLast(), QString("executed 9 0"));
+    QVERIFY(!m_heard->results.constFirst().isValid());
+    QCOMPARE(m_device->isOpen(), !closes);
+    QVERIFY(!m_device->isBusy());
+    QCOMPARE(m_heard->results.size(), 1);
+}
+
+void tst_Rpc::withdrawsAnOpening()
+{
+    m_device->open();
+    m_device->close();
+    QTRY_VERIFY(far() && far()->calls.contains("close"));
+    QTest::qWait(20);
+    QVERIFY(!m_heard->all.contains("open 1"));
+    QVERIFY(!m_device->isOpen());
+    open();
+}
+
+void tst_Rpc::mapsActions()
+{
+    open();
+    // Ids of both sides come from one counter here: leave a gap.
+    const int farId = far()->emitActionRequired("far-text");
+    QTRY_VERIFY(!m_heard->action.isEmpty());
+    QCOMPARE(m_heard->action, QString("far-text"));
+    QVERIFY(m_heard->actionId != farId);
+    m_device->confirmAction(m_heard->actionId + 100);
+    m_device->confirmAction(m_heard->actionId);
+    m_device->abortAction(m_heard->actionId);
+    QTRY_COMPARE(far()->calls.size(), 2);
+    QCOMPARE(far()->calls,
+             (QStringList{QStringLiteral("confirm %1").arg(farId),
+                          QStringLiteral("abort %1").arg(farId)}));
+
+    // An answer from within the signal.
+    connect(m_device.get(), &Device::actionRequired, m_device.get(),
+            [this](int id) { m_device->abortAction(id); });
+    const int second = far()->emitActionRequired("far-text");
+    QTRY_COMPARE(far()->calls.constLast(), QStringLiteral("abort %1").arg(second));
+}
+
+void tst_Rpc::saysWhatCannotTravel()
+{
+    open();
+    const QVariant stranger = QVariant::fromValue(QPersistentModelIndex());
+    m_device->setConfiguration(feature, stranger);
+    m_device->execute(feature);
+    QCOMPARE(m_device->errorCode(), int(ERROR_DEVICE_INVALID_CONFIGURATION));
+    QCOMPARE(m_device->errorAdditionalInfoTrId(), QString("qel-remote-value"));
+    QCOMPARE(m_heard->results.size(), 1);
+
+    m_device->setConfiguration(feature, QVariant());
+    far()->onExecute = [&](FarDevice *device) { emit device->executed(feature, true, stranger); };
+    m_device->execute(feature);
+    QTRY_COMPARE(m_heard->results.size(), 2);
+    QVERIFY(m_heard->all.contains("executed 9 0"));
+    QCOMPARE(m_device->errorCode(), int(ERROR_DEVICE_VENDOR_SPECIFIC));
+}
+
+void tst_Rpc::isDisconnectedWhenTheFarSideGoes()
+{
+    open();
+    m_device->execute(feature);
+    QTRY_VERIFY(far() && far()->isBusy());
+    m_heard->take();
+    m_pair->server.reset();
+    QTRY_COMPARE(m_heard->results.size(), 1);
+    QCOMPARE(m_heard->take(), (QStringList{"open 0", "busy 0", "error 32777", "executed 9 0"}));
+    QVERIFY(!m_device->open());
+    m_device->close();
+    m_device->update();
+    m_device->reset();
+    QCOMPARE(m_device->errorCode(), 0);
+}
+
+void tst_Rpc::isDisconnectedWhenTheFarSideIsSilent()
+{
+    open();
+    m_pair->link.setDeadline(std::chrono::milliseconds(50));
+    QSignalSpy silent(&m_pair->link, &Link::silent);
+    // The far side answers late, while the near one keeps turning.
+    far()->onExecute = [this](FarDevice *) {
+        QEventLoop loop;
+        connect(m_device.get(), &Device::executed, &loop, &QEventLoop::quit);
+        loop.exec();
+    };
+    m_device->execute(feature);
+    QTRY_COMPARE(silent.count(), 1);
+    QCOMPARE(silent.at(0).at(0).toString(), QString("execute(DF_Orientation)"));
+    QCOMPARE(m_heard->results.size(), 1);
+    QCOMPARE(m_device->errorCode(), int(ERROR_DEVICE_DISCONNECTED));
+    QCOMPARE(m_device->errorAdditionalInfoTrId(), QString("qel-remote-silent"));
+}
+
+void tst_Rpc::learnsThatThereIsNoSuchInstrument()
+{
+    RemoteDevice nowhere(FarDriver::record("nowhere"), FarDriver::record("nowhere"), &m_pair->link);
+    QVERIFY(nowhere.open());
+    QTRY_COMPARE(nowhere.errorCode(), int(ERROR_DEVICE_DISCONNECTED));
+    QVERIFY(!nowhere.isOpen());
+}
+
+void tst_Rpc::opensAgainWithTheNextConnection()
+{
+    open();
+    m_device->setConfiguration(feature, 3);
+    Pair next;
+    m_pair->server.reset();
+    QTRY_VERIFY(!m_device->isOpen());
+    m_pair->server = std::move(next.server);
+    next.link.disconnect();
+    int ends[2];
+    QCOMPARE(::socketpair(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK, 0, ends), 0);
+    m_pair->server->serveSocket(ends[0]);
+    m_pair->link.connectTo(grpc::CreateInsecureChannelFromFd("again", ends[1]));
+    QTRY_VERIFY(m_pair->link.isReady());
+    m_heard->take();
+    QVERIFY(m_device->open());
+    QTRY_VERIFY(m_device->isOpen());
+    QCOMPARE(m_device->errorCode(), 0);
+    QCOMPARE(far()->configuration(feature), QVariant(3));
+    QVERIFY(m_device->hasFeature(other));
+}
+
+void tst_Rpc::mergesProgressOnly()
+{
+    open();
+    QList<double> steps;
+    connect(m_device.get(), &Device::transientValue, this,
+            [&](Device::DeviceFeature, const QVariant &value) {
+                steps.append(value.toHash().value("progress").toDouble());
+            });
+    constexpr int many = 20000;
+    for (int i = 1; i <= many; ++i)
+        emit far()->transientValue(feature, QVariantHash{{"progress", double(i) / many}});
+    for (int i = 0; i < 100; ++i)
+        emit far()->executed(feature, true, i);
+    QTRY_COMPARE(m_heard->results.size(), 100);
+    QVERIFY(std::is_sorted(steps.cbegin(), steps.cend()));
+    QCOMPARE(steps.constLast(), 1.0);
+    QVERIFY(steps.size() < many);
+}
+
+void tst_Rpc::deletesTheFarDeviceWithTheNearOne()
+{
+    open();
+    m_device.reset();
+    QTRY_COMPARE(FarDevice::current, nullptr);
+}
+
+QTEST_GUILESS_MAIN(tst_Rpc)
+#include "tst_rpc.moc"
