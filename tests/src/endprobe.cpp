@@ -77,6 +77,8 @@ static void loaderGoes(QPluginLoader *gone)
 int main(int argc, char **argv)
 {
     const QCoreApplication application(argc, argv);
+    LogCDevices(); // as init() does
+    LogCDriver();
     DeviceBroker::addDriver(std::make_shared<LastDriver>());
     const std::shared_ptr<QPluginLoader> shared(new QPluginLoader, loaderGoes);
     const_cast<std::weak_ptr<QPluginLoader> &>(loader) = shared;
