@@ -25,6 +25,18 @@ constexpr Text texts[] = {
     {Problem::ValueType, "value-type", "%1 is of type %2, which JSON is not defined for"},
     {Problem::ValueUnicode, "value-unicode", "%1 is no valid Unicode"},
     {Problem::ValueUnwritable, "value-unwritable", "%1 is a %2 that JSON cannot hold without loss"},
+    {Problem::Missing, "missing", "%1 is missing, not %2"},
+    {Problem::WrongType, "wrong-type", "%1 is %2, not %3"},
+    {Problem::Unexpected, "unexpected", "%1 is %2, not invalid"},
+    {Problem::WrongContent, "wrong-content", "%1 is \"%2\", not \"%3\""},
+    {Problem::NotUtc, "not-utc", "%1 is not a valid time in UTC"},
+    {Problem::OutOfRange, "out-of-range", "%1 is %2, which cannot be"},
+    {Problem::PlateSize, "plate-impossible", "%1 has a plate of %2 by %3 wells"},
+    {Problem::ReadCount, "read-count", "%1 has %2 reads, not %3"},
+    {Problem::WellCount, "well-count", "%1 has %2 values for %3 by %4 wells"},
+    {Problem::NotAsDescribed, "not-as-described", "%1 is %2, the descriptor says %3"},
+    {Problem::NotAsConfigured, "not-as-configured", "%1 is %2, the configuration says %3"},
+    {Problem::NotSelected, "not-selected", "%1 has a value for a well that was not selected"},
 };
 
 const Text &textOf(Problem::Code code)

@@ -26,10 +26,26 @@ struct Problem
         ValueType,       ///< of a type that JSON is not defined for: the type
         ValueUnicode,    ///< no valid Unicode
         ValueUnwritable, ///< JSON cannot hold it without loss: the type
+
+        // What a device hands out. The path says whether it is its result, descriptor or transient.
+        Missing,         ///< there is no value: the type wanted
+        WrongType,       ///< of another type: the type, the type wanted
+        Unexpected,      ///< a value where none belongs: the type
+        WrongContent,    ///< not what it has to be: what it is, what it has to be
+        NotUtc,          ///< no valid time, or not in UTC
+        OutOfRange,      ///< a number that cannot be: the number
+        PlateSize,       ///< no plate is that size: rows, columns
+        ReadCount,       ///< reads too many or too few: the number, the number wanted
+        WellCount,       ///< a read of another size than its plate: its values, rows, columns
+        NotAsDescribed,  ///< differs from the descriptor: what it is, what the descriptor says
+        NotAsConfigured, ///< differs from the configuration: what it is, what was configured
+        NotSelected,     ///< a value for a well that was not to be measured
     };
 
     Code code = JsonSyntax;
-    QString path;        ///< the place, for instance "$.values[1]"; empty for the whole
+    /// The place: "$.values[1]" in JSON, "result.values[1]" in what a device hands out. Empty for
+    /// a whole JSON text.
+    QString path;
     QStringList details; ///< as the code says; texts from outside as they came
 };
 

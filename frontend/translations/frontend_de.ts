@@ -119,9 +119,37 @@
         <source></source>
         <translation> in Schritten von %1</translation>
     </message>
+    <message id="qelfrontend-missing">
+        <source></source>
+        <translation>Das Gerät hat „%1“ nicht geliefert, das %2 sein muss; melden Sie das dem Hersteller des Treibers</translation>
+    </message>
+    <message id="qelfrontend-not-as-configured">
+        <source></source>
+        <translation>Das Gerät hat „%1“ als %2 geliefert und sollte mit %3 messen; melden Sie das dem Hersteller des Treibers</translation>
+    </message>
+    <message id="qelfrontend-not-as-described">
+        <source></source>
+        <translation>Das Gerät hat „%1“ als %2 geliefert und beschreibt es als %3; melden Sie das dem Hersteller des Treibers</translation>
+    </message>
+    <message id="qelfrontend-not-selected">
+        <source></source>
+        <translation>Das Gerät hat „%1“ geliefert, den Wert einer Kavität, die nicht gemessen werden sollte; melden Sie das dem Hersteller des Treibers</translation>
+    </message>
+    <message id="qelfrontend-not-utc">
+        <source></source>
+        <translation>Das Gerät hat als „%1“ keinen gültigen Zeitpunkt in UTC geliefert; melden Sie das dem Hersteller des Treibers</translation>
+    </message>
+    <message id="qelfrontend-out-of-range">
+        <source></source>
+        <translation>Das Gerät hat „%1“ als %2 geliefert, was nicht sein kann; melden Sie das dem Hersteller des Treibers</translation>
+    </message>
     <message id="qelfrontend-plate-empty">
         <source></source>
         <translation>Das Gerät hat eine Platte ohne Werte geliefert; melden Sie das dem Hersteller des Treibers</translation>
+    </message>
+    <message id="qelfrontend-plate-impossible">
+        <source></source>
+        <translation>Das Gerät hat „%1“ mit einer Platte aus %2 mal %3 Kavitäten geliefert, was nicht sein kann; melden Sie das dem Hersteller des Treibers</translation>
     </message>
     <message id="qelfrontend-plate-none">
         <source></source>
@@ -142,6 +170,10 @@
     <message id="qelfrontend-plate-wavelengths">
         <source></source>
         <translation>Das Gerät hat ein fehlerhaftes Ergebnis geliefert: %1 Wellenlängen für %2 Messungen; melden Sie das dem Hersteller des Treibers</translation>
+    </message>
+    <message id="qelfrontend-read-count">
+        <source></source>
+        <translation>Das Gerät hat „%1“ mit %2 Messungen der Platte geliefert statt mit %3; melden Sie das dem Hersteller des Treibers</translation>
     </message>
     <message id="qelfrontend-run-aborted">
         <source></source>
@@ -211,6 +243,10 @@
         <source></source>
         <translation>Einstellung „%1“: „%2“ ist nicht erlaubt; anzugeben ist: %3</translation>
     </message>
+    <message id="qelfrontend-unexpected">
+        <source></source>
+        <translation>Das Gerät hat „%1“ als %2 geliefert, wo nichts hingehört; melden Sie das dem Hersteller des Treibers</translation>
+    </message>
     <message id="qelfrontend-value-content">
         <source></source>
         <translation>Der Wert bei %1 lässt sich nicht als %2 lesen</translation>
@@ -239,9 +275,21 @@
         <source></source>
         <translation>Der Wert bei %1 ist ein %2, den JSON nicht ohne Verlust aufnimmt</translation>
     </message>
+    <message id="qelfrontend-well-count">
+        <source></source>
+        <translation>Das Gerät hat „%1“ mit %2 Werten für %3 mal %4 Kavitäten geliefert; melden Sie das dem Hersteller des Treibers</translation>
+    </message>
     <message id="qelfrontend-wells-unknown">
         <source></source>
         <translation>„%1“ ist keine Kavität und kein Bereich; sie reichen von A1 bis %2</translation>
+    </message>
+    <message id="qelfrontend-wrong-content">
+        <source></source>
+        <translation>Das Gerät hat „%1“ als „%2“ geliefert statt als „%3“; melden Sie das dem Hersteller des Treibers</translation>
+    </message>
+    <message id="qelfrontend-wrong-type">
+        <source></source>
+        <translation>Das Gerät hat „%1“ als %2 geliefert statt als %3; melden Sie das dem Hersteller des Treibers</translation>
     </message>
 </context>
 </TS>

@@ -119,9 +119,37 @@
         <source></source>
         <translation> in steps of %1</translation>
     </message>
+    <message id="qelfrontend-missing">
+        <source></source>
+        <translation>the device did not deliver &quot;%1&quot;, which has to be %2; report this to the maker of its driver</translation>
+    </message>
+    <message id="qelfrontend-not-as-configured">
+        <source></source>
+        <translation>the device delivered &quot;%1&quot; as %2 and was to measure with %3; report this to the maker of its driver</translation>
+    </message>
+    <message id="qelfrontend-not-as-described">
+        <source></source>
+        <translation>the device delivered &quot;%1&quot; as %2 and describes it as %3; report this to the maker of its driver</translation>
+    </message>
+    <message id="qelfrontend-not-selected">
+        <source></source>
+        <translation>the device delivered &quot;%1&quot;, the value of a well that was not to be measured; report this to the maker of its driver</translation>
+    </message>
+    <message id="qelfrontend-not-utc">
+        <source></source>
+        <translation>the device delivered no valid time in UTC as &quot;%1&quot;; report this to the maker of its driver</translation>
+    </message>
+    <message id="qelfrontend-out-of-range">
+        <source></source>
+        <translation>the device delivered &quot;%1&quot; as %2, which cannot be; report this to the maker of its driver</translation>
+    </message>
     <message id="qelfrontend-plate-empty">
         <source></source>
         <translation>the device delivered a plate without values; report this to the maker of its driver</translation>
+    </message>
+    <message id="qelfrontend-plate-impossible">
+        <source></source>
+        <translation>the device delivered &quot;%1&quot; with a plate of %2 by %3 wells, which cannot be; report this to the maker of its driver</translation>
     </message>
     <message id="qelfrontend-plate-none">
         <source></source>
@@ -142,6 +170,10 @@
     <message id="qelfrontend-plate-wavelengths">
         <source></source>
         <translation>the device delivered a malformed result: %1 wavelengths for %2 reads; report this to the maker of its driver</translation>
+    </message>
+    <message id="qelfrontend-read-count">
+        <source></source>
+        <translation>the device delivered &quot;%1&quot; with %2 reads of the plate where %3 belong; report this to the maker of its driver</translation>
     </message>
     <message id="qelfrontend-run-aborted">
         <source></source>
@@ -211,6 +243,10 @@
         <source></source>
         <translation>setting &quot;%1&quot;: &quot;%2&quot; is not allowed; it takes %3</translation>
     </message>
+    <message id="qelfrontend-unexpected">
+        <source></source>
+        <translation>the device delivered &quot;%1&quot; as %2 where nothing belongs; report this to the maker of its driver</translation>
+    </message>
     <message id="qelfrontend-value-content">
         <source></source>
         <translation>the value at %1 cannot be read as %2</translation>
@@ -239,9 +275,21 @@
         <source></source>
         <translation>the value at %1 is a %2 that JSON cannot hold without loss</translation>
     </message>
+    <message id="qelfrontend-well-count">
+        <source></source>
+        <translation>the device delivered &quot;%1&quot; with %2 values for %3 by %4 wells; report this to the maker of its driver</translation>
+    </message>
     <message id="qelfrontend-wells-unknown">
         <source></source>
         <translation>&quot;%1&quot; is no well or range of wells; they go from A1 to %2</translation>
+    </message>
+    <message id="qelfrontend-wrong-content">
+        <source></source>
+        <translation>the device delivered &quot;%1&quot; as &quot;%2&quot; where &quot;%3&quot; belongs; report this to the maker of its driver</translation>
+    </message>
+    <message id="qelfrontend-wrong-type">
+        <source></source>
+        <translation>the device delivered &quot;%1&quot; as %2 where %3 belongs; report this to the maker of its driver</translation>
     </message>
 </context>
 </TS>
