@@ -4,8 +4,6 @@
 
 #include <QtTest/QtTest>
 
-#include <cstring>
-
 using namespace qel::devices;
 
 class tst_Device : public QObject
@@ -14,12 +12,10 @@ class tst_Device : public QObject
 
 private slots:
     void metaObjects();
-    void virtualSlots();
     void startsEmpty();
     void identity();
     void status_data();
     void status();
-    void driverOperations();
     void parentDeletes();
 };
 
@@ -74,40 +70,6 @@ void tst_Device::metaObjects()
                  + describe(qel::devices::staticMetaObject),
              QString::fromUtf8(file.readAll().trimmed()).split('\n'));
     QVERIFY((std::is_same_v<std::underlying_type_t<Device::DeviceFeature>, qint32>));
-}
-
-// Where a pointer to a virtual member function points in the table of virtual functions.
-template<typename Member>
-static int slot(Member member)
-{
-    qptrdiff words[2];
-    static_assert(sizeof member == sizeof words);
-    std::memcpy(words, &member, sizeof words);
-    return int((words[0] & ~qptrdiff(1)) / qptrdiff(sizeof(void *)));
-}
-
-// Drivers are built elsewhere: a moved slot would make old ones call the wrong function.
-void tst_Device::virtualSlots()
-{
-    struct Opened : Device
-    {
-        using Device::abortActionImpl;
-        using Device::confirmActionImpl;
-        using Device::disconnectNotify;
-        using Device::executeImpl;
-    };
-    const int last = slot(&Opened::disconnectNotify);
-    const QList<int> own{slot(&Device::open),           slot(&Device::close),
-                         slot(&Device::update),         slot(&Device::reset),
-                         slot(&Opened::executeImpl),    slot(&Opened::confirmActionImpl),
-                         slot(&Opened::abortActionImpl)};
-    for (int i = 0; i < own.size(); ++i)
-        QCOMPARE(own[i], last + 1 + i);
-    // Two entries of the destructor come first.
-    QCOMPARE(slot(&DeviceDriver::name), 2);
-    QCOMPARE(slot(&DeviceDriver::createDevice), 3);
-    QCOMPARE(slot(&DeviceDriver::availableDevices), 4);
-    QCOMPARE(slot(&DevicePlugin::registerDrivers), 2);
 }
 
 void tst_Device::startsEmpty()
@@ -176,18 +138,6 @@ void tst_Device::status()
     device.setOpen(after & Device::SF_Open);
     device.setBusy(after & Device::SF_Busy);
     QCOMPARE(journal.take(), QStringList());
-}
-
-void tst_Device::driverOperations()
-{
-    Journal journal;
-    TestDevice device;
-    bool opened = false;
-    QVERIFY(QMetaObject::invokeMethod(&device, "open", Q_RETURN_ARG(bool, opened)));
-    QVERIFY(opened && !device.isOpen());
-    for (const char *slot : {"close", "update", "reset"})
-        QVERIFY(QMetaObject::invokeMethod(&device, slot));
-    QCOMPARE(journal.take(), QStringList({"open()", "close()", "update()", "reset()"}));
 }
 
 void tst_Device::parentDeletes()

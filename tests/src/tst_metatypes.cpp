@@ -15,39 +15,22 @@ struct FirstUse
     void (*use)();
 };
 
-static const char ledTypes[] =
-    "LedBarEffect_Effect* LedBarEffect_config::Color LedBarEffect_config::Modes";
-
 // Each of these runs in a process of its own, where it is the first to use a payload record.
 static const FirstUse firstUses[] = {
-    {"nothing", "", [] {}},
     {"rapid mode", "", [] { AbsorbanceMeasurement_config{}.isRapidModeEnabled(); }},
-    {"wavelengths", "QList<int>", [] { AbsorbanceMeasurement_config{}.wavelengths(); }},
-    {"setWavelengths", "QList<int>", [] { AbsorbanceMeasurement_config{}.setWavelengths({}); }},
+    {"wavelengths", "QList<int>", [] { AbsorbanceMeasurement_config{}.setWavelengths({}); }},
     {"integrationTime", "std::chrono::milliseconds",
      [] { LuminescenceMeasurement_config{}.integrationTime(); }},
-    {"setIntegrationTime", "std::chrono::milliseconds",
-     [] { LuminescenceMeasurement_config{}.setIntegrationTime({}); }},
-    {"selectedWells", "QVector<bool>", [] { LuminescenceMeasurement_config{}.selectedWells(); }},
-    {"setSelectedWells", "QVector<bool>",
+    {"selectedWells", "QVector<bool>",
      [] { LuminescenceMeasurement_config{}.setSelectedWells({}); }},
     {"orientation", "Orientation_result::Side", [] { Orientation_result(); }},
-    {"orientation of 4", "Orientation_result::Side", [] { Orientation_result(0, 0, 0, {}); }},
     {"acceleration", "", [] { Orientation_result(QVariantHash()).accelerationX(); }},
     {"topSide", "Orientation_result::Side", [] { Orientation_result(QVariantHash()).topSide(); }},
-    {"setTopSide", "Orientation_result::Side",
-     [] { Orientation_result(QVariantHash()).setTopSide({}); }},
-    {"effect record", ledTypes, [] { LedBarEffect_config(); }},
-    {"effect record of 4", ledTypes, [] { LedBarEffect_config({}, {}, {}, 0); }},
+    {"effect record", "LedBarEffect_Effect* LedBarEffect_config::Color LedBarEffect_config::Modes",
+     [] { LedBarEffect_config(); }},
     {"effect", "LedBarEffect_Effect*", [] { LedBarEffect_config(QVariantHash()).effect(); }},
-    {"setEffect", "LedBarEffect_Effect*",
-     [] { LedBarEffect_config(QVariantHash()).setEffect({}); }},
     {"color", "LedBarEffect_config::Color", [] { LedBarEffect_config(QVariantHash()).color(); }},
-    {"setColor", "LedBarEffect_config::Color",
-     [] { LedBarEffect_config(QVariantHash()).setColor({}); }},
     {"modes", "LedBarEffect_config::Modes", [] { LedBarEffect_config(QVariantHash()).modes(); }},
-    {"setModes", "LedBarEffect_config::Modes",
-     [] { LedBarEffect_config(QVariantHash()).setModes({}); }},
     {"state", "", [] { LedBarEffect_config(QVariantHash()).state(); }},
 };
 
