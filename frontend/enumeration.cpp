@@ -1,33 +1,16 @@
 #include "enumeration.h"
 
+#include <qeldevices/devicebroker.h>
+
 #include <QtCore/QElapsedTimer>
-#include <QtCore/QFileInfo>
 
 #include <algorithm>
-
-#if defined(Q_OS_UNIX)
-#    include <dlfcn.h>
-#endif
 
 namespace qel::frontend {
 
 using namespace qel::devices;
 
 namespace {
-
-// The file that holds the code of `driver`, found by the address of its table of virtual functions.
-QString fileOf(const DeviceDriver *driver)
-{
-#if defined(Q_OS_UNIX)
-    const void *const table = *reinterpret_cast<const void *const *>(driver);
-    Dl_info info{};
-    if (dladdr(table, &info) && info.dli_fname)
-        return QFileInfo(QFile::decodeName(info.dli_fname)).canonicalFilePath();
-#else
-    Q_UNUSED(driver)
-#endif
-    return QString();
-}
 
 bool isSameInstrument(const DeviceInfo &before, const DeviceInfo &now)
 {
@@ -95,20 +78,6 @@ EnumerationChange difference(const QList<DeviceInfo> &before, const QList<Device
         change.arrived.erase(same);
     }
     return change;
-}
-
-std::optional<DeviceBroker::DevicePluginInfo> pluginOfDriver(const QString &driver)
-{
-    const auto registered = DeviceBroker::DRIVERS.value(driver);
-    const QString file = registered ? fileOf(registered.get()) : QString();
-    if (file.isEmpty())
-        return {};
-    const auto plugins = DeviceBroker::loadedPlugins();
-    for (const auto &plugin : plugins) {
-        if (QFileInfo(plugin.fileName).canonicalFilePath() == file)
-            return plugin;
-    }
-    return {};
 }
 
 } // namespace qel::frontend

@@ -3,7 +3,6 @@
 
 #include "export.h"
 
-#include <qeldevices/devicebroker.h>
 #include <qeldevices/deviceinfo.h>
 
 #include <QtCore/QList>
@@ -12,7 +11,6 @@
 #include <QtCore/QStringList>
 
 #include <chrono>
-#include <optional>
 
 namespace qel::frontend {
 
@@ -57,11 +55,6 @@ struct QELFRONTEND_EXPORT EnumerationChange
 /// serial in the same place is another instrument.
 QELFRONTEND_EXPORT EnumerationChange difference(const QList<devices::DeviceInfo> &before,
                                                 const QList<devices::DeviceInfo> &now);
-
-/// The plugin whose file holds the driver registered as `driver`. Nothing when the driver is not
-/// registered or was not loaded from a plugin, or where the system cannot tell.
-QELFRONTEND_EXPORT std::optional<devices::DeviceBroker::DevicePluginInfo>
-pluginOfDriver(const QString &driver);
 
 } // namespace qel::frontend
 

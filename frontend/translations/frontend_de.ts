@@ -243,6 +243,10 @@
         <source></source>
         <translation>Einstellung „%1“: „%2“ ist nicht erlaubt; anzugeben ist: %3</translation>
     </message>
+    <message id="qelfrontend-start-no-folder">
+        <source></source>
+        <translation>Den Ordner „%1“, in dem Treiber gesucht werden sollen, gibt es nicht.</translation>
+    </message>
     <message id="qelfrontend-unexpected">
         <source></source>
         <translation>Das Gerät hat „%1“ als %2 geliefert, wo nichts hingehört; melden Sie das dem Hersteller des Treibers</translation>

@@ -243,6 +243,10 @@
         <source></source>
         <translation>setting &quot;%1&quot;: &quot;%2&quot; is not allowed; it takes %3</translation>
     </message>
+    <message id="qelfrontend-start-no-folder">
+        <source></source>
+        <translation>There is no folder "%1" to look for driver plugins in.</translation>
+    </message>
     <message id="qelfrontend-unexpected">
         <source></source>
         <translation>the device delivered &quot;%1&quot; as %2 where nothing belongs; report this to the maker of its driver</translation>

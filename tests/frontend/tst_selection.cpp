@@ -1,5 +1,6 @@
 #include <qelfrontend/enumeration.h>
 #include <qelfrontend/frontend.h>
+#include <qelfrontend/provenance.h>
 #include <qelfrontend/selection.h>
 
 #include <QtCore/QCoreApplication>

@@ -2,7 +2,7 @@
 #include "listing.h"
 #include "output.h"
 
-#include <qelfrontend/enumeration.h>
+#include <qelfrontend/provenance.h>
 
 #include <QtCore/QDir>
 #include <QtCore/QJsonArray>

@@ -4,6 +4,7 @@
 #include "output.h"
 
 #include <qelfrontend/enumeration.h>
+#include <qelfrontend/instrumentwatch.h>
 #include <qelfrontend/runjson.h>
 #include <qelfrontend/selection.h>
 
@@ -12,7 +13,6 @@
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QJsonArray>
-#include <QtCore/QTimer>
 
 namespace qelctl {
 
@@ -29,11 +29,16 @@ struct Filter
     QStringList drivers; // empty: all
     std::optional<DeviceInfo::Interface> interface;
 
+    bool accepts(const DeviceInfo &info) const
+    {
+        return !interface || info.interface() == *interface;
+    }
+
     QList<DeviceInfo> apply(const QList<DeviceInfo> &devices) const
     {
         QList<DeviceInfo> kept;
         for (const DeviceInfo &info : devices) {
-            if (!interface || info.interface() == *interface)
+            if (accepts(info))
                 kept.append(info);
         }
         return kept;
@@ -87,49 +92,57 @@ QByteArray asJson(const QList<DeviceInfo> &devices, const Enumeration &enumerati
     return printable(json);
 }
 
-// One line for each instrument that has come, gone or changed.
-QByteArray asEvents(const EnumerationChange &change, bool json)
+enum class Event { Arrived, Left, Changed };
+
+QByteArray asLine(Event event, const DeviceInfo &info, bool json)
 {
-    QByteArray lines;
-    const auto add = [&](const char *event, const char *id, const DeviceInfo &info) {
-        if (json) {
-            QJsonObject line = deviceToJson(info);
-            line.insert(QStringLiteral("event"), QString::fromLatin1(event));
-            lines += jsonText(line) + '\n';
-        } else {
-            lines += text(id, info.name(), info.serial(), devicePath(info)).toUtf8() + '\n';
-        }
+    struct Words
+    {
+        const char *name;
+        const char *id;
     };
-    for (const DeviceInfo &info : change.left)
-        add("left", "qelctl-list-left", info);
-    for (const auto &[before, now] : change.changed)
-        add("changed", "qelctl-list-changed", now);
-    for (const DeviceInfo &info : change.arrived)
-        add("arrived", "qelctl-list-arrived", info);
-    return lines;
+    const Words words = event == Event::Arrived ? Words{"arrived", "qelctl-list-arrived"}
+        : event == Event::Left                  ? Words{"left", "qelctl-list-left"}
+                                                : Words{"changed", "qelctl-list-changed"};
+    if (!json)
+        return text(words.id, info.name(), info.serial(), devicePath(info)).toUtf8() + '\n';
+    QJsonObject line = deviceToJson(info);
+    line.insert(QStringLiteral("event"), QString::fromLatin1(words.name));
+    return jsonText(line) + '\n';
 }
 
 int watchInstruments(const Filter &filter, bool json)
 {
     Interrupt interrupt;
     ReaderWatch reader;
-    QList<DeviceInfo> known;
-    const auto look = [&] {
-        const auto now = filter.apply(enumerate(filter.drivers).devices());
-        const QByteArray lines = asEvents(difference(known, now), json);
-        known = now;
-        const int printed = lines.isEmpty() ? int(Done) : printData(lines);
+    InstrumentWatch watch(filter.drivers);
+    const auto print = [&](Event event, const DeviceInfo &info) {
+        const int printed = printData(asLine(event, info, json));
         if (printed != Done)
             QCoreApplication::exit(printed);
     };
-    QTimer timer;
-    QObject::connect(&timer, &QTimer::timeout, &timer, look);
-    QObject::connect(&interrupt, &Interrupt::requested, &timer,
+    QObject::connect(&watch, &InstrumentWatch::arrived, [&](const DeviceInfo &info) {
+        if (filter.accepts(info))
+            print(Event::Arrived, info);
+    });
+    QObject::connect(&watch, &InstrumentWatch::left, [&](const DeviceInfo &info) {
+        if (filter.accepts(info))
+            print(Event::Left, info);
+    });
+    QObject::connect(&watch, &InstrumentWatch::changed,
+                     [&](const DeviceInfo &before, const DeviceInfo &now) {
+                         if (filter.accepts(before) && filter.accepts(now))
+                             print(Event::Changed, now);
+                         else if (filter.accepts(before))
+                             print(Event::Left, before);
+                         else if (filter.accepts(now))
+                             print(Event::Arrived, now);
+                     });
+    QObject::connect(&interrupt, &Interrupt::requested, &watch,
                      [] { QCoreApplication::exit(Interrupted); });
-    QObject::connect(&reader, &ReaderWatch::gone, &timer,
+    QObject::connect(&reader, &ReaderWatch::gone, &watch,
                      [] { QCoreApplication::exit(fail(CannotWrite, text("qelctl-reader-gone"))); });
-    QTimer::singleShot(0, &timer, look);
-    timer.start(1000);
+    watch.start();
     return QCoreApplication::exec();
 }
 

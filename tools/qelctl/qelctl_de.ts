@@ -86,10 +86,6 @@ Rückgabewerte: 0 erledigt, 1 Lauf fehlgeschlagen, 2 falscher Aufruf, 3 Gerät o
         <source></source>
         <translation>Hinter %1 fehlt ein Wert. Siehe '%2 --help'.</translation>
     </message>
-    <message id="qelctl-no-such-folder">
-        <source></source>
-        <translation>Den Ordner '%1', in dem Treiber gesucht werden sollen, gibt es nicht.</translation>
-    </message>
     <message id="qelctl-progress-remaining">
         <source></source>
         <translation>noch %1</translation>

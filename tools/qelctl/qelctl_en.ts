@@ -86,10 +86,6 @@ Exit codes: 0 done, 1 run failed, 2 wrong usage, 3 no such device or feature, 4 
         <source></source>
         <translation>A value is missing behind %1. See '%2 --help'.</translation>
     </message>
-    <message id="qelctl-no-such-folder">
-        <source></source>
-        <translation>There is no folder '%1' to look for driver plugins in.</translation>
-    </message>
     <message id="qelctl-progress-remaining">
         <source></source>
         <translation>%1 left</translation>

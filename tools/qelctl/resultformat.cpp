@@ -4,7 +4,7 @@
 #include "output.h"
 #include "tool.h"
 
-#include <qelfrontend/enumeration.h>
+#include <qelfrontend/provenance.h>
 #include <qelfrontend/plate.h>
 #include <qelfrontend/platecsv.h>
 #include <qelfrontend/platetext.h>

@@ -4,11 +4,8 @@
 #include "statusline.h"
 
 #include <qelfrontend/frontend.h>
+#include <qelfrontend/startup.h>
 
-#include <qeldevices/devicebroker.h>
-#include <qeldevices/qeldevices_global.h>
-
-#include <QtCore/QFileInfo>
 #include <QtCore/QHash>
 #include <QtCore/QLocale>
 #include <QtCore/QLoggingCategory>
@@ -96,20 +93,9 @@ void startLibrary()
     qInstallMessageHandler(&printLogMessage);
     QLoggingCategory::setFilterRules(rulesFor(log.isEmpty() ? QStringLiteral("warning") : log));
 
-    using qel::devices::DeviceBroker;
-    for (const QString &folder : globalOptions().pluginFolders) {
-        if (!QFileInfo(folder).isDir())
-            complain(text("qelctl-no-such-folder", folder));
-    }
-    // Before init(), so that it finds their catalogues; registered again after it, so that a driver
-    // the user points at takes precedence over an installed one.
-    for (const QString &folder : globalOptions().pluginFolders)
-        DeviceBroker::loadAllDevicePlugins(folder);
-    const auto preferred = DeviceBroker::DRIVERS;
-    qel::devices::init();
-    for (const auto &driver : preferred)
-        DeviceBroker::addDriver(driver);
-    qel::frontend::registerMetaTypes();
+    const QStringList problems = qel::frontend::startLibrary(globalOptions().pluginFolders);
+    for (const QString &problem : problems)
+        complain(problem);
 
     // From here on the tool itself says in one line what the library would log about a device.
     if (log.isEmpty()) {

@@ -1,0 +1,24 @@
+#ifndef QELFRONTEND_PROVENANCE_H
+#define QELFRONTEND_PROVENANCE_H
+
+#include "export.h"
+
+#include <qeldevices/devicebroker.h>
+
+#include <QtCore/QString>
+
+#include <optional>
+
+namespace qel::frontend {
+
+/// The plugin that has registered the driver `driver`. Nothing when there is no such driver, when
+/// it comes from no plugin, or when that cannot be told.
+///
+/// startLibrary() watches which plugin registers what. Drivers that came another way are known by
+/// the file that holds their code, which fails where a plugin takes its driver from a library.
+QELFRONTEND_EXPORT std::optional<devices::DeviceBroker::DevicePluginInfo>
+pluginOfDriver(const QString &driver);
+
+} // namespace qel::frontend
+
+#endif
