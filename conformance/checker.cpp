@@ -1,5 +1,6 @@
 #include "checker.h"
 
+#include "values.h"
 #include "worker_p.h"
 
 #include <QtCore/QCoreApplication>
@@ -22,6 +23,23 @@ int Report::count(Outcome outcome) const
     }));
 }
 
+bool Report::isIncomplete() const
+{
+    if (!error.isEmpty() || count(Outcome::Failed) > 0)
+        return false;
+    const bool lacks = std::any_of(results.cbegin(), results.cend(), [](const Result &result) {
+        return result.outcome == Outcome::NotRun && !result.isLeftOut;
+    });
+    // Who asks for single rules wants to know no more than these.
+    if (lacks || isSelection)
+        return lacks;
+    const bool isSeen = std::any_of(features.cbegin(), features.cend(),
+                                    [](const FeatureTally &f) { return f.succeeded > 0; });
+    return !isSeen || std::any_of(features.cbegin(), features.cend(), [](const FeatureTally &f) {
+        return f.isTried && f.succeeded == 0;
+    });
+}
+
 Checker::Checker(const Request &request)
     : m_request(request)
 {
@@ -32,7 +50,12 @@ Checker::Checker(const Request &request)
 Report Checker::run(const std::function<void(const Result &)> &report)
 {
     m_report = {};
+    m_report.isUnsafe = m_request.isUnsafe;
+    m_report.isSelection = !m_request.rules.isEmpty();
     m_unmet.reset();
+    m_hung.clear();
+    m_stuck.clear();
+    m_ends.clear();
     m_sink = report;
     const QFileInfo file(m_request.fileName);
     if (!file.isFile()) {
@@ -51,7 +74,7 @@ Report Checker::run(const std::function<void(const Result &)> &report)
         if (why.isEmpty())
             runBatch(&pending);
         else
-            conclude({pending.takeFirst(), Outcome::NotRun, why, {}});
+            leaveOut(*pending.takeFirst());
     }
     return m_report;
 }
@@ -71,22 +94,89 @@ QString Checker::whyNot(const Rule &rule) const
     return m_unmet && rule.needs >= m_unmet->needs ? m_unmet->why : QString();
 }
 
-void Checker::startWorker(QProcess *process, const QVector<const Rule *> &rules) const
+void Checker::leaveOut(const Rule &rule)
 {
-    QJsonArray numbers;
+    const bool isLeftOut = rule.isUnsafe && !m_request.isUnsafe;
+    conclude({&rule, Outcome::NotRun, whyNot(rule), {}, isLeftOut});
+}
+
+void Checker::startWorker(QProcess *process, const QVector<const Rule *> &rules)
+{
+    Assignment assignment;
+    assignment.fileName = m_request.fileName;
+    assignment.driver = m_request.driver;
+    assignment.serial = m_request.serial;
+    assignment.isUnsafe = m_request.isUnsafe;
+    assignment.answers = m_request.answers;
+    assignment.limits = m_request.limits;
+    assignment.hung = m_hung;
+    assignment.stuck = m_stuck;
     for (const Rule *rule : rules) {
         if (whyNot(*rule).isEmpty())
-            numbers += rule->number;
+            assignment.rules += rule->number;
     }
-    QJsonObject request = {{keyFile, m_request.fileName},          {keyDriver, m_request.driver},
-                           {keySerial, m_request.serial},          {keyUnsafe, m_request.isUnsafe},
-                           {keyLimits, m_request.limits.toJson()}, {keyRules, numbers}};
+    m_call.clear();
+    m_isInCall = false;
     process->start(m_request.workerProgram, {QLatin1String(workerArgument)});
-    process->write(QJsonDocument(request).toJson(QJsonDocument::Compact) + '\n');
+    process->write(QJsonDocument(assignment.toJson()).toJson(QJsonDocument::Compact) + '\n');
+}
+
+// Takes what a process says besides its judgements; whether it was that.
+bool Checker::takeNote(QProcess *process, const QJsonObject &answer)
+{
+    if (answer.contains(keyCall)) {
+        m_call = answer.value(keyCall).toString();
+        m_callFeature = answer.value(keyFeature).toInt();
+        m_isInCall = true;
+    } else if (answer.contains(keyReturned)) {
+        m_isInCall = false;
+    } else if (answer.contains(keyStuck)) {
+        m_stuck += stuckFromJson(answer.value(keyStuck).toObject());
+    } else if (answer.contains(keyAsk)) {
+        const bool isDone = m_request.ask && m_request.ask(answer.value(keyAsk).toString());
+        process->write(isDone ? "yes\n" : "no\n");
+        process->waitForBytesWritten();
+    } else {
+        return !answer.contains(keyRule);
+    }
+    return true;
+}
+
+void Checker::takeTally(const QJsonObject &tally)
+{
+    const auto entry = [this](int number) -> FeatureTally & {
+        const auto feature = devices::Device::DeviceFeature(number);
+        auto place = std::lower_bound(
+            m_report.features.begin(), m_report.features.end(), feature,
+            [](const FeatureTally &known, auto wanted) { return known.feature < wanted; });
+        if (place == m_report.features.end() || place->feature != feature) {
+            FeatureTally fresh;
+            fresh.feature = feature;
+            fresh.isTried = feature != devices::Device::DF_FirmwareUpdate
+                && (m_request.isUnsafe || !isMoving(feature));
+            place = m_report.features.insert(place, fresh);
+        }
+        return *place;
+    };
+    const QJsonArray offered = tally.value(keyOffered).toArray();
+    for (const QJsonValue &feature : offered)
+        entry(feature.toInt());
+    const QJsonArray endings = tally.value(keyEndings).toArray();
+    for (const QJsonValue &value : endings) {
+        const QJsonArray ending = value.toArray();
+        FeatureTally &feature = entry(ending.at(0).toInt());
+        if (ending.at(1).toBool()) {
+            ++feature.succeeded;
+        } else {
+            ++feature.failed;
+            feature.lastError = ending.at(2).toInt();
+        }
+    }
 }
 
 void Checker::take(const Rule &rule, const QJsonObject &answer)
 {
+    takeTally(answer.value(keyTally).toObject());
     Result result = {&rule, Outcome::NotRun, answer.value(keySeen).toString(), {}};
     const QString outcome = answer.value(keyOutcome).toString();
     if (outcome == outcomePassed)
@@ -107,26 +197,36 @@ void Checker::take(const Rule &rule, const QJsonObject &answer)
 }
 
 // Says how a process ended that should have gone on, with its last words.
-QString Checker::endOf(QProcess *process, bool isHung) const
+QString Checker::endOf(const QProcess &process, bool isHung) const
 {
     QString end;
     if (isHung)
         end = QStringLiteral("the plugin held the event loop for more than %1 ms")
                   .arg(m_request.limits.silent);
-    else if (process->exitStatus() == QProcess::CrashExit)
+    else if (process.exitStatus() == QProcess::NormalExit && process.exitCode() == exitUnheard)
+        end = QStringLiteral("the plugin closed the checker's connection");
+    else if (process.exitStatus() == QProcess::CrashExit)
         end = QStringLiteral("the process ended with signal %1 (%2)")
-                  .arg(process->exitCode())
-                  .arg(QString::fromLocal8Bit(::strsignal(process->exitCode())));
+                  .arg(process.exitCode())
+                  .arg(QString::fromLocal8Bit(::strsignal(process.exitCode())));
     else
         end = QStringLiteral("the plugin ended the process with exit code %1")
-                  .arg(process->exitCode());
-    QStringList words = QString::fromLocal8Bit(process->readAllStandardError())
-                            .split(QLatin1Char('\n'), Qt::SkipEmptyParts);
-    const int few = 4;
-    words = words.mid(std::max(0, words.size() - few));
-    if (!words.isEmpty())
-        end += QStringLiteral("; its last words: ") + words.join(QStringLiteral(" | "));
+                  .arg(process.exitCode());
+    if (m_isInCall)
+        end += QStringLiteral(", in %1").arg(m_call);
+    else if (!m_call.isEmpty())
+        end += QStringLiteral(", after %1").arg(m_call);
     return end;
+}
+
+static QString lastWords(QProcess *process)
+{
+    const QStringList words = QString::fromLocal8Bit(process->readAllStandardError())
+                                  .split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    const int few = 4;
+    return words.isEmpty() ? QString()
+                           : QStringLiteral("; its last words: ")
+            + words.mid(std::max(0, words.size() - few)).join(QStringLiteral(" | "));
 }
 
 // The next answer of a process; none when it has ended, or is silent for too long.
@@ -157,12 +257,12 @@ void Checker::runBatch(QVector<const Rule *> *pending)
     const Rule *current = nullptr;
     bool isHung = false;
     while (const auto answer = nextAnswer(&process, &isHung)) {
-        if (!answer->contains(keyRule))
+        if (takeNote(&process, *answer))
             continue;
         const int number = answer->value(keyRule).toInt();
         while (pending->constFirst()->number != number) {
             const Rule *left = pending->takeFirst();
-            conclude({left, Outcome::NotRun, whyNot(*left), {}});
+            leaveOut(*left);
         }
         current = pending->constFirst();
         const bool waitsForExit = current->coversExit && answer->value(keyOutcome) == outcomePassed;
@@ -178,8 +278,9 @@ void Checker::runBatch(QVector<const Rule *> *pending)
         pending->removeFirst();
         concludeByEnd(*current, &process, isHung);
     } else if (pending->size() == before) {
-        m_report.error = QStringLiteral("'%1' does not load plugins for the checker: %2")
-                             .arg(m_request.workerProgram, endOf(&process, isHung));
+        m_report.error =
+            QStringLiteral("'%1' does not load plugins for the checker: %2")
+                .arg(m_request.workerProgram, endOf(process, isHung) + lastWords(&process));
     }
 }
 
@@ -202,8 +303,21 @@ void Checker::concludeByEnd(const Rule &rule, QProcess *process, bool isHung)
         && process->exitCode() == EXIT_SUCCESS;
     Result result = {&rule, Outcome::Passed, {}, {}};
     if (!isClean) {
-        result.outcome = rule.severity == Severity::Failure ? Outcome::Failed : Outcome::Warning;
-        result.seen = endOf(process, isHung);
+        const QString end = endOf(*process, isHung);
+        const int first = m_ends.value(end, rule.number);
+        m_ends.insert(end, first);
+        if (first != rule.number) {
+            result.outcome = Outcome::NotRun;
+            result.seen = QStringLiteral("as in rule %1: %2").arg(first).arg(end);
+        } else {
+            result.outcome =
+                rule.severity == Severity::Failure ? Outcome::Failed : Outcome::Warning;
+            result.seen = end + lastWords(process);
+        }
+        if (isHung && m_isInCall)
+            m_hung += m_call;
+        else if (isHung && m_callFeature != devices::Device::DF_None)
+            m_stuck += Stuck{devices::Device::DeviceFeature(m_callFeature), rule.number, end};
     }
     conclude(result);
 }

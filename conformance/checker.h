@@ -1,10 +1,11 @@
 #ifndef QEL_CONFORMANCE_CHECKER_H
 #define QEL_CONFORMANCE_CHECKER_H
 
+#include "assignment.h"
 #include "rule.h"
-#include "timelimits.h"
 
 #include <QtCore/QJsonObject>
+#include <QtCore/QMap>
 #include <QtCore/QStringList>
 
 #include <functional>
@@ -30,6 +31,7 @@ struct Result
     Outcome outcome = Outcome::NotRun;
     QString seen;            ///< what was seen instead, or what is missing
     QStringList signalsSeen; ///< the device's signals in order, when the rule is broken
+    bool isLeftOut = false;  ///< when not run: whether the caller has left it out on purpose
 };
 
 /// What is to be judged, and how.
@@ -39,19 +41,38 @@ struct Request
     QString driver;        ///< the driver; empty when the plugin has one only
     QString serial;        ///< the serial number of the instrument; empty for the first
     bool isUnsafe = false; ///< whether parts of the instrument may be moved
-    QVector<int> rules;    ///< the rules to judge; empty for all
+    Answers answers = Answers::Decline; ///< how requests for user action are answered
+    /// Has a person do what the sentence asks for; whether it has been done. For Answers::Ask.
+    std::function<bool(const QString &)> ask;
+    QVector<int> rules; ///< the rules to judge; empty for all
     Limits limits;
     /// The program that loads the plugin: one that calls runWorker(). Empty for this program.
     QString workerProgram;
 };
 
+/// What has been seen of one feature that the instrument offers.
+struct FeatureTally
+{
+    devices::Device::DeviceFeature feature = devices::Device::DF_None;
+    int succeeded = 0;   ///< runs that ended with success
+    int failed = 0;      ///< runs that did not
+    int lastError = 0;   ///< the error code that the last failed run left
+    bool isTried = true; ///< whether it could be run at all: permitted, and no firmware update
+};
+
 /// All that came out.
 struct Report
 {
-    QVector<Result> results; ///< by ascending number
-    QString error;           ///< why nothing could be judged as asked for; empty otherwise
+    QVector<Result> results;        ///< by ascending number
+    QVector<FeatureTally> features; ///< by ascending feature
+    QString error;                  ///< why nothing could be judged as asked for; empty otherwise
+    bool isUnsafe = false;          ///< whether parts of the instrument might be moved
+    bool isSelection = false;       ///< whether some rules only were asked for
 
     int count(Outcome outcome) const;
+    /// Whether no rule is broken, and yet the driver cannot be said to keep the rules: something
+    /// was missing that the caller did not leave out on purpose.
+    bool isIncomplete() const;
 };
 
 /// Holds a driver plugin to the rules.
@@ -70,19 +91,30 @@ public:
 
 private:
     void runBatch(QVector<const Rule *> *pending);
-    void startWorker(QProcess *process, const QVector<const Rule *> &rules) const;
+    void startWorker(QProcess *process, const QVector<const Rule *> &rules);
     std::optional<QJsonObject> nextAnswer(QProcess *process, bool *isHung) const;
+    bool takeNote(QProcess *process, const QJsonObject &answer);
     void finish(QProcess *process, bool *isHung) const;
     void conclude(const Result &result);
     void concludeByEnd(const Rule &rule, QProcess *process, bool isHung);
     void take(const Rule &rule, const QJsonObject &answer);
-    QString endOf(QProcess *process, bool isHung) const;
+    void takeTally(const QJsonObject &tally);
+    QString endOf(const QProcess &process, bool isHung) const;
     QString whyNot(const Rule &rule) const;
+    void leaveOut(const Rule &rule);
 
     Request m_request;
     Report m_report;
     std::optional<Unmet> m_unmet;
     std::function<void(const Result &)> m_sink;
+    // What the present process was last heard to call, and whether it was still in there.
+    QString m_call;
+    bool m_isInCall = false;
+    int m_callFeature = 0;
+    // What earlier processes have taught.
+    QStringList m_hung;
+    QVector<Stuck> m_stuck;
+    QMap<QString, int> m_ends; // the rule by which each way of dying was seen first
 };
 
 } // namespace qel::conformance

@@ -1,4 +1,5 @@
-#include "subject.h"
+#include "instrument.h"
+
 #include "values.h"
 
 #include <QtCore/QMetaEnum>
@@ -8,23 +9,38 @@
 namespace qel::conformance {
 
 using devices::Device;
-using devices::DeviceDriver;
 using devices::DeviceInfo;
 
+// For whoever must not throw: what the plugin hangs in is left out.
+static void unlessHung(Subject &subject, const QString &name, const std::function<void()> &work)
+{
+    if (!subject.isHung(name))
+        subject.timed(name, work);
+}
+
+// Of most instruments there can be one open device only.
+static DeviceInfo releasedRecord(Subject &subject)
+{
+    subject.releaseOpened();
+    return subject.record();
+}
+
 Instrument::Instrument(Subject &subject)
+    : Instrument(subject, releasedRecord(subject))
+{ }
+
+Instrument::Instrument(Subject &subject, const DeviceInfo &record)
     : m_subject(subject)
     , m_recorder(std::make_shared<Recorder>())
 {
-    const DeviceInfo record = subject.record();
-    DeviceDriver *driver = subject.driver();
-    subject.timed(QStringLiteral("createDevice()"),
-                  [&] { m_device = driver->createDevice(record); });
+    m_device = subject.create(record);
     if (!m_device) {
         throw Unmet{Needs::Instrument,
                     QStringLiteral("the driver creates no device for an instrument it lists")};
     }
     m_recorder->attach(m_device);
     subject.m_lastRecorder = m_recorder;
+    subject.m_recorders += Subject::Watched{m_recorder};
     subject.m_instruments += this;
 }
 
@@ -32,12 +48,11 @@ Instrument::~Instrument()
 {
     m_recorder->setReaction({});
     if (m_device && (m_device->isOpen() || m_device->isBusy())) {
-        m_device->close();
-        m_subject.waitFor(m_subject.limits().quiet,
-                          [this] { return !m_device || !m_device->isOpen(); });
+        unlessHung(m_subject, QStringLiteral("close()"), [this] { m_device->close(); });
+        awaitClosed();
     }
     m_subject.m_instruments.removeOne(this);
-    delete m_device;
+    unlessHung(m_subject, QStringLiteral("the destructor"), [this] { delete m_device; });
 }
 
 bool Instrument::callOpen()
@@ -64,19 +79,25 @@ void Instrument::callUpdate()
 
 void Instrument::callExecute(Feature feature)
 {
-    m_subject.timed(QStringLiteral("execute(%1)").arg(featureName(feature)),
-                    [this, feature] { m_device->execute(feature); });
+    m_runStart = m_recorder->count();
+    m_subject.timed(
+        QStringLiteral("execute(%1)").arg(featureName(feature)),
+        [this, feature] { m_device->execute(feature); }, feature);
 }
 
 void Instrument::confirm(int actionId)
 {
-    m_subject.timed(QStringLiteral("confirmAction()"),
+    const bool isKnown = m_recorder->hasRequest(actionId);
+    m_subject.timed(isKnown ? QStringLiteral("confirmAction()")
+                            : QStringLiteral("confirmAction() of an unknown request"),
                     [this, actionId] { m_device->confirmAction(actionId); });
 }
 
 void Instrument::abort(int actionId)
 {
-    m_subject.timed(QStringLiteral("abortAction()"),
+    const bool isKnown = m_recorder->hasRequest(actionId);
+    m_subject.timed(isKnown ? QStringLiteral("abortAction()")
+                            : QStringLiteral("abortAction() of an unknown request"),
                     [this, actionId] { m_device->abortAction(actionId); });
 }
 
@@ -92,19 +113,28 @@ void Instrument::open()
                           [this] { return m_device->isOpen() || m_device->errorCode() != 0; });
     }
     if (!m_device->isOpen()) {
-        throw Unmet{Needs::Open,
-                    QStringLiteral("the instrument does not open, error %1")
-                        .arg(errorName(m_device->errorCode()))};
+        const QString why = QStringLiteral("the instrument does not open, error %1")
+                                .arg(errorName(m_device->errorCode()));
+        m_subject.noteUnopened(why);
+        throw Unmet{Needs::Open, why};
     }
-    m_subject.settle();
+    m_subject.awaitTable(m_device);
+    m_subject.m_offered = offered();
+}
+
+bool Instrument::awaitClosed()
+{
+    return m_subject.waitFor(m_subject.limits().open, [this] {
+        return !m_device || (!m_device->isOpen() && !m_device->isBusy());
+    });
 }
 
 void Instrument::close()
 {
     callClose();
-    m_subject.settle();
-    if (m_device->isOpen())
+    if (!awaitClosed())
         throw Hindered{QStringLiteral("the instrument does not close")};
+    m_subject.settle();
 }
 
 QVector<Instrument::Feature> Instrument::offered() const
@@ -131,7 +161,11 @@ QVector<Instrument::Feature> Instrument::configurable() const
     QVector<Feature> features;
     const QVector<Feature> all = offered();
     for (const Feature feature : all) {
-        if (feature != Device::DF_None && (m_subject.isUnsafe() || !isMoving(feature)))
+        const auto &stuck = m_subject.stuck();
+        const bool isStuck = std::any_of(stuck.cbegin(), stuck.cend(), [feature](const Stuck &s) {
+            return s.feature == feature;
+        });
+        if (feature != Device::DF_None && !isStuck && (m_subject.isUnsafe() || !isMoving(feature)))
             features += feature;
     }
     return features;
@@ -140,39 +174,87 @@ QVector<Instrument::Feature> Instrument::configurable() const
 bool Instrument::awaitEndings(int start, int endings, bool confirms)
 {
     const int patience = 5;
+    // Progress may rise for long, but not for ever.
+    const qint64 longest = 15 * qint64(m_subject.limits().run);
+    QElapsedTimer clock;
+    clock.start();
     int handled = start;
     int confirmed = 0;
-    return m_subject.waitFor(m_subject.limits().run, [&] {
-        const QVector<Event> events = m_recorder->events(handled);
-        handled += events.size();
-        for (const Event &event : events) {
-            if (event.kind != Event::ActionRequired)
-                continue;
-            if (confirms && ++confirmed <= patience)
-                confirm(event.actionId);
+    double progress = -1;
+    const auto ended = [&] { return m_recorder->count(Event::Executed, start) >= endings; };
+    while (!ended() && clock.elapsed() < longest) {
+        QVector<Event> requests;
+        const bool isAlive = m_subject.waitFor(m_subject.limits().run, [&] {
+            bool rises = false;
+            const QVector<Event> events = m_recorder->events(handled);
+            handled += events.size();
+            for (const Event &event : events) {
+                if (event.kind == Event::ActionRequired)
+                    requests += event;
+                const double now =
+                    event.value.toHash().value(QStringLiteral("progress")).toDouble();
+                rises |= event.kind == Event::TransientValue && now > progress;
+                progress = std::max(progress, now);
+            }
+            return rises || !requests.isEmpty() || ended();
+        });
+        for (const Event &request : qAsConst(requests)) {
+            if (!m_device)
+                break;
+            if (confirms && ++confirmed <= patience && m_subject.permits(request.action))
+                confirm(request.actionId);
             else
-                abort(event.actionId);
+                abort(request.actionId);
         }
-        return m_recorder->count(Event::Executed, start) >= endings;
-    });
+        if (!isAlive)
+            break;
+    }
+    return ended();
+}
+
+// Whose fault it is shows in what happened to the requests of the run.
+void Instrument::reportStuck(Feature feature, int start, bool confirms)
+{
+    const bool asked = m_recorder->count(Event::ActionRequired, start) > 0;
+    const bool confirmed = m_recorder->count(Event::ActionConfirmed, start) > 0;
+    const int rule = !asked ? 601 : confirms && confirmed ? 702 : 703;
+    const QString after = !asked ? QString()
+        : rule == 702            ? QStringLiteral(", its request confirmed,")
+                                 : QStringLiteral(", its request aborted,");
+    m_subject.reportStuck({feature, rule,
+                           QStringLiteral("a run of %1%2 has no end within %3 ms")
+                               .arg(featureName(feature), after)
+                               .arg(m_subject.limits().run)});
+}
+
+void Instrument::awaitRun(Feature feature, int start, bool confirms)
+{
+    if (awaitEndings(start, 1, confirms))
+        return;
+    reportStuck(feature, start, confirms);
+    throw Hindered{m_subject.stuck().constLast().why};
 }
 
 Event Instrument::run(Feature feature, bool confirms)
 {
     const int start = m_recorder->count();
     callExecute(feature);
-    if (!awaitEndings(start, 1, confirms))
-        throw Hindered{QStringLiteral("a run of %1 has no end").arg(featureName(feature))};
+    awaitRun(feature, start, confirms);
     const QVector<Event> events = m_recorder->events(start);
     return *std::find_if(events.cbegin(), events.cend(),
                          [](const Event &event) { return event.kind == Event::Executed; });
 }
 
-Event Instrument::runShort(Feature feature, bool confirms)
+void Instrument::setShortConfiguration(Feature feature)
 {
     const QVariant configuration = shortConfiguration(feature, m_device->descriptor(feature));
     if (configuration.isValid() || m_device->configuration(feature).isValid())
         m_device->setConfiguration(feature, configuration);
+}
+
+Event Instrument::runShort(Feature feature, bool confirms)
+{
+    setShortConfiguration(feature);
     return run(feature, confirms);
 }
 
@@ -183,9 +265,7 @@ Instrument::Feature Instrument::startLongRun()
     std::stable_partition(features.begin(), features.end(), isMoving);
     for (const Feature feature : std::as_const(features)) {
         const int start = m_recorder->count();
-        const QVariant configuration = shortConfiguration(feature, m_device->descriptor(feature));
-        if (configuration.isValid())
-            m_device->setConfiguration(feature, configuration);
+        setShortConfiguration(feature);
         callExecute(feature);
         const auto ended = [&] { return m_recorder->count(Event::Executed, start) > 0; };
         if (ended())
@@ -213,15 +293,15 @@ int Instrument::startRequest(Feature *feature)
                           [](Feature f) { return f == Device::DF_Calibration; });
     for (const Feature candidate : std::as_const(features)) {
         const int start = m_recorder->count();
-        const QVariant configuration =
-            shortConfiguration(candidate, m_device->descriptor(candidate));
-        if (configuration.isValid())
-            m_device->setConfiguration(candidate, configuration);
+        setShortConfiguration(candidate);
         callExecute(candidate);
-        m_subject.waitFor(m_subject.limits().run, [&] {
-            return m_recorder->count(Event::Executed, start) > 0
-                || m_recorder->count(Event::ActionRequired, start) > 0;
-        });
+        if (!m_subject.waitFor(m_subject.limits().run, [&] {
+                return m_recorder->count(Event::Executed, start) > 0
+                    || m_recorder->count(Event::ActionRequired, start) > 0;
+            })) {
+            reportStuck(candidate, start, false);
+            throw Hindered{m_subject.stuck().constLast().why};
+        }
         const QVector<Event> events = m_recorder->events(start);
         for (const Event &event : events) {
             if (event.kind == Event::ActionRequired) {

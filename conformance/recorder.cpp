@@ -1,10 +1,13 @@
 #include "recorder.h"
 
+#include <qeldevices/deviceerrors.h>
+
 #include <QtCore/QDebug>
 #include <QtCore/QMetaEnum>
 #include <QtCore/QThread>
 
 #include <algorithm>
+#include <iterator>
 
 namespace qel::conformance {
 
@@ -16,9 +19,24 @@ QString featureName(Device::DeviceFeature feature)
     return name ? QString::fromLatin1(name) : QString::number(feature);
 }
 
+static const char *const codeNames[] = {
+    "ERROR_DEVICE_UNKNOWN",           "ERROR_DEVICE_VENDOR_SPECIFIC",
+    "ERROR_DEVICE_CANT_OPEN",         "ERROR_DEVICE_NOT_READY",
+    "ERROR_DEVICE_TIMEOUT",           "ERROR_DEVICE_CANT_WRITE",
+    "ERROR_DEVICE_CHECKSUM_MISMATCH", "ERROR_DEVICE_INVALID_CONFIGURATION",
+    "ERROR_DEVICE_NOT_CALIBRATED",    "ERROR_DEVICE_DISCONNECTED",
+    "ERROR_DEVICE_BOOT_FAIL",         "ERROR_DEVICE_API_TOO_NEW",
+};
+
 QString errorName(int code)
 {
-    return QStringLiteral("0x%1").arg(code, 0, 16);
+    const QString number = QStringLiteral("0x%1").arg(code, 0, 16);
+    if (code == devices::NO_DEVICE_ERROR)
+        return QStringLiteral("NO_DEVICE_ERROR");
+    const int index = code - devices::ERROR_DEVICE_UNKNOWN;
+    if (index < 0 || index >= int(std::size(codeNames)))
+        return number;
+    return QStringLiteral("%1 (%2)").arg(QLatin1String(codeNames[index]), number);
 }
 
 static QString text(bool flag)
@@ -197,15 +215,27 @@ int Recorder::count(Event::Kind kind, int from) const
                              [kind](const Event &event) { return event.kind == kind; }));
 }
 
-QStringList Recorder::toStringList(int limit) const
+bool Recorder::hasRequest(int actionId) const
 {
     const QMutexLocker locker(&m_mutex);
+    return std::any_of(m_events.cbegin(), m_events.cend(), [actionId](const Event &event) {
+        return event.kind == Event::ActionRequired && event.actionId == actionId;
+    });
+}
+
+QStringList toLines(const QVector<Event> &events)
+{
+    const int head = 10;
+    const int tail = 30;
     QStringList lines;
-    const int from = std::max(0, m_events.size() - limit);
-    if (from > 0)
-        lines += QStringLiteral("(%1 earlier signals)").arg(from);
-    for (int i = from; i < m_events.size(); ++i)
-        lines += m_events.at(i).toString();
+    for (int i = 0; i < events.size(); ++i) {
+        const int left = events.size() - head - tail;
+        if (left > 0 && i == head) {
+            lines += QStringLiteral("(%1 signals left out)").arg(left);
+            i += left;
+        }
+        lines += events.at(i).toString();
+    }
     return lines;
 }
 

@@ -69,8 +69,8 @@ public:
     int count() const;
     /// How many events of `kind` there are from index `from` on.
     int count(Event::Kind kind, int from) const;
-    /// The last `limit` events as lines for people.
-    QStringList toStringList(int limit) const;
+    /// Whether the device has raised the request `actionId`.
+    bool hasRequest(int actionId) const;
 
 private:
     void add(devices::Device *device, Event event);
@@ -81,9 +81,12 @@ private:
     std::function<void(const Event &)> m_reaction;
 };
 
+/// Events as lines for people; of a long list the middle is left out.
+QStringList toLines(const QVector<Event> &events);
+
 /// "DF_Orientation", or the number of a feature that has no name.
 QString featureName(devices::Device::DeviceFeature feature);
-/// "0x8004".
+/// "ERROR_DEVICE_TIMEOUT (0x8004)".
 QString errorName(int code);
 
 } // namespace qel::conformance

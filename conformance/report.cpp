@@ -1,7 +1,10 @@
 #include "report.h"
 
+#include "recorder.h"
+
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonObject>
+#include <QtCore/QMap>
 #include <QtCore/QXmlStreamWriter>
 
 namespace qel::conformance {
@@ -31,6 +34,20 @@ static QString printable(QString text)
             character = QLatin1Char('?');
     }
     return text;
+}
+
+static QJsonArray featuresToJson(const Report &report)
+{
+    QJsonArray features;
+    for (const FeatureTally &tally : report.features) {
+        QJsonObject feature = {{QStringLiteral("feature"), featureName(tally.feature)},
+                               {QStringLiteral("succeeded"), tally.succeeded},
+                               {QStringLiteral("failed"), tally.failed}};
+        if (tally.failed > 0)
+            feature.insert(QStringLiteral("lastError"), errorName(tally.lastError));
+        features += feature;
+    }
+    return features;
 }
 
 static bool isBroken(const Result &result)
@@ -72,14 +89,73 @@ QString toText(const Result &result, const Result *previous)
     return printable(text);
 }
 
+// "601 to 604, 702".
+static QString numbers(const QVector<const Result *> &results)
+{
+    QStringList ranges;
+    const auto &rules = allRules();
+    for (int i = 0; i < results.size();) {
+        const Rule *first = results.at(i)->rule;
+        const Rule *last = first;
+        while (++i < results.size() && results.at(i)->rule == last + 1 && last + 1 < rules.cend())
+            last = results.at(i)->rule;
+        ranges += first == last ? QString::number(first->number)
+                                : QStringLiteral("%1 to %2").arg(first->number).arg(last->number);
+    }
+    return ranges.join(QStringLiteral(", "));
+}
+
+static QString state(const FeatureTally &tally, bool isUnsafe)
+{
+    if (tally.succeeded > 0)
+        return QStringLiteral("succeeded %1 times").arg(tally.succeeded);
+    if (tally.feature == devices::Device::DF_FirmwareUpdate)
+        return QStringLiteral("not judged: firmware is never written");
+    if (!tally.isTried && !isUnsafe)
+        return QStringLiteral("not judged: running it moves parts of the instrument");
+    if (tally.failed == 0)
+        return QStringLiteral("NOT JUDGED: it was never run to its end");
+    return QStringLiteral("NOT JUDGED: none of %1 runs succeeded, the last error was %2")
+        .arg(tally.failed)
+        .arg(errorName(tally.lastError));
+}
+
 QString summary(const Report &report)
 {
-    return QStringLiteral("%1 rules hold, %2 failed, %3 warnings, %4 not applicable, %5 not run")
-        .arg(report.count(Outcome::Passed))
-        .arg(report.count(Outcome::Failed))
-        .arg(report.count(Outcome::Warning))
-        .arg(report.count(Outcome::NotApplicable))
-        .arg(report.count(Outcome::NotRun));
+    QString text = QStringLiteral("%1 rules hold, %2 failed, %3 warnings, %4 not applicable, "
+                                  "%5 not run\n")
+                       .arg(report.count(Outcome::Passed))
+                       .arg(report.count(Outcome::Failed))
+                       .arg(report.count(Outcome::Warning))
+                       .arg(report.count(Outcome::NotApplicable))
+                       .arg(report.count(Outcome::NotRun));
+    if (!report.features.isEmpty())
+        text += QStringLiteral("\nWhat the instrument did\n");
+    for (const FeatureTally &tally : report.features)
+        text += QStringLiteral("  %1  %2\n")
+                    .arg(featureName(tally.feature), -26)
+                    .arg(state(tally, report.isUnsafe));
+
+    // Rules that lack the same thing stand together.
+    QMap<QString, QVector<const Result *>> lacking;
+    bool isLeftOut = false;
+    for (const Result &result : report.results) {
+        if (result.outcome == Outcome::NotRun)
+            lacking[result.seen] += &result;
+        isLeftOut |= result.isLeftOut;
+    }
+    if (!lacking.isEmpty())
+        text += QStringLiteral("\nWhat was not judged\n");
+    for (auto it = lacking.cbegin(); it != lacking.cend(); ++it)
+        text += QStringLiteral("  %1: %2\n").arg(numbers(*it), it.key());
+    if (isLeftOut)
+        text += QStringLiteral("\nWithout --unsafe nothing that moves was run: no measurement and "
+                               "no calibration, and none of their values was\nseen. Prepare the "
+                               "instrument and check with --unsafe to have them judged.\n");
+    if (report.isIncomplete())
+        text += QStringLiteral("\nINCOMPLETE: no rule is broken, but what is named above was not "
+                               "judged.\n");
+    return printable(text);
 }
 
 QJsonObject toJson(const Report &report, const QString &fileName)
@@ -105,6 +181,8 @@ QJsonObject toJson(const Report &report, const QString &fileName)
                           {QStringLiteral("warnings"), report.count(Outcome::Warning)},
                           {QStringLiteral("notApplicable"), report.count(Outcome::NotApplicable)},
                           {QStringLiteral("notRun"), report.count(Outcome::NotRun)},
+                          {QStringLiteral("incomplete"), report.isIncomplete()},
+                          {QStringLiteral("features"), featuresToJson(report)},
                           {QStringLiteral("rules"), rules}};
     if (!report.error.isEmpty())
         object.insert(QStringLiteral("error"), report.error);

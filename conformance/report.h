@@ -9,7 +9,8 @@ namespace qel::conformance {
 /// @param previous the result before, or null; a new group gets its title
 QString toText(const Result &result, const Result *previous);
 
-/// How many rules hold, and how many do not, as one line for people.
+/// How many rules hold, and how many do not, what each feature did, and what was not judged and
+/// why, as lines for people.
 QString summary(const Report &report);
 
 /// The report for programs.

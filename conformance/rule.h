@@ -2,6 +2,7 @@
 #define QEL_CONFORMANCE_RULE_H
 
 #include <QtCore/QString>
+#include <QtCore/QStringList>
 #include <QtCore/QVector>
 
 namespace qel::conformance {
@@ -47,6 +48,10 @@ struct Rule
 struct Broken
 {
     QString seen; ///< what was seen instead
+    /// The device's signals around the offence; empty for those that came last.
+    QStringList signalsSeen = {};
+    /// Whether this was read from the record of earlier runs: the plugin is as good as before.
+    bool isRecorded = false;
 };
 
 /// Thrown by a check when the driver has nothing that the rule speaks of.
@@ -63,7 +68,8 @@ struct Unmet
     bool isSelection = false; ///< whether the caller has asked for something that is not there
 };
 
-/// Thrown by a check that cannot go on because another rule is broken.
+/// Thrown by a check that cannot go on because another rule is broken, or something is not
+/// permitted.
 struct Hindered
 {
     QString why; ///< what is in the way

@@ -1,4 +1,6 @@
-#include "subject.h"
+#include "tour.h"
+
+#include <algorithm>
 
 namespace qel::conformance {
 
@@ -6,46 +8,77 @@ using devices::Device;
 
 static const char group[] = "Requests for action";
 
+// Whatever asks the user has been seen, and what does not go on after an answer with it.
+static void concludeStuck(Subject &subject, int rule)
+{
+    subject.tour();
+    Offences offences;
+    offences.addStuck(subject, rule);
+    offences.conclude();
+}
+
+// The text of a request that is about to be confirmed; for whoever cannot do what it asks for.
+static void needPermission(Subject &subject, const QString &text)
+{
+    if (!subject.permits(text)) {
+        throw Hindered{QStringLiteral("the request \"%1\" may not be confirmed: needs --yes, or a "
+                                      "person at a terminal")
+                           .arg(text)};
+    }
+}
+
+static QString textOf(const Instrument &instrument, int actionId)
+{
+    const auto events = instrument.seen().events();
+    for (const Event &event : events) {
+        if (event.kind == Event::ActionRequired && event.actionId == actionId)
+            return event.action;
+    }
+    return {};
+}
+
 static void checkText(Subject &subject)
 {
-    Instrument instrument(subject);
-    instrument.open();
+    Instrument &instrument = subject.opened();
     Device::DeviceFeature feature = Device::DF_None;
-    const int start = instrument.seen().count();
     const int id = instrument.startRequest(&feature);
-    QString text;
-    const auto events = instrument.seen().events(start);
-    for (const Event &event : events) {
-        if (event.kind == Event::ActionRequired)
-            text = event.action;
-    }
+    const int start = instrument.seen().count();
     instrument.abort(id);
-    const QString fault = subject.translationFault(text);
+    instrument.awaitEndings(start, 1, false);
+    const QString fault = subject.translationFault(textOf(instrument, id));
     if (!fault.isEmpty())
         throw Broken{fault};
 }
 
 static void checkConfirm(Subject &subject)
 {
-    Instrument instrument(subject);
-    instrument.open();
-    Device::DeviceFeature feature = Device::DF_None;
-    const int id = instrument.startRequest(&feature);
-    const int start = instrument.seen().count();
-    instrument.confirm(id);
-    instrument.awaitEndings(start, 1, true);
-    subject.settle();
-    const int endings = instrument.seen().count(Event::Executed, start);
-    if (endings != 1)
-        throw Broken{QStringLiteral("after the confirmation, %1 has %2 endings")
-                         .arg(featureName(feature))
-                         .arg(endings)};
+    concludeStuck(subject, 702);
+    Offences offences;
+    bool found = false;
+    const auto runs = subject.tour().allowed();
+    for (const Run &run : runs) {
+        const bool isConfirmed =
+            std::any_of(run.events.cbegin(), run.events.cend(),
+                        [](const Event &event) { return event.kind == Event::ActionConfirmed; });
+        found |= isConfirmed;
+        int endings = 0;
+        for (const Event &event : run.events)
+            endings += event.kind == Event::Executed ? 1 : 0;
+        if (isConfirmed && endings != 1)
+            offences.add(QStringLiteral("%1 endings after the confirmation").arg(endings), run);
+        if (run.hasRequest() && !isConfirmed)
+            throw Hindered{
+                QStringLiteral("requests are declined: needs --yes, or a person at a terminal")};
+    }
+    offences.conclude();
+    if (!found)
+        throw NotApplicable{QStringLiteral("no run asks the user for anything")};
 }
 
 static void checkAbort(Subject &subject)
 {
-    Instrument instrument(subject);
-    instrument.open();
+    concludeStuck(subject, 703);
+    Instrument &instrument = subject.opened();
     Device::DeviceFeature feature = Device::DF_None;
     const int id = instrument.startRequest(&feature);
     const int start = instrument.seen().count();
@@ -89,8 +122,7 @@ static void expectSilence(Subject &subject, Instrument &instrument, const QStrin
 
 static void checkStrayAnswers(Subject &subject)
 {
-    Instrument instrument(subject);
-    instrument.open();
+    Instrument &instrument = subject.opened();
     Device::DeviceFeature feature = Device::DF_None;
     const int id = instrument.startRequest(&feature);
     const int unknown = id + 1000;
@@ -100,7 +132,8 @@ static void checkStrayAnswers(Subject &subject)
                   [&] { instrument.abort(unknown); });
     const int start = instrument.seen().count();
     instrument.abort(id);
-    instrument.awaitEndings(start, 1, false);
+    if (!instrument.awaitEndings(start, 1, false))
+        throw Hindered{QStringLiteral("an aborted run does not end")};
     subject.settle();
     expectSilence(subject, instrument, QStringLiteral("confirming an answered request"),
                   [&] { instrument.confirm(id); });
@@ -110,31 +143,31 @@ static void checkStrayAnswers(Subject &subject)
 
 static void checkAnswerWithin(Subject &subject)
 {
+    Instrument &instrument = subject.opened();
     Device::DeviceFeature feature = Device::DF_None;
-    {
-        Instrument probe(subject);
-        probe.open();
-        const int id = probe.startRequest(&feature);
-        const int start = probe.seen().count();
-        probe.confirm(id);
-        if (!probe.awaitEndings(start, 1, true))
-            throw Hindered{
-                QStringLiteral("a confirmed run of %1 has no end").arg(featureName(feature))};
-    }
+    const int probe = instrument.startRequest(&feature);
+    const QString text = textOf(instrument, probe);
+    int start = instrument.seen().count();
+    instrument.abort(probe);
+    if (!instrument.awaitEndings(start, 1, false))
+        throw Hindered{QStringLiteral("an aborted run does not end")};
+    subject.settle();
     for (const bool confirms : {false, true}) {
-        Instrument instrument(subject);
-        instrument.open();
+        if (confirms)
+            needPermission(subject, text);
+        instrument.setShortConfiguration(feature);
         instrument.recorder().setReaction([&](const Event &event) {
             if (event.kind == Event::ActionRequired && confirms)
                 instrument.confirm(event.actionId);
             else if (event.kind == Event::ActionRequired)
                 instrument.abort(event.actionId);
         });
-        const int start = instrument.seen().count();
+        start = instrument.seen().count();
         instrument.callExecute(feature);
         subject.waitFor(subject.limits().run,
                         [&] { return instrument.seen().count(Event::Executed, start) > 0; });
         subject.settle();
+        instrument.recorder().setReaction({});
         const int endings = instrument.seen().count(Event::Executed, start);
         if (endings != 1)
             throw Broken{

@@ -1,4 +1,4 @@
-#include "subject.h"
+#include "instrument.h"
 
 namespace qel::conformance {
 
@@ -18,7 +18,6 @@ static void checkName(Subject &subject)
     const QString name = subject.driver()->name();
     if (name.isEmpty())
         throw Broken{QStringLiteral("name() is empty")};
-    subject.records();
     const QString again = subject.driver()->name();
     if (again != name || !subject.driverNames().contains(name))
         throw Broken{QStringLiteral("name() was '%1', then '%2'").arg(name, again)};
@@ -69,8 +68,7 @@ static void checkStable(Subject &subject)
 
 static void checkUndisturbed(Subject &subject)
 {
-    Instrument instrument(subject);
-    instrument.open();
+    const Instrument &instrument = subject.opened();
     const int start = instrument.seen().count();
     subject.records();
     subject.settle();

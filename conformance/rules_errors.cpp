@@ -1,5 +1,4 @@
-#include "subject.h"
-#include "values.h"
+#include "tour.h"
 
 #include <qeldevices/deviceerrors.h>
 
@@ -10,32 +9,19 @@ using devices::Device;
 static const char group[] = "Errors";
 
 // All errors that can be brought about without harm, each as it stood when it was set.
-static QVector<Event> provokeErrors(Subject &subject)
+static QVector<Event> errorsOf(Subject &subject)
 {
+    const Tour &tour = subject.tour();
+    QVector<Event> events;
+    for (const Run &run : tour.runs)
+        events += run.events;
+    if (tour.overlap)
+        events += tour.overlap->events;
     QVector<Event> errors;
-    Instrument instrument(subject);
-    instrument.recorder().setReaction([&](const Event &event) {
+    for (const Event &event : qAsConst(events)) {
         if (event.kind == Event::ErrorChanged
             && (event.errorCode != 0 || !event.additionalInfoTrId.isEmpty()))
             errors += event;
-    });
-    instrument.open();
-    const auto features = instrument.configurable();
-    for (const auto feature : features) {
-        const auto wrong = wrongConfigurations(feature, instrument->descriptor(feature));
-        for (const WrongConfiguration &configuration : wrong) {
-            instrument->setConfiguration(feature, configuration.value);
-            instrument.run(feature);
-            instrument->setConfiguration(feature, QVariant());
-        }
-    }
-    try {
-        const auto feature = instrument.startLongRun();
-        instrument.callExecute(feature);
-        subject.settle();
-        instrument.close();
-    } catch (const NotApplicable &) {
-        // One error less.
     }
     if (errors.isEmpty())
         throw NotApplicable{QStringLiteral("there is no harmless way to bring about an error")};
@@ -44,29 +30,33 @@ static QVector<Event> provokeErrors(Subject &subject)
 
 static void checkCodes(Subject &subject)
 {
-    const QVector<Event> errors = provokeErrors(subject);
+    Offences offences;
+    const QVector<Event> errors = errorsOf(subject);
     for (const Event &event : errors) {
         const int code = event.errorCode;
         if (code != 0
             && (code < devices::ERROR_DEVICE_UNKNOWN || code > devices::ERROR_DEVICE_API_TOO_NEW))
-            throw Broken{QStringLiteral("error %1").arg(errorName(code))};
+            offences.add(QStringLiteral("error %1").arg(errorName(code)), QVector<Event>{event});
     }
+    offences.conclude();
 }
 
 static void checkDetails(Subject &subject)
 {
-    const QVector<Event> errors = provokeErrors(subject);
-    bool found = false;
+    Offences offences;
+    QStringList ids;
+    const QVector<Event> errors = errorsOf(subject);
     for (const Event &event : errors) {
         const QString id = event.additionalInfoTrId;
-        if (id.isEmpty())
+        if (id.isEmpty() || ids.contains(id))
             continue;
-        found = true;
+        ids += id;
         const QString fault = subject.translationFault(id);
         if (!fault.isEmpty())
-            throw Broken{fault};
+            offences.add(fault, QVector<Event>{event});
     }
-    if (!found)
+    offences.conclude();
+    if (ids.isEmpty())
         throw NotApplicable{QStringLiteral("the errors brought about have no details")};
 }
 

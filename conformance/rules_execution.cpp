@@ -1,7 +1,10 @@
-#include "subject.h"
+#include "tour.h"
 #include "values.h"
 
 #include <qeldevices/deviceerrors.h>
+
+#include <algorithm>
+#include <iterator>
 
 namespace qel::conformance {
 
@@ -9,233 +12,187 @@ using devices::Device;
 
 static const char group[] = "Execution";
 
-// Runs every feature with its shortest configuration and hands all events of each run, those of a
-// quiet moment afterwards included, to `judge`; whether any run succeeded.
-static bool runEach(
-    Subject &subject,
-    const std::function<void(Instrument &, Device::DeviceFeature, const QVector<Event> &)> &judge,
-    bool confirms = true)
+// The runs with an allowed configuration; there must be some.
+static QVector<Run> allowedRuns(Subject &subject)
 {
-    Instrument instrument(subject);
-    instrument.open();
-    const auto features = instrument.runnable();
-    if (features.isEmpty())
+    const QVector<Run> runs = subject.tour().allowed();
+    if (runs.isEmpty())
         throw NotApplicable{QStringLiteral("no feature may be run")};
-    bool succeeded = false;
-    for (const auto feature : features) {
-        const int start = instrument.seen().count();
-        succeeded |= instrument.runShort(feature, confirms).flag;
-        subject.settle();
-        judge(instrument, feature, instrument.seen().events(start));
-    }
-    return succeeded;
+    return runs;
 }
 
-static int endingIndex(const QVector<Event> &events)
+static QVector<Run> forbiddenRuns(Subject &subject)
 {
-    for (int i = 0; i < events.size(); ++i) {
-        if (events.at(i).kind == Event::Executed)
-            return i;
-    }
-    return -1;
-}
-
-static void expectOneEnding(Instrument &, Device::DeviceFeature feature,
-                            const QVector<Event> &events)
-{
-    int endings = 0;
-    for (const Event &event : events) {
-        if (event.kind != Event::Executed)
-            continue;
-        ++endings;
-        if (event.feature != feature) {
-            throw Broken{QStringLiteral("the ending of %1 names %2")
-                             .arg(featureName(feature), featureName(event.feature))};
-        }
-    }
-    if (endings != 1) {
-        throw Broken{
-            QStringLiteral("the run of %1 has %2 endings").arg(featureName(feature)).arg(endings)};
-    }
+    const QVector<Run> runs = subject.tour().forbidden();
+    if (runs.isEmpty())
+        throw NotApplicable{QStringLiteral("no feature that may be tried takes a configuration")};
+    return runs;
 }
 
 static void checkOneEnding(Subject &subject)
 {
-    try {
-        // What comes of confirmed requests is another rule's matter.
-        runEach(subject, expectOneEnding, false);
-    } catch (const Hindered &hindered) {
-        throw Broken{hindered.why};
+    Offences offences;
+    const auto runs = subject.tour().runs;
+    for (const Run &run : runs) {
+        int endings = 0;
+        for (const Event &event : run.events) {
+            if (event.kind != Event::Executed)
+                continue;
+            ++endings;
+            if (event.feature != run.feature)
+                offences.add(QStringLiteral("the ending names %1").arg(featureName(event.feature)),
+                             run);
+        }
+        if (endings > 1)
+            offences.add(QStringLiteral("%1 endings").arg(endings), run);
     }
+    // What comes of answered requests is another rule's matter.
+    offences.addStuck(subject, 601);
+    offences.conclude();
+    allowedRuns(subject);
 }
 
 static void checkEndingIsLast(Subject &subject)
 {
-    runEach(subject, [](Instrument &, Device::DeviceFeature feature, const QVector<Event> &events) {
-        const int end = endingIndex(events);
-        if (events.at(end).isBusy)
-            throw Broken{
-                QStringLiteral("the device is busy at the ending of %1").arg(featureName(feature))};
-        for (int i = end + 1; i < events.size(); ++i) {
-            const Event &event = events.at(i);
+    Offences offences;
+    const auto runs = allowedRuns(subject);
+    for (const Run &run : runs) {
+        const int end = run.endingIndex();
+        if (run.ending().isBusy)
+            offences.add(QStringLiteral("the device is busy at the ending"), run);
+        for (int i = end + 1; i < run.events.size(); ++i) {
+            const Event &event = run.events.at(i);
             const bool isPlate =
                 event.kind == Event::TransientValue && event.feature == Device::DF_PlateDetection;
-            // Further endings are another rule's matter.
-            if (!isPlate && event.kind != Event::Executed)
-                throw Broken{
-                    QStringLiteral("a signal follows the ending of %1").arg(featureName(feature))};
+            // Further endings are another rule's matter, and the device is idle in the end.
+            const bool isIdle = event.kind == Event::BusyChanged && run.ending().isBusy;
+            if (!isPlate && !isIdle && event.kind != Event::Executed)
+                offences.add(QStringLiteral("a signal follows the ending"), run);
         }
-    });
+    }
+    offences.conclude();
 }
 
 static void checkBusy(Subject &subject)
 {
-    Instrument instrument(subject);
-    instrument.open();
+    Offences offences;
     bool waited = false;
-    const auto features = instrument.runnable();
-    for (const auto feature : features) {
-        instrument->setConfiguration(feature,
-                                     shortConfiguration(feature, instrument->descriptor(feature)));
-        const int start = instrument.seen().count();
-        instrument.callExecute(feature);
-        if (instrument.seen().count(Event::Executed, start) > 0)
+    const auto runs = allowedRuns(subject);
+    for (const Run &run : runs) {
+        if (run.endingIndex() < run.eventsWithin)
             continue;
         waited = true;
-        if (!instrument->isBusy())
-            throw Broken{QStringLiteral("%1 is at work, and the device is not busy")
-                             .arg(featureName(feature))};
-        if (!instrument.awaitEndings(start, 1, false))
-            throw Hindered{QStringLiteral("a run of %1 has no end").arg(featureName(feature))};
-        const QVector<Event> events = instrument.seen().events(start);
-        for (int i = 0; i < endingIndex(events); ++i) {
-            const bool isWork = events.at(i).kind == Event::TransientValue
-                || events.at(i).kind == Event::ActionRequired;
-            if (isWork && events.at(i).feature != Device::DF_PlateDetection && !events.at(i).isBusy)
-                throw Broken{QStringLiteral("%1 is at work, and the device is not busy")
-                                 .arg(featureName(feature))};
+        bool isIdle = !run.isBusyOnReturn;
+        for (int i = 0; i < run.endingIndex(); ++i) {
+            const Event &event = run.events.at(i);
+            const bool isWork =
+                event.kind == Event::TransientValue || event.kind == Event::ActionRequired;
+            isIdle |= isWork && event.feature != Device::DF_PlateDetection && !event.isBusy;
         }
+        if (isIdle)
+            offences.add(QStringLiteral("it is at work, and the device is not busy"), run);
     }
+    offences.conclude();
     if (!waited)
         throw NotApplicable{QStringLiteral("every run ends before execute() returns")};
 }
 
 static void checkResults(Subject &subject)
 {
-    const bool succeeded = runEach(
-        subject, [](Instrument &, Device::DeviceFeature feature, const QVector<Event> &events) {
-            const Event &ending = events.at(endingIndex(events));
-            if (!ending.flag)
-                return;
-            const QString fault = resultFault(feature, ending.value);
-            if (!fault.isEmpty())
-                throw Broken{QStringLiteral("%1: %2").arg(featureName(feature), fault)};
-            if (ending.errorCode != 0)
-                throw Broken{QStringLiteral("%1 succeeds with error %2")
-                                 .arg(featureName(feature), errorName(ending.errorCode))};
-        });
+    Offences offences;
+    bool succeeded = false;
+    const auto runs = allowedRuns(subject);
+    for (const Run &run : runs) {
+        if (!run.isSuccess())
+            continue;
+        succeeded = true;
+        const QString fault = resultFault(run.feature, run.ending().value);
+        if (!fault.isEmpty())
+            offences.add(fault, run);
+        // An old error that stayed is another rule's matter.
+        const int error = run.ending().errorCode;
+        if (error != 0 && error != run.oldError)
+            offences.add(QStringLiteral("success with error %1").arg(errorName(error)), run);
+    }
+    offences.conclude();
     if (!succeeded)
         throw NotApplicable{QStringLiteral("no run succeeded")};
 }
 
-// Runs every feature with every wrong configuration there is.
-static void runWrong(Subject &subject,
-                     const std::function<void(Instrument &, const QString &, const Event &)> &judge)
-{
-    Instrument instrument(subject);
-    instrument.open();
-    bool found = false;
-    const auto features = instrument.configurable();
-    for (const auto feature : features) {
-        const auto wrong = wrongConfigurations(feature, instrument->descriptor(feature));
-        for (const WrongConfiguration &configuration : wrong) {
-            found = true;
-            instrument->setConfiguration(feature, configuration.value);
-            const Event ending = instrument.run(feature);
-            instrument->setConfiguration(feature, QVariant());
-            judge(instrument,
-                  QStringLiteral("%1, %2").arg(featureName(feature), configuration.what), ending);
-        }
-    }
-    if (!found)
-        throw NotApplicable{QStringLiteral("no feature that may be tried takes a configuration")};
-}
-
 static void checkWrongIsRefused(Subject &subject)
 {
-    runWrong(subject, [](Instrument &instrument, const QString &what, const Event &ending) {
-        if (ending.flag)
-            throw Broken{QStringLiteral("accepted: %1").arg(what)};
-        if (ending.errorCode != devices::ERROR_DEVICE_INVALID_CONFIGURATION)
-            throw Broken{
-                QStringLiteral("%1: refused with error %2").arg(what, errorName(ending.errorCode))};
-        if (!instrument->isOpen() || instrument->isBusy())
-            throw Broken{QStringLiteral("%1: the device is closed or busy afterwards").arg(what)};
-    });
+    Offences offences;
+    const auto runs = forbiddenRuns(subject);
+    for (const Run &run : runs) {
+        if (run.ending().flag)
+            offences.add(QStringLiteral("accepted"), run);
+        else if (run.ending().errorCode != devices::ERROR_DEVICE_INVALID_CONFIGURATION)
+            offences.add(
+                QStringLiteral("refused with error %1").arg(errorName(run.ending().errorCode)),
+                run);
+        else if (!run.isOpenAfter || run.isBusyAfter)
+            offences.add(QStringLiteral("the device is closed or busy afterwards"), run);
+    }
+    offences.conclude();
 }
 
 static void checkFailureHasNoResult(Subject &subject)
 {
-    runWrong(subject, [](Instrument &, const QString &what, const Event &ending) {
-        if (!ending.flag && ending.value.isValid())
-            throw Broken{QStringLiteral("%1: the failed run has a result").arg(what)};
-    });
+    Offences offences;
+    const auto runs = subject.tour().allowed() + subject.tour().forbidden();
+    for (const Run &run : runs) {
+        if (!run.ending().flag && run.ending().value.isValid())
+            offences.add(QStringLiteral("the failed run has a result"), run);
+    }
+    offences.conclude();
 }
 
 static void checkRunClearsError(Subject &subject)
 {
-    Instrument instrument(subject);
-    instrument.open();
-    const auto features = instrument.runnable();
-    for (const auto feature : features) {
-        instrument.provokeError();
-        const int start = instrument.seen().count();
-        const Event ending = instrument.runShort(feature);
-        if (!ending.flag)
+    Offences offences;
+    bool found = false;
+    const auto runs = allowedRuns(subject);
+    for (const Run &run : runs) {
+        if (run.oldError == 0 || !run.isSuccess())
             continue;
-        if (ending.errorCode != 0)
-            throw Broken{QStringLiteral("%1 succeeded, the old error %2 stayed")
-                             .arg(featureName(feature), errorName(ending.errorCode))};
-        const QVector<Event> events = instrument.seen().events(start);
-        for (const Event &event : events) {
-            if (event.kind == Event::TransientValue && event.errorCode != 0)
-                throw Broken{QStringLiteral("%1 was at work with the old error %2")
-                                 .arg(featureName(feature), errorName(event.errorCode))};
-        }
-        return;
+        found = true;
+        // The same error again could be one of its own.
+        bool isOld = run.ending().errorCode == run.oldError;
+        for (const Event &event : run.events)
+            isOld |= event.kind == Event::TransientValue && event.errorCode == run.oldError;
+        if (isOld)
+            offences.add(QStringLiteral("the old error %1 stayed").arg(errorName(run.oldError)),
+                         run);
     }
-    throw NotApplicable{QStringLiteral("no run succeeded")};
+    offences.conclude();
+    if (!found)
+        throw NotApplicable{QStringLiteral("no run that succeeded began with an error")};
 }
 
 static void checkSettingsUntouched(Subject &subject)
 {
-    Instrument instrument(subject);
-    instrument.open();
-    const auto features = instrument.runnable();
-    for (const auto feature : features) {
-        const QVariant descriptor = instrument->descriptor(feature);
-        const QVariant configuration = shortConfiguration(feature, descriptor);
-        instrument->setConfiguration(feature, configuration);
-        const int start = instrument.seen().count();
-        instrument.run(feature);
-        if (instrument.seen().count(Event::ConfigurationChanged, start) > 0
-            || instrument->configuration(feature) != configuration)
-            throw Broken{QStringLiteral("the run changed the configuration of %1")
-                             .arg(featureName(feature))};
-        if (instrument.seen().count(Event::DescriptorChanged, start) > 0
-            || instrument->descriptor(feature) != descriptor)
-            throw Broken{
-                QStringLiteral("the run changed the descriptor of %1").arg(featureName(feature))};
+    Offences offences;
+    const auto runs = allowedRuns(subject);
+    for (const Run &run : runs) {
+        const auto changed = [&](Event::Kind kind) {
+            return std::any_of(run.events.cbegin(), run.events.cend(), [&](const Event &event) {
+                return event.kind == kind && event.feature == run.feature;
+            });
+        };
+        if (run.configurationAfter != run.configuration || changed(Event::ConfigurationChanged))
+            offences.add(QStringLiteral("the run changed the configuration"), run);
+        if (run.descriptorAfter != run.descriptor || changed(Event::DescriptorChanged))
+            offences.add(QStringLiteral("the run changed the descriptor"), run);
     }
+    offences.conclude();
 }
 
-static QString progressFault(const QVector<Event> &events, Device::DeviceFeature feature)
+static QString progressFault(const Run &run)
 {
     double last = -1;
-    for (const Event &event : events) {
-        if (event.kind == Event::Executed)
-            break;
-        if (event.kind != Event::TransientValue || event.feature != feature)
+    for (int i = 0; i < run.endingIndex(); ++i) {
+        const Event &event = run.events.at(i);
+        if (event.kind != Event::TransientValue || event.feature != run.feature)
             continue;
         const QVariant progress = event.value.toHash().value(QStringLiteral("progress"));
         if (progress.userType() != QMetaType::Double)
@@ -249,43 +206,43 @@ static QString progressFault(const QVector<Event> &events, Device::DeviceFeature
     }
     if (last < 0)
         return QStringLiteral("there is no progress");
-    if (events.at(endingIndex(events)).flag && last < 1)
-        return QStringLiteral("the last progress is %1").arg(last);
-    return {};
+    return last < 1 ? QStringLiteral("the last progress is %1").arg(last) : QString();
 }
 
 static void checkProgress(Subject &subject)
 {
+    Offences offences;
     bool found = false;
-    runEach(subject,
-            [&](Instrument &, Device::DeviceFeature feature, const QVector<Event> &events) {
-                // A run that was refused at once has no progress to show.
-                if (!isMoving(feature) || !events.at(endingIndex(events)).flag)
-                    return;
-                found = true;
-                const QString fault = progressFault(events, feature);
-                if (!fault.isEmpty())
-                    throw Broken{QStringLiteral("%1: %2").arg(featureName(feature), fault)};
-            });
+    const auto runs = allowedRuns(subject);
+    for (const Run &run : runs) {
+        // A run that was refused at once has no progress to show.
+        if (!isMoving(run.feature) || !run.isSuccess())
+            continue;
+        found = true;
+        const QString fault = progressFault(run);
+        if (!fault.isEmpty())
+            offences.add(fault, run);
+    }
+    offences.conclude();
     if (!found)
         throw NotApplicable{QStringLiteral("no run that shows progress succeeded")};
 }
 
 static void checkSecondRun(Subject &subject)
 {
-    Instrument instrument(subject);
-    instrument.open();
-    const int start = instrument.seen().count();
-    const auto feature = instrument.startLongRun();
-    const int before = instrument.seen().count(Event::Executed, start);
-    instrument.callExecute(feature);
-    instrument.awaitEndings(start, before + 2, true);
-    subject.settle();
-    const int endings = instrument.seen().count(Event::Executed, start) - before;
-    if (endings != 2)
-        throw Broken{QStringLiteral("two runs of %1 have %2 endings")
-                         .arg(featureName(feature))
-                         .arg(endings)};
+    Offences offences;
+    const auto &overlap = subject.tour().overlap;
+    if (overlap) {
+        QVector<Event> endings;
+        std::copy_if(overlap->events.cbegin(), overlap->events.cend(), std::back_inserter(endings),
+                     [](const Event &event) { return event.kind == Event::Executed; });
+        if (endings.size() != 2)
+            offences.add(QStringLiteral("%1 endings").arg(endings.size()), *overlap);
+    }
+    offences.addStuck(subject, 610);
+    offences.conclude();
+    if (!overlap)
+        throw NotApplicable{QStringLiteral("every run ends before execute() returns")};
 }
 
 QVector<Rule> executionRules()
@@ -338,8 +295,8 @@ QVector<Rule> executionRules()
          "A second execute() while the device is busy has an ending of its own, and the first run "
          "keeps its ending.",
          "Two parts of an application may use one device; neither must wait in vain.",
-         "Refuse the second with ERROR_DEVICE_NOT_READY and executed(feature, false), or queue "
-         "it; do not touch the run in progress.",
+         "Refuse the second with ERROR_DEVICE_NOT_READY and executed(feature, false); do not touch "
+         "the run in progress.",
          checkSecondRun},
     };
 }

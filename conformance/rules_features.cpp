@@ -1,4 +1,4 @@
-#include "subject.h"
+#include "tour.h"
 #include "values.h"
 
 namespace qel::conformance {
@@ -9,8 +9,7 @@ static const char group[] = "Feature table";
 
 static void checkOffered(Subject &subject)
 {
-    Instrument instrument(subject);
-    instrument.open();
+    const Instrument &instrument = subject.opened();
     const auto features = instrument.offered();
     if (features.isEmpty())
         throw Broken{QStringLiteral("the open device offers no feature")};
@@ -20,14 +19,16 @@ static void checkOffered(Subject &subject)
 
 static void checkEach(Subject &subject, QString (*fault)(Device::DeviceFeature, const QVariant &))
 {
-    Instrument instrument(subject);
-    instrument.open();
+    const Instrument &instrument = subject.opened();
     const auto features = instrument.offered();
+    Offences offences;
     for (const auto feature : features) {
         const QString text = fault(feature, instrument->descriptor(feature));
         if (!text.isEmpty())
-            throw Broken{QStringLiteral("%1: %2").arg(featureName(feature), text)};
+            offences.add(QStringLiteral("%1: %2").arg(featureName(feature), text),
+                         QVector<Event>());
     }
+    offences.conclude();
 }
 
 static void checkDescriptors(Subject &subject)

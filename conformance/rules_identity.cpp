@@ -1,4 +1,4 @@
-#include "subject.h"
+#include "instrument.h"
 
 namespace qel::conformance {
 
@@ -28,7 +28,7 @@ static void checkFresh(Subject &subject)
 static void checkIdentity(Subject &subject)
 {
     const DeviceInfo record = subject.record();
-    const std::unique_ptr<Device> device(subject.driver()->createDevice(record));
+    const std::unique_ptr<Device> device(subject.create(record));
     if (!device)
         throw Broken{QStringLiteral("createDevice() returned null for a listed instrument")};
     if (!(device->deviceInfo() == record)) {
@@ -46,8 +46,8 @@ static void checkIdentity(Subject &subject)
 static void checkDistinct(Subject &subject)
 {
     const DeviceInfo record = subject.record();
-    std::unique_ptr<Device> first(subject.driver()->createDevice(record));
-    std::unique_ptr<Device> second(subject.driver()->createDevice(record));
+    std::unique_ptr<Device> first(subject.create(record));
+    std::unique_ptr<Device> second(subject.create(record));
     if (first && first == second) {
         // One object only: it must not be deleted twice.
         static_cast<void>(second.release());
@@ -63,7 +63,7 @@ static void checkUnknown(Subject &subject)
     const DeviceInfo unknown(known.interface(), known.driver(),
                              QStringLiteral("no such place, says the checker"), known.name(),
                              QStringLiteral("no such serial number"));
-    const std::unique_ptr<Device> device(subject.driver()->createDevice(unknown));
+    const std::unique_ptr<Device> device(subject.create(unknown));
     if (device)
         throw Broken{QStringLiteral("createDevice() returned a device for location '%1'")
                          .arg(unknown.location())};

@@ -1,4 +1,4 @@
-#include "subject.h"
+#include "instrument.h"
 
 #include <QtCore/QDir>
 #include <QtCore/QThreadPool>
@@ -38,9 +38,9 @@ static void checkCloseInRun(Subject &subject)
     const int error = instrument->errorCode();
     const int start = instrument.seen().count();
     instrument.callClose();
-    subject.settle();
-    if (instrument->isOpen() || instrument->isBusy())
+    if (!instrument.awaitClosed())
         throw Broken{QStringLiteral("the device is still open or busy")};
+    subject.settle();
     expectCutShort(instrument, start, feature);
     const QVector<Event> events = instrument.seen().events(start);
     for (const Event &event : events) {
@@ -60,7 +60,7 @@ static void checkResetInRun(Subject &subject)
     Instrument instrument(subject);
     instrument.open();
     const auto feature = instrument.startLongRun();
-    int start = instrument.seen().count();
+    const int start = instrument.seen().count();
     instrument.callReset();
     subject.waitFor(subject.limits().open,
                     [&] { return instrument.seen().count(Event::Executed, start) > 0; });
@@ -68,16 +68,16 @@ static void checkResetInRun(Subject &subject)
     expectCutShort(instrument, start, feature);
     if (!instrument->isOpen() || instrument->isBusy() || instrument->errorCode() != 0)
         throw Broken{QStringLiteral("the device is not open, idle and without error")};
-    start = instrument.seen().count();
-    instrument.callExecute(feature);
-    if (!instrument.awaitEndings(start, 1, true))
+    try {
+        instrument.runShort(feature);
+    } catch (const Hindered &) {
         throw Broken{QStringLiteral("%1 cannot be run any more").arg(featureName(feature))};
+    }
 }
 
 static void checkResetIdle(Subject &subject)
 {
-    Instrument instrument(subject);
-    instrument.open();
+    Instrument &instrument = subject.opened();
     try {
         instrument.provokeError();
     } catch (const NotApplicable &) {
@@ -119,8 +119,7 @@ static void checkResetClosed(Subject &subject)
 
 static void checkUpdate(Subject &subject)
 {
-    Instrument instrument(subject);
-    instrument.open();
+    Instrument &instrument = subject.opened();
     const int start = instrument.seen().count();
     instrument.callUpdate();
     subject.settle();
@@ -319,8 +318,9 @@ QVector<Rule> lifeRules()
         {909, group, Severity::Failure, false, Needs::Plugin,
          "The process ends cleanly with the plugin loaded.",
          "Drivers are destroyed after main(), when the application object has gone.",
-         "Use neither qApp nor an event loop nor other libraries' statics in a driver's "
-         "destructor.",
+         "Use neither qApp nor an event loop nor statics in a driver's destructor: neither those "
+         "of "
+         "other libraries nor those of the plugin's own files, which are gone by then.",
          checkExit, true},
     };
 }

@@ -1,4 +1,4 @@
-#include "subject.h"
+#include "tour.h"
 
 #include <QtCore/QElapsedTimer>
 
@@ -69,8 +69,7 @@ static void checkStandsWhenOpen(Subject &subject)
 
 static void checkOpenTwice(Subject &subject)
 {
-    Instrument instrument(subject);
-    instrument.open();
+    Instrument &instrument = subject.opened();
     const int start = instrument.seen().count();
     if (!instrument.callOpen())
         throw Broken{QStringLiteral("open() of an open device returned false")};
@@ -86,8 +85,7 @@ static void checkClose(Subject &subject)
     const int error = instrument->errorCode();
     const int start = instrument.seen().count();
     instrument.callClose();
-    if (!subject.waitFor(subject.limits().open,
-                         [&] { return !instrument->isOpen() && !instrument->isBusy(); }))
+    if (!instrument.awaitClosed())
         throw Broken{QStringLiteral("the device is still open or busy")};
     const int changes = instrument.seen().count(Event::OpenChanged, start);
     if (changes != 1)
@@ -102,8 +100,7 @@ static void checkSilentAfterClose(Subject &subject)
     Instrument instrument(subject);
     instrument.open();
     instrument.callClose();
-    subject.waitFor(subject.limits().open,
-                    [&] { return !instrument->isOpen() && !instrument->isBusy(); });
+    instrument.awaitClosed();
     const int start = instrument.seen().count();
     subject.settle();
     if (instrument.seen().count() != start)
@@ -179,6 +176,29 @@ static void checkErrorAroundClose(Subject &subject)
         throw Broken{QStringLiteral("open() left error %1").arg(errorName(error))};
 }
 
+static void checkOpensOften(Subject &subject)
+{
+    Offences offences;
+    offences.addStuck(subject, 410);
+    offences.conclude();
+    const int often = 6;
+    for (int i = 0; i < often; ++i) {
+        Instrument instrument(subject);
+        try {
+            instrument.open();
+        } catch (const Unmet &unmet) {
+            offences.addStuck(subject, 410);
+            offences.conclude();
+            throw;
+        }
+        // Closed by its deletion, every second time in order.
+        if (i % 2 == 0)
+            instrument.close();
+        else
+            instrument.destroy();
+    }
+}
+
 QVector<Rule> openRules()
 {
     return {
@@ -190,7 +210,8 @@ QVector<Rule> openRules()
          "ERROR_DEVICE_CANT_OPEN), and call setOpen(true) once, as the last step.",
          checkOpens},
         {402, group, Severity::Recommendation, false, Needs::Open,
-         "Features and descriptors stand when openChanged(true) is emitted.",
+         "Features and descriptors stand when openChanged(true) is emitted, and in any case 2 s "
+         "later.",
          "Front ends build their forms then; what comes later makes them flicker.",
          "Fill the feature table before setOpen(true).", checkStandsWhenOpen},
         {403, group, Severity::Failure, false, Needs::Open,
@@ -198,7 +219,8 @@ QVector<Rule> openRules()
          "Two parts of an application may open the same device.",
          "Return early in open() when isOpen().", checkOpenTwice},
         {404, group, Severity::Failure, false, Needs::Open,
-         "close() closes: one openChanged(false), idle, and no new error.",
+         "close() ends within 10 s in a closed, idle device: one openChanged(false), and no new "
+         "error.",
          "Closing is what the user wants, not a fault.",
          "Drop the connection and call setStatus({}); do not report the end of the connection as "
          "an error.",
@@ -226,6 +248,11 @@ QVector<Rule> openRules()
          "successful open.",
          "Call setError(NO_DEVICE_ERROR, {}) at the start of open(), not in close().",
          checkErrorAroundClose},
+        {410, group, Severity::Failure, false, Needs::Instrument,
+         "An instrument that has opened opens again, as often as one likes, also when the device "
+         "before was deleted while it was open.",
+         "A port that is never released is found busy by the next one who opens it.",
+         "Release the connection in close() and in the destructor.", checkOpensOften},
     };
 }
 

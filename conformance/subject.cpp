@@ -1,11 +1,16 @@
 #include "subject.h"
 
-#include "values.h"
+#include "instrument.h"
+#include "tour.h"
+#include "worker_p.h"
 
+#include <QtCore/QCoreApplication>
 #include <QtCore/QDir>
 #include <QtCore/QDirIterator>
 #include <QtCore/QEventLoop>
 #include <QtCore/QFile>
+#include <QtCore/QJsonArray>
+#include <QtCore/QLocale>
 #include <QtCore/QTimer>
 #include <QtCore/QTranslator>
 
@@ -19,16 +24,17 @@ using devices::DeviceDriver;
 using devices::DeviceInfo;
 using devices::DevicePlugin;
 
-Subject::Subject(const QString &fileName, const QString &driverName, const QString &serial,
-                 bool isUnsafe, const Limits &limits)
-    : m_limits(limits)
-    , m_driverName(driverName)
-    , m_serial(serial)
-    , m_isUnsafe(isUnsafe)
-    , m_loader(fileName)
+Subject::Subject(const Assignment &assignment, std::function<void(const QJsonObject &)> tell,
+                 std::function<bool(const QString &)> ask)
+    : m_assignment(assignment)
+    , m_tell(std::move(tell))
+    , m_ask(std::move(ask))
+    , m_loader(assignment.fileName)
 {
     m_beat.start();
 }
+
+Subject::~Subject() = default;
 
 QJsonObject Subject::metaData() const
 {
@@ -37,7 +43,8 @@ QJsonObject Subject::metaData() const
 
 QObject *Subject::root()
 {
-    QObject *root = m_loader.instance();
+    QObject *root = nullptr;
+    call(QStringLiteral("loading"), [&] { root = m_loader.instance(); });
     if (!root)
         throw Unmet{Needs::Plugin, m_loader.errorString()};
     return root;
@@ -51,10 +58,16 @@ DevicePlugin *Subject::plugin()
     return plugin;
 }
 
+void Subject::registerAgain()
+{
+    DevicePlugin *asked = plugin();
+    call(QStringLiteral("registerDrivers()"), [&] { asked->registerDrivers(); });
+}
+
 QStringList Subject::driverNames()
 {
     if (!m_isRegistered) {
-        plugin()->registerDrivers();
+        registerAgain();
         m_isRegistered = true;
     }
     QStringList names = DeviceBroker::availableDrivers();
@@ -68,10 +81,11 @@ DeviceDriver *Subject::driver()
     if (names.isEmpty())
         throw Unmet{Needs::Driver, QStringLiteral("the plugin registers no driver")};
     const QString list = QStringLiteral("'%1'").arg(names.join(QStringLiteral("', '")));
-    if (m_driverName.isEmpty() && names.size() > 1)
+    const QString &wanted = m_assignment.driver;
+    if (wanted.isEmpty() && names.size() > 1)
         throw Unmet{Needs::Driver,
                     QStringLiteral("the plugin has the drivers %1: name one").arg(list), true};
-    const QString name = m_driverName.isEmpty() ? names.constFirst() : m_driverName;
+    const QString name = wanted.isEmpty() ? names.constFirst() : wanted;
     if (!names.contains(name))
         throw Unmet{Needs::Driver,
                     QStringLiteral("the plugin has no driver '%1', only %2").arg(name, list), true};
@@ -89,17 +103,62 @@ QList<DeviceInfo> Subject::records()
 
 DeviceInfo Subject::record()
 {
+    const QString &serial = m_assignment.serial;
     const QList<DeviceInfo> all = records();
     for (const DeviceInfo &info : all) {
-        if (m_serial.isEmpty() || info.serial() == m_serial)
+        if (serial.isEmpty() || info.serial() == serial)
             return info;
     }
-    if (m_serial.isEmpty())
+    if (serial.isEmpty())
         throw Unmet{Needs::Instrument, QStringLiteral("the driver lists no instrument")};
     throw Unmet{
         Needs::Instrument,
-        QStringLiteral("the driver lists no instrument with the serial number '%1'").arg(m_serial),
+        QStringLiteral("the driver lists no instrument with the serial number '%1'").arg(serial),
         true};
+}
+
+Device *Subject::create(const DeviceInfo &info)
+{
+    DeviceDriver *asked = driver();
+    Device *device = nullptr;
+    timed(QStringLiteral("createDevice()"), [&] { device = asked->createDevice(info); });
+    return device;
+}
+
+Instrument &Subject::opened()
+{
+    const auto isFit = [this] {
+        return m_opened && m_opened->device() && (*m_opened)->isOpen() && !(*m_opened)->isBusy();
+    };
+    if (!isFit()) {
+        m_opened.reset();
+        auto instrument = std::make_unique<Instrument>(*this);
+        instrument->open();
+        m_opened = std::move(instrument);
+    }
+    m_lastRecorder = m_opened->m_recorder;
+    return *m_opened;
+}
+
+void Subject::releaseOpened()
+{
+    m_opened.reset();
+}
+
+// That an instrument opened before and does not now is a fault of its own, unless it is gone.
+void Subject::noteUnopened(const QString &why)
+{
+    if (m_offered.isEmpty())
+        return;
+    record();
+    reportStuck({Device::DF_None, 410, QStringLiteral("it opened before, and now %1").arg(why)});
+}
+
+const Tour &Subject::tour()
+{
+    if (!m_tour)
+        m_tour = std::make_unique<Tour>(makeTour(*this));
+    return *m_tour;
 }
 
 // Notes how long the event loop was not reached.
@@ -109,21 +168,44 @@ void Subject::beat()
     longest = std::max(longest, m_beat.restart());
 }
 
-void Subject::timed(const QString &name, const std::function<void()> &work)
+void Subject::call(const QString &name, const std::function<void()> &work, Feature feature)
+{
+    if (isHung(name))
+        throw Hindered{QStringLiteral("%1 does not return").arg(name)};
+    m_tell({{keyCall, name}, {keyFeature, int(feature)}});
+    m_callClock.start();
+    work();
+    m_callClock.invalidate();
+    m_tell({{keyReturned, true}});
+}
+
+void Subject::timed(const QString &name, const std::function<void()> &work, Feature feature)
 {
     beat();
     QElapsedTimer timer;
     timer.start();
-    work();
+    call(name, work, feature);
     qint64 &longest = m_times[name];
     longest = std::max(longest, timer.elapsed());
     m_beat.restart();
 }
 
+bool Subject::isHung(const QString &name) const
+{
+    return m_assignment.hung.contains(name);
+}
+
+bool Subject::isOverdue() const
+{
+    const int silent = limits().silent;
+    return (m_callClock.isValid() && m_callClock.elapsed() > silent)
+        || (m_waitClock.isValid() && m_waitClock.elapsed() > qint64(m_waitLimit) + silent);
+}
+
 bool Subject::waitFor(int milliseconds, const std::function<bool()> &condition)
 {
-    QElapsedTimer clock;
-    clock.start();
+    m_waitLimit = milliseconds;
+    m_waitClock.start();
     bool holds = condition();
     QEventLoop loop;
     QTimer poll;
@@ -131,19 +213,80 @@ bool Subject::waitFor(int milliseconds, const std::function<bool()> &condition)
     QObject::connect(&poll, &QTimer::timeout, &loop, [&] {
         beat();
         holds = condition();
-        if (holds || clock.elapsed() >= milliseconds)
+        if (holds || m_waitClock.elapsed() >= milliseconds)
             loop.quit();
     });
     poll.start(2);
     m_beat.restart();
     if (!holds)
         loop.exec();
+    m_waitClock.invalidate();
     return holds;
 }
 
 void Subject::settle()
 {
-    waitFor(m_limits.quiet, [] { return false; });
+    waitFor(limits().quiet, [] { return false; });
+}
+
+void Subject::awaitTable(const Device *device)
+{
+    const auto table = [device] {
+        QVector<QPair<Feature, QVariant>> rows;
+        for (int i = 0; i <= Device::DF_LedBarEffect; ++i) {
+            if (device->hasFeature(Feature(i)))
+                rows += {Feature(i), device->descriptor(Feature(i))};
+        }
+        return rows;
+    };
+    // The first device of a process shows how long it takes.
+    auto last = table();
+    QElapsedTimer clock;
+    clock.start();
+    qint64 changed = 0;
+    const qint64 patience =
+        m_tableTime ? *m_tableTime + limits().quiet : std::max(limits().late, limits().quiet);
+    waitFor(int(patience), [&] {
+        if (table() != last) {
+            last = table();
+            changed = clock.elapsed();
+        }
+        return false;
+    });
+    if (!m_tableTime)
+        m_tableTime = int(changed);
+}
+
+bool Subject::permits(const QString &action)
+{
+    switch (m_assignment.answers) {
+    case Answers::Confirm:
+        return true;
+    case Answers::Decline:
+        return false;
+    case Answers::Ask:
+        break;
+    }
+    QString sentence = action;
+    const QString language = QLocale().name().left(2);
+    const QStringList folders = catalogueFolders();
+    for (const QString &folder : folders) {
+        for (const QString &name : {language, QStringLiteral("en")}) {
+            QTranslator translator;
+            if (sentence == action
+                && translator.load(QStringLiteral("%1/plugin_%2.qm").arg(folder, name))) {
+                const QString text = translator.translate(nullptr, action.toUtf8().constData());
+                sentence = text.isEmpty() ? sentence : text;
+            }
+        }
+    }
+    return m_ask(sentence);
+}
+
+void Subject::reportStuck(const Stuck &stuck)
+{
+    m_assignment.stuck += stuck;
+    m_tell({{keyStuck, toJson(stuck)}});
 }
 
 QMap<QString, qint64> Subject::takeTimes()
@@ -151,6 +294,34 @@ QMap<QString, qint64> Subject::takeTimes()
     QMap<QString, qint64> times;
     times.swap(m_times);
     return times;
+}
+
+QJsonObject Subject::takeTally()
+{
+    QJsonArray endings;
+    for (Watched &watched : m_recorders) {
+        const auto events = watched.recorder->events(watched.counted);
+        watched.counted += events.size();
+        for (const Event &event : events) {
+            if (event.kind == Event::Executed)
+                endings += QJsonArray{int(event.feature), event.flag, event.errorCode};
+        }
+    }
+    QJsonArray offered;
+    for (const Feature feature : qAsConst(m_offered))
+        offered += int(feature);
+    return {{keyOffered, offered}, {keyEndings, endings}};
+}
+
+QVector<Event> Subject::foreignEvents() const
+{
+    QVector<Event> foreign;
+    for (const Watched &watched : m_recorders) {
+        const auto events = watched.recorder->events();
+        std::copy_if(events.cbegin(), events.cend(), std::back_inserter(foreign),
+                     [](const Event &event) { return !event.isOwnThread; });
+    }
+    return foreign;
 }
 
 QStringList Subject::catalogueFolders() const
@@ -198,12 +369,17 @@ void Subject::closeAll()
         if (Device *device = instrument->device())
             device->close();
     }
+    const int patience = 2000;
+    waitFor(patience, [&] {
+        return std::all_of(instruments.cbegin(), instruments.cend(), [](Instrument *instrument) {
+            return !instrument->device() || !(*instrument)->isOpen();
+        });
+    });
 }
 
 QStringList Subject::signalsSeen() const
 {
-    const int enough = 40;
-    return m_lastRecorder ? m_lastRecorder->toStringList(enough) : QStringList();
+    return m_lastRecorder ? toLines(m_lastRecorder->events()) : QStringList();
 }
 
 } // namespace qel::conformance

@@ -1,9 +1,9 @@
 #ifndef QEL_CONFORMANCE_SUBJECT_H
 #define QEL_CONFORMANCE_SUBJECT_H
 
+#include "assignment.h"
 #include "recorder.h"
 #include "rule.h"
-#include "timelimits.h"
 
 #include <qeldevices/device.h>
 #include <qeldevices/devicebroker.h>
@@ -12,14 +12,15 @@
 #include <QtCore/QJsonObject>
 #include <QtCore/QMap>
 #include <QtCore/QPluginLoader>
-#include <QtCore/QPointer>
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 namespace qel::conformance {
 
 class Instrument;
+struct Tour;
 
 /// The plugin under test, seen from the process that has loaded it.
 ///
@@ -27,20 +28,22 @@ class Instrument;
 class Subject
 {
 public:
-    /// @param fileName the plugin file
-    /// @param driverName the driver to judge; empty when the plugin has one only
-    /// @param serial the instrument to judge; empty for the first
-    /// @param isUnsafe whether parts of the instrument may be moved
-    Subject(const QString &fileName, const QString &driverName, const QString &serial,
-            bool isUnsafe, const Limits &limits);
+    using Feature = devices::Device::DeviceFeature;
+
+    /// @param tell passes on what the process that started this one must know even if this one ends
+    /// @param ask has a person do what the text says; whether it has been done
+    Subject(const Assignment &assignment, std::function<void(const QJsonObject &)> tell,
+            std::function<bool(const QString &)> ask);
+    ~Subject();
+    Q_DISABLE_COPY(Subject)
 
     const Limits &limits() const
     {
-        return m_limits;
+        return m_assignment.limits;
     }
     bool isUnsafe() const
     {
-        return m_isUnsafe;
+        return m_assignment.isUnsafe;
     }
 
     /// The metadata object of the file, loaded or not.
@@ -51,23 +54,69 @@ public:
     devices::DevicePlugin *plugin();
     /// Has the plugin register its drivers, once. Their names, sorted.
     QStringList driverNames();
+    /// Has the plugin register its drivers once more.
+    void registerAgain();
     /// The driver under test.
     devices::DeviceDriver *driver();
     /// What the driver lists, sorted.
     QList<devices::DeviceInfo> records();
     /// The instrument under test.
     devices::DeviceInfo record();
+    /// What the driver's createDevice() returns for `info`.
+    devices::Device *create(const devices::DeviceInfo &info);
 
-    /// Does `work` and notes how long it took under `name`.
-    void timed(const QString &name, const std::function<void()> &work);
+    /// The instrument under test, open and idle. Shared by the rules that leave it like that.
+    Instrument &opened();
+    /// Closes and forgets the shared instrument.
+    void releaseOpened();
+    /// What was seen when every feature was run; done once for all rules that judge runs.
+    const Tour &tour();
+
+    /// Makes a call of the plugin and announces it, so that its name is known if it never returns.
+    /// Throws Hindered when it did not return in an earlier process.
+    void call(const QString &name, const std::function<void()> &work,
+              Feature feature = devices::Device::DF_None);
+    /// As call(), and notes how long it took.
+    void timed(const QString &name, const std::function<void()> &work,
+               Feature feature = devices::Device::DF_None);
+    /// Whether a call of that name did not return in an earlier process.
+    bool isHung(const QString &name) const;
+    /// Whether the plugin has been in one call, or has kept a wait from ending, for too long.
+    bool isOverdue() const;
     /// Runs the event loop until `condition` holds or `milliseconds` have passed; whether it holds.
     bool waitFor(int milliseconds, const std::function<bool()> &condition);
     /// Runs the event loop for as long as it takes to hear what must not come.
     void settle();
+    /// Waits until the feature table of a device that has just opened is at rest.
+    void awaitTable(const devices::Device *device);
+
+    /// Whether what a request for action asks for may be confirmed; has a person do it.
+    bool permits(const QString &action);
+    /// Notes that a run of `feature` has no end, so that it is not tried again by any rule.
+    void reportStuck(const Stuck &stuck);
+    /// The features whose runs have no end.
+    const QVector<Stuck> &stuck() const
+    {
+        return m_assignment.stuck;
+    }
 
     /// The longest time of each kind of call since the last call of this function, and under an
     /// empty name the longest hold-up of the event loop between calls.
     QMap<QString, qint64> takeTimes();
+    /// Has takeTimes() yield these times again.
+    void returnTimes(const QMap<QString, qint64> &times)
+    {
+        m_times = times;
+    }
+    /// Whether a call of that name has been made since the last takeTimes().
+    bool hasTimeOf(const QString &name) const
+    {
+        return m_times.contains(name);
+    }
+    /// What has been seen of the features since the last call of this function.
+    QJsonObject takeTally();
+    /// The events so far that came from another thread than the device's.
+    QVector<Event> foreignEvents() const;
 
     /// The languages whose catalogue of the plugin lacks `id`, in words; empty when none does.
     /// Languages without a catalogue are left out.
@@ -75,101 +124,39 @@ public:
     /// The folders of the plugin's catalogues.
     QStringList catalogueFolders() const;
 
-    /// Closes all instruments that are in use, so that none stays at work when the process ends.
+    /// Closes all instruments that are in use, so that none stays at work when the process ends,
+    /// and gives them a moment for it.
     void closeAll();
     /// What the signals of the instrument used last were.
     QStringList signalsSeen() const;
 
 private:
     friend class Instrument;
+    struct Watched
+    {
+        std::shared_ptr<Recorder> recorder;
+        int counted = 0;
+    };
     void beat();
+    void noteUnopened(const QString &why);
 
-    Limits m_limits;
-    QString m_driverName;
-    QString m_serial;
-    bool m_isUnsafe;
+    Assignment m_assignment;
+    std::function<void(const QJsonObject &)> m_tell;
+    std::function<bool(const QString &)> m_ask;
     QPluginLoader m_loader;
     bool m_isRegistered = false;
     QMap<QString, qint64> m_times;
     QElapsedTimer m_beat;
+    QElapsedTimer m_callClock; // valid while the plugin is called
+    QElapsedTimer m_waitClock; // valid while waiting
+    int m_waitLimit = 0;
+    std::optional<int> m_tableTime; // how late after openChanged(true) the table came to rest
     QVector<Instrument *> m_instruments;
+    QVector<Watched> m_recorders;
+    QVector<Feature> m_offered;
     std::shared_ptr<Recorder> m_lastRecorder;
-};
-
-/// A device of the instrument under test, watched. Closed and deleted at the end of its life.
-class Instrument
-{
-public:
-    using Feature = devices::Device::DeviceFeature;
-
-    /// Creates the device, closed. Throws Unmet when there is none.
-    explicit Instrument(Subject &subject);
-    ~Instrument();
-    Q_DISABLE_COPY(Instrument)
-
-    /// The device; null once it is deleted.
-    devices::Device *device() const
-    {
-        return m_device;
-    }
-    devices::Device *operator->() const
-    {
-        return m_device;
-    }
-    const Recorder &seen() const
-    {
-        return *m_recorder;
-    }
-    Recorder &recorder()
-    {
-        return *m_recorder;
-    }
-
-    // The calls of the device, with their time noted. Nothing waits.
-    bool callOpen();
-    void callClose();
-    void callReset();
-    void callUpdate();
-    void callExecute(Feature feature);
-    void confirm(int actionId);
-    void abort(int actionId);
-    void destroy();
-
-    /// Opens the device and lets it settle. Throws Unmet when it does not open.
-    void open();
-    /// Closes the device and lets it settle. Throws Hindered when it stays open.
-    void close();
-
-    /// The features offered.
-    QVector<Feature> offered() const;
-    /// The features that may be run: those offered, without the moving ones unless allowed, and
-    /// never the firmware update, for which nobody has an image.
-    QVector<Feature> runnable() const;
-    /// The features whose configuration may be tried: as runnable(), with the firmware update when
-    /// moving parts is allowed.
-    QVector<Feature> configurable() const;
-
-    /// Waits until `endings` runs have ended since event `start`, answering the driver's requests
-    /// since then; whether they have. A driver that asks for ever has its requests aborted.
-    bool awaitEndings(int start, int endings, bool confirms);
-    /// Executes `feature` and waits for its ending, confirming the driver's requests on the way, or
-    /// aborting them. Throws Hindered when there is no ending.
-    Event run(Feature feature, bool confirms = true);
-    /// As run(), with the shortest valid configuration.
-    Event runShort(Feature feature, bool confirms = true);
-    /// Starts a run that is still at work when the call returns, if possible after its first
-    /// progress. Throws NotApplicable when there is none.
-    Feature startLongRun();
-    /// Starts a run that waits for the user; the id of the request. Throws NotApplicable when no
-    /// feature asks.
-    int startRequest(Feature *feature);
-    /// Brings the device into an error; the code. Throws NotApplicable when there is no way.
-    int provokeError();
-
-private:
-    Subject &m_subject;
-    QPointer<devices::Device> m_device;
-    std::shared_ptr<Recorder> m_recorder;
+    std::unique_ptr<Tour> m_tour;
+    std::unique_ptr<Instrument> m_opened;
 };
 
 } // namespace qel::conformance

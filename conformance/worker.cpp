@@ -11,6 +11,8 @@
 #include <QtCore/QTimer>
 
 #include <csignal>
+#include <memory>
+#include <optional>
 #include <sys/resource.h>
 #include <unistd.h>
 
@@ -26,18 +28,22 @@ static void answer(const QJsonObject &object)
     while (written < line.size()) {
         const qint64 count = ::write(answers, line.constData() + written, line.size() - written);
         if (count < 0)
-            ::_exit(EXIT_FAILURE);
+            ::_exit(exitUnheard);
         written += count;
     }
 }
 
-static QJsonObject readRequest()
+// One line of the standard input; none at its end.
+static std::optional<QByteArray> readLine()
 {
     QByteArray line;
     char character = 0;
-    while (::read(STDIN_FILENO, &character, 1) == 1 && character != '\n')
+    while (::read(STDIN_FILENO, &character, 1) == 1) {
+        if (character == '\n')
+            return line;
         line += character;
-    return QJsonDocument::fromJson(line).object();
+    }
+    return std::nullopt;
 }
 
 static void prepareProcess()
@@ -54,8 +60,10 @@ static void prepareProcess()
     ::dup2(STDERR_FILENO, STDOUT_FILENO);
 }
 
-static QJsonObject judge(const Rule &rule, Subject &subject)
+// @param isFit whether the plugin can be held to further rules in this process
+static QJsonObject judge(const Rule &rule, Subject &subject, bool *isFit)
 {
+    *isFit = true;
     QJsonObject result = {{keyRule, rule.number}};
     const auto conclude = [&](const QString &outcome, const QString &why) {
         result.insert(keyOutcome, outcome);
@@ -66,7 +74,11 @@ static QJsonObject judge(const Rule &rule, Subject &subject)
         conclude(outcomePassed, {});
     } catch (const Broken &broken) {
         conclude(outcomeBroken, broken.seen);
-        result.insert(keySignals, QJsonArray::fromStringList(subject.signalsSeen()));
+        const QStringList around = broken.signalsSeen;
+        result.insert(keySignals,
+                      QJsonArray::fromStringList(
+                          around.isEmpty() && !broken.isRecorded ? subject.signalsSeen() : around));
+        *isFit = broken.isRecorded;
     } catch (const NotApplicable &none) {
         conclude(outcomeNotApplicable, none.why);
     } catch (const Hindered &hindered) {
@@ -76,6 +88,7 @@ static QJsonObject judge(const Rule &rule, Subject &subject)
         result.insert(keyNeeds, int(unmet.needs));
         result.insert(keySelection, unmet.isSelection);
     }
+    result.insert(keyTally, subject.takeTally());
     return result;
 }
 
@@ -88,33 +101,51 @@ int runWorker(int argc, char **argv)
 {
     prepareProcess();
     QCoreApplication application(argc, argv);
-    const QJsonObject request = readRequest();
-    const Limits limits = Limits::fromJson(request.value(keyLimits).toObject());
-    Subject subject(request.value(keyFile).toString(), request.value(keyDriver).toString(),
-                    request.value(keySerial).toString(), request.value(keyUnsafe).toBool(), limits);
+    const auto request = readLine();
+    if (!request)
+        return EXIT_FAILURE;
+    const Assignment assignment = Assignment::fromJson(QJsonDocument::fromJson(*request).object());
 
+    std::optional<bool> reply;
     QSocketNotifier parent(STDIN_FILENO, QSocketNotifier::Read);
+    std::unique_ptr<Subject> subject;
+    const auto ask = [&](const QString &text) {
+        reply.reset();
+        answer({{keyAsk, text}});
+        // Persons take their time, and the instrument goes on meanwhile.
+        while (!reply)
+            subject->waitFor(assignment.limits.silent, [&] { return reply.has_value(); });
+        return *reply;
+    };
+    subject = std::make_unique<Subject>(assignment, answer, ask);
     QObject::connect(&parent, &QSocketNotifier::activated, &parent, [&] {
+        if (const auto line = readLine()) {
+            reply = *line == "yes";
+            return;
+        }
         parent.setEnabled(false);
-        subject.closeAll();
-        subject.settle();
+        subject->closeAll();
         ::_exit(EXIT_FAILURE);
     });
     QTimer pulse;
-    QObject::connect(&pulse, &QTimer::timeout, &pulse, [] { answer({}); });
-    pulse.start(limits.silent / 5);
+    QObject::connect(&pulse, &QTimer::timeout, &pulse, [&] {
+        // Whoever waits for ever in a loop of events shows no life.
+        if (!subject->isOverdue())
+            answer({});
+    });
+    pulse.start(assignment.limits.silent / 5);
 
-    const QJsonArray numbers = request.value(keyRules).toArray();
     for (const Rule &rule : allRules()) {
-        if (!numbers.contains(rule.number))
+        if (!assignment.rules.contains(rule.number))
             continue;
         answer({{keyRule, rule.number}});
-        const QJsonObject result = judge(rule, subject);
+        bool isFit = true;
+        const QJsonObject result = judge(rule, *subject, &isFit);
         answer(result);
         if (rule.coversExit)
             return EXIT_SUCCESS;
         // After a fault nobody knows what the plugin does to the rules that follow.
-        if (result.value(keyOutcome) == outcomeBroken)
+        if (!isFit)
             break;
     }
     // The end of the process is a rule of its own.

@@ -3,18 +3,16 @@
 
 #include <QtCore/QString>
 
-// What checker and worker say to each other: one request, then one object a line as answers. An
-// answer with a rule alone says that the rule is being judged; an empty one is a sign of life.
+// What checker and worker say to each other: one Assignment, then one object a line as answers,
+// each of one kind:
+//  - a rule alone says that the rule is being judged, with an outcome that it has been;
+//  - a call says that the plugin is being called, "returned" that the call has ended;
+//  - "stuck" names a feature whose run has no end;
+//  - "ask" has a person do something; the worker waits for a line with "yes" or "no";
+//  - an empty one is a sign of life.
 namespace qel::conformance {
 
 constexpr char workerArgument[] = "--conformance-worker";
-
-const QString keyFile = QStringLiteral("file");
-const QString keyDriver = QStringLiteral("driver");
-const QString keySerial = QStringLiteral("serial");
-const QString keyUnsafe = QStringLiteral("unsafe");
-const QString keyLimits = QStringLiteral("limits");
-const QString keyRules = QStringLiteral("rules");
 
 const QString keyRule = QStringLiteral("rule");
 const QString keyOutcome = QStringLiteral("outcome");
@@ -22,6 +20,18 @@ const QString keySeen = QStringLiteral("seen");
 const QString keySignals = QStringLiteral("signals");
 const QString keyNeeds = QStringLiteral("needs");
 const QString keySelection = QStringLiteral("selection");
+const QString keyTally = QStringLiteral("tally");
+const QString keyOffered = QStringLiteral("offered");
+const QString keyEndings = QStringLiteral("endings");
+
+const QString keyCall = QStringLiteral("call");
+const QString keyFeature = QStringLiteral("feature");
+const QString keyReturned = QStringLiteral("returned");
+const QString keyStuck = QStringLiteral("stuck");
+const QString keyAsk = QStringLiteral("ask");
+
+// How a worker ends whose answers nobody can hear.
+constexpr int exitUnheard = 97;
 
 const QString outcomePassed = QStringLiteral("passed");
 const QString outcomeBroken = QStringLiteral("broken");

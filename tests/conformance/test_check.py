@@ -37,6 +37,27 @@ class Check(ToolTest):
                 jsonschema.validate(report, schema, jsonschema.Draft7Validator)
                 self.assertEqual([rule["outcome"] for rule in report["rules"]], outcomes)
 
+    def test_incomplete(self):
+        """What could not be judged is named, and is no success."""
+        for arguments, code, words in [
+                ([*rules(702)], 0, "moves parts"),
+                (["--unsafe", *rules(702)], 9, "needs --yes"),
+                (["--unsafe", "--yes", *rules(702)], 0, ""),
+                (["--unsafe", *rules(501)], 0, "")]:
+            with self.subTest(arguments=arguments):
+                output, _ = self.run_tool("check", *arguments, PLUGINS / "good.so", code=code)
+                self.assertIn(words, output)
+                self.assertEqual("INCOMPLETE" in output, code == 9)
+
+    def test_asks_the_person(self):
+        """On a terminal somebody does what the driver asks for, or does not."""
+        for keys, code in [("\n", 0), ("n\n", 9)]:
+            with self.subTest(keys=keys):
+                terminal = self.on_terminal("check", "--unsafe", *rules(702), PLUGINS / "good.so")
+                terminal.expect(r"Take the plate out of the slot. Done\? ")
+                terminal.type(keys)
+                self.assertEqual(terminal.finish(), code, terminal.screen)
+
     def test_junit(self):
         output, _ = self.run_tool("check", "--format", "junit", *rules(101, 103),
                                   PLUGINS / "103-incomplete-metadata.so", code=1)
@@ -49,6 +70,7 @@ class Check(ToolTest):
                 (["--rule", "7", good], 2, "'7'"),
                 (["--rule", "0401", good], 2, "'0401'"),
                 (["--format", "xml", good], 2, "'xml'"),
+                (["--run-limit", "0", good], 2, "'0'"),
                 ([PLUGINS / "none.so"], 2, "none.so"),
                 ([PLUGINS], 2, "plugins"),
                 ([good, good], 2, ""),

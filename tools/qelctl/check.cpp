@@ -8,7 +8,10 @@
 #include <QtCore/QFileInfo>
 
 #include <algorithm>
+#include <cstdio>
 #include <optional>
+#include <termios.h>
+#include <unistd.h>
 
 namespace qelctl {
 
@@ -52,7 +55,7 @@ Report checkAsText(Checker *checker, int *printed)
         previous = result;
     });
     if (*printed == Done && report.error.isEmpty())
-        *printed = printData(summary(report).toUtf8() + '\n');
+        *printed = printData('\n' + summary(report).toUtf8());
     return report;
 }
 
@@ -72,7 +75,31 @@ int check(const Request &request, const QString &format)
         return fail(NoSuchDevice, report.error);
     if (printed != Done)
         return printed;
-    return report.count(Outcome::Failed) == 0 ? Done : RunFailed;
+    if (report.count(Outcome::Failed) > 0)
+        return RunFailed;
+    return report.isIncomplete() ? Incomplete : Done;
+}
+
+// Has a person at the terminal do what the driver asks for.
+bool askPerson(const QString &request)
+{
+    // What was typed before the question is no answer to it.
+    ::tcflush(STDIN_FILENO, TCIFLUSH);
+    std::fputs(qPrintable(text("qelctl-check-ask", request) + QLatin1Char(' ')), stderr);
+    char answer[256];
+    if (!std::fgets(answer, sizeof answer, stdin))
+        return false;
+    const QString line = QString::fromLocal8Bit(answer).trimmed().toLower();
+    const QStringList yes{QString(), QStringLiteral("y"), QStringLiteral("yes"),
+                          QStringLiteral("j"), QStringLiteral("ja")};
+    return yes.contains(line);
+}
+
+Answers answersFor(bool saysYes)
+{
+    if (saysYes)
+        return Answers::Confirm;
+    return ::isatty(STDIN_FILENO) && ::isatty(STDERR_FILENO) ? Answers::Ask : Answers::Decline;
 }
 
 int run(const QStringList &arguments)
@@ -84,6 +111,9 @@ int run(const QStringList &arguments)
                    QStringLiteral("SERIAL"));
     line.addOption({QStringLiteral("rule")}, "qelctl-check-option-rule", QStringLiteral("N"));
     line.addOption({QStringLiteral("unsafe")}, "qelctl-check-option-unsafe");
+    line.addOption({QStringLiteral("yes")}, "qelctl-check-option-yes");
+    line.addOption({QStringLiteral("run-limit")}, "qelctl-check-option-run-limit",
+                   QStringLiteral("SECONDS"));
     line.addOption({QStringLiteral("format")}, "qelctl-check-option-format",
                    QStringLiteral("text|json|junit"));
     line.addArgument(QStringLiteral("PLUGIN"), "qelctl-check-argument");
@@ -97,6 +127,17 @@ int run(const QStringList &arguments)
     request.driver = line.value(QStringLiteral("driver"));
     request.serial = line.value(QStringLiteral("device"));
     request.isUnsafe = line.has(QStringLiteral("unsafe"));
+    request.answers = answersFor(line.has(QStringLiteral("yes")));
+    request.ask = askPerson;
+    if (line.has(QStringLiteral("run-limit"))) {
+        const QString value = line.value(QStringLiteral("run-limit"));
+        bool isNumber = false;
+        const int seconds = value.toInt(&isNumber);
+        const int aDay = 86400;
+        if (!isNumber || seconds < 1 || seconds > aDay)
+            return fail(BadUsage, text("qelctl-check-no-such-limit", value));
+        request.limits.run = 1000 * seconds;
+    }
     const auto rules = readRules(line.values(QStringLiteral("rule")));
     if (!rules)
         return BadUsage;

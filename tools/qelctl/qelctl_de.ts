@@ -427,7 +427,9 @@ Rückgabewerte: 0 alles ist brauchbar, 1 etwas ist es nicht, 2 falscher Aufruf.<
         <translation>Lädt PLUGIN und beurteilt Regel für Regel, ob sein Treiber sich an seinen Vertrag hält. Was eine Regel
 sagt, warum, und was zu tun ist, steht bei jedem Verstoß. Das Plugin läuft in einem eigenen Prozess.
 
-Der Rückgabewert ist 0, wenn keine Regel verletzt ist, sonst 1.</translation>
+Der Rückgabewert ist 0, wenn keine Regel verletzt ist, 1, wenn eine es ist, und 9, wenn keine es ist, aber
+nicht alles beurteilt werden konnte: Das Gerät fehlt, oder eine Funktion gelang nie. Absichtlich ausgelassene
+Regeln zählen nicht.</translation>
     </message>
     <message id="qelctl-check-argument">
         <source></source>
@@ -449,6 +451,14 @@ Der Rückgabewert ist 0, wenn keine Regel verletzt ist, sonst 1.</translation>
         <source></source>
         <translation>Auch beurteilen, was Teile des Geräts bewegt.</translation>
     </message>
+    <message id="qelctl-check-option-yes">
+        <source></source>
+        <translation>Aufforderungen sofort bestätigen; sonst wird gefragt, wer am Terminal sitzt, und ohne Terminal abgelehnt.</translation>
+    </message>
+    <message id="qelctl-check-option-run-limit">
+        <source></source>
+        <translation>Wie lange ein Lauf dauern darf, ohne dass sein Fortschritt steigt; ohne Angabe 120 s.</translation>
+    </message>
     <message id="qelctl-check-option-format">
         <source></source>
         <translation>Wie der Bericht ausgegeben wird; ohne Angabe als Text.</translation>
@@ -456,6 +466,14 @@ Der Rückgabewert ist 0, wenn keine Regel verletzt ist, sonst 1.</translation>
     <message id="qelctl-check-no-such-rule">
         <source></source>
         <translation>es gibt keine Regel '%1'; siehe docs/conformance-rules.md</translation>
+    </message>
+    <message id="qelctl-check-no-such-limit">
+        <source></source>
+        <translation>'%1' ist keine Grenze: ganze Sekunden, von 1 bis 86400</translation>
+    </message>
+    <message id="qelctl-check-ask">
+        <source></source>
+        <translation>%1 Erledigt? [J/n]</translation>
     </message>
     <message id="qelctl-check-no-such-format">
         <source></source>

@@ -426,7 +426,9 @@ Exit codes: 0 everything is usable, 1 something is not, 2 wrong usage.</translat
         <translation>Loads PLUGIN and judges rule by rule whether its driver keeps its contract. What a rule says, why, and
 what to do about it is shown with every failure. The plugin runs in a process of its own.
 
-The exit code is 0 when no rule is broken, and 1 otherwise.</translation>
+The exit code is 0 when no rule is broken, 1 when one is, and 9 when none is but something that should have
+been judged could not be: the instrument is missing, or a feature never succeeded. Rules left out on purpose
+do not count.</translation>
     </message>
     <message id="qelctl-check-argument">
         <source></source>
@@ -448,6 +450,14 @@ The exit code is 0 when no rule is broken, and 1 otherwise.</translation>
         <source></source>
         <translation>Also judge what moves parts of the instrument.</translation>
     </message>
+    <message id="qelctl-check-option-yes">
+        <source></source>
+        <translation>Confirm requests for action at once; otherwise a person at the terminal is asked, and without one they are turned down.</translation>
+    </message>
+    <message id="qelctl-check-option-run-limit">
+        <source></source>
+        <translation>How long a run may go on without its progress rising; 120 s unless given.</translation>
+    </message>
     <message id="qelctl-check-option-format">
         <source></source>
         <translation>How to print the report; text unless given.</translation>
@@ -455,6 +465,14 @@ The exit code is 0 when no rule is broken, and 1 otherwise.</translation>
     <message id="qelctl-check-no-such-rule">
         <source></source>
         <translation>there is no rule '%1'; see docs/conformance-rules.md</translation>
+    </message>
+    <message id="qelctl-check-no-such-limit">
+        <source></source>
+        <translation>'%1' is no limit: give whole seconds, from 1 to 86400</translation>
+    </message>
+    <message id="qelctl-check-ask">
+        <source></source>
+        <translation>%1 Done? [Y/n]</translation>
     </message>
     <message id="qelctl-check-no-such-format">
         <source></source>

@@ -23,6 +23,7 @@ enum ExitCode {
     TimedOut = 6,      ///< no answer within the time allowed
     AbortedByUser = 7, ///< a request for user action was turned down
     CannotWrite = 8,   ///< the output cannot be written
+    Incomplete = 9,    ///< nothing is wrong, but not all could be judged
     Interrupted = 130, ///< Ctrl-C
 };
 

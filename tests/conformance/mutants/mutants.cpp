@@ -55,6 +55,15 @@ struct CountingName : GoodDriver
     int m_count = 0;
 };
 
+struct EnumerationHangs : GoodDriver
+{
+    QList<DeviceInfo> availableDevices() override
+    {
+        for (;;)
+            QThread::msleep(tooLong);
+    }
+};
+
 struct EnumerationCloses : GoodDriver
 {
     QList<DeviceInfo> availableDevices() override
@@ -164,7 +173,7 @@ struct LateFeatures : GoodDevice
     {
         m_isOpening = false;
         setOpen(true);
-        after(1, [this] { fillFeatures(); });
+        after(30, [this] { fillFeatures(); });
     }
 };
 
@@ -260,6 +269,53 @@ struct CloseClearsError : GoodDevice
         setError(NO_DEVICE_ERROR, {});
         GoodDevice::close();
     }
+};
+
+struct OpensFourTimes : GoodDevice
+{
+    using GoodDevice::GoodDevice;
+    bool open() override
+    {
+        static int times = 0;
+        if (isOpen() || times++ < 4)
+            return GoodDevice::open();
+        setError(ERROR_DEVICE_CANT_OPEN, {});
+        return false;
+    }
+};
+
+// Good, in an unusual way.
+
+struct SlowClose : GoodDevice
+{
+    using GoodDevice::GoodDevice;
+    void close() override
+    {
+        if (!isOpen() || m_isParking)
+            return GoodDevice::close();
+        m_isParking = true;
+        const DeviceFeature feature = stopWork();
+        setBusy(true);
+        after(60, [this, feature] {
+            m_isParking = false;
+            setStatus({});
+            if (feature != DF_None)
+                emitEnding(feature, false, {});
+        });
+    }
+    void executeImpl(DeviceFeature feature) override
+    {
+        if (m_isParking)
+            refuse(feature, ERROR_DEVICE_NOT_READY, {});
+        else
+            GoodDevice::executeImpl(feature);
+    }
+    void reset() override
+    {
+        if (!m_isParking)
+            GoodDevice::reset();
+    }
+    bool m_isParking = false;
 };
 
 // Features.
@@ -802,10 +858,12 @@ std::shared_ptr<DeviceDriver> makeDriverOf()
 
 // The build makes a plugin of each line.
 static const Mutant mutants[] = {
+    {"0-slow-close", makeDriverOf<SlowClose>},
     {"104-no-driver", makeDriver<GoodDriver>},
     {"105-registers-once", makeDriver<GoodDriver>},
     {"201-no-name", makeDriver<NoName>},
     {"202-foreign-record", makeDriver<ForeignRecord>},
+    {"202-enumeration-hangs", makeDriver<EnumerationHangs>},
     {"203-listed-twice", makeDriver<ListedTwice>},
     {"204-counting-name", makeDriver<CountingName>},
     {"205-enumeration-closes", makeDriver<EnumerationCloses>},
@@ -826,6 +884,7 @@ static const Mutant mutants[] = {
     {"408-features-once", makeDriverOf<FeaturesOnce>},
     {"409-close-clears-error", makeDriverOf<CloseClearsError>},
     {"409-error-stays-at-open", makeDriverOf<ErrorStaysAtOpen>},
+    {"410-opens-four-times", makeDriverOf<OpensFourTimes>},
     {"501-offers-none", makeDriverOf<OffersNone>},
     {"502-rows-as-text", makeDriverOf<RowsAsText>},
     {"503-other-default", makeDriverOf<OtherDefault>},
