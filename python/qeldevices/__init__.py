@@ -9,13 +9,14 @@
 
 from ._errors import (Aborted, CannotOpen, DeviceError, DeviceGone, Error, InvalidConfiguration,
                       NotOffered, TimedOut)
-from ._instruments import Instrument, instruments
+from ._instruments import Instrument, drivers, instruments
 from ._reader import Feature, Reader, Setting, open
 from ._results import Plate, Read, Result
 from ._runtime import start
+from ._simulation import Lab, simulate
 
 __all__ = [
     "Aborted", "CannotOpen", "DeviceError", "DeviceGone", "Error", "Feature", "Instrument",
-    "InvalidConfiguration", "NotOffered", "Plate", "Read", "Reader", "Result", "Setting",
-    "TimedOut", "instruments", "open", "start",
+    "InvalidConfiguration", "Lab", "NotOffered", "Plate", "Read", "Reader", "Result", "Setting",
+    "TimedOut", "drivers", "instruments", "open", "simulate", "start",
 ]

@@ -31,3 +31,8 @@ def instruments() -> list[Instrument]:
     ['SIM-A-0001', 'SIM-L-0001']
     """
     return [Instrument(**device) for device in native().instruments()]
+
+
+def drivers() -> list[str]:
+    """The names of the drivers that are loaded."""
+    return sorted(native().drivers())

@@ -17,8 +17,10 @@ _CELL = "padding:2px 4px;text-align:right;font-size:80%;"
 
 def html(plate: Plate) -> str:
     """One coloured table for each read, without anything to load."""
-    caption = f"{plate.instrument.name} {plate.instrument.serial}, {plate.started_at:%Y-%m-%d %H:%M:%S} UTC"
-    return f"<p>{escaping.escape(caption)}</p>" + "".join(_table(plate, read) for read in plate.reads)
+    caption = (f"{plate.instrument.name} {plate.instrument.serial}, "
+               f"{plate.started_at:%Y-%m-%d %H:%M:%S} UTC")
+    tables = "".join(_table(plate, read) for read in plate.reads)
+    return f"<p>{escaping.escape(caption)}</p>{tables}"
 
 
 def _table(plate: Plate, read: Read) -> str:
@@ -27,15 +29,15 @@ def _table(plate: Plate, read: Read) -> str:
     finite = read.values[np.isfinite(read.values)]
     low, high = (float(finite.min()), float(finite.max())) if finite.size else (0.0, 0.0)
     title = plate.unit if read.label == plate.unit else f"{read.label} ({plate.unit})"
-    lines = [f"<table style='border-collapse:collapse;color:black'><caption>{escaping.escape(title)}"
-             "</caption><tr><th></th>"
+    lines = ["<table style='border-collapse:collapse;color:black'>"
+             f"<caption>{escaping.escape(title)}</caption><tr><th></th>"
              + "".join(f"<th style='{_CELL}'>{column + 1}</th>" for column in range(plate.columns))
              + "</tr>"]
     saturated = read.saturated
     for row in range(plate.rows):
         name = well_name(row, 0)[:-1]
-        cells = "".join(_cell(float(read.values[row, column]), low, high, bool(saturated[row, column]))
-                        for column in range(plate.columns))
+        cells = "".join(_cell(float(value), low, high, bool(is_saturated))
+                        for value, is_saturated in zip(read.values[row], saturated[row]))
         lines.append(f"<tr><th style='{_CELL}'>{name}</th>{cells}</tr>")
     return "".join(lines) + "</table>"
 

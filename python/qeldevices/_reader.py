@@ -80,7 +80,7 @@ class _LiveDoc:
         self._text = text
 
     def __get__(self, feature: Any, owner: Any) -> str:
-        return self._text if feature is None else feature._describe()
+        return self._text if feature is None else str(feature._describe())
 
 
 class Feature(Generic[R]):
@@ -223,7 +223,7 @@ class Reader:
     def __repr__(self) -> str:
         return f"<Reader {self.title}>"
 
-    def _start(self, number: Optional[int], timeout: float, settings: dict[str, Any]) -> _native.Run:
+    def _start(self, number: int, timeout: float, settings: dict[str, Any]) -> _native.Run:
         native()
         return self._handle.run(number, written(settings), timeout)
 
@@ -241,4 +241,4 @@ def _number_of(feature: Union[str, int]) -> int:
     found = native().find_feature(feature)
     if isinstance(found, str):
         raise NotOffered(whole(found))
-    return found
+    return int(found)

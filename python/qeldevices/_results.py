@@ -66,7 +66,8 @@ class Result:
         return _written(self._ending.json(False), file)
 
     def __repr__(self) -> str:
-        return f"<{self.feature} of {title(self._ending.device)}: {self.value!r} {self.unit}".rstrip() + ">"
+        shown = f"{self.value!r} {self.unit}".rstrip()
+        return f"<{self.feature} of {title(self._ending.device)}: {shown}>"
 
 
 @dataclass(frozen=True)
@@ -204,8 +205,9 @@ class Plate(Result):
         raise KeyError(f"no well {well!r}; the plate has A1 to {last}")
 
     def __repr__(self) -> str:
-        labels = ", ".join(read.label for read in self.reads)
-        return f"<Plate {self.rows} x {self.columns}, {labels}, {self.unit}, of {title(self._ending.device)}>"
+        labels = [read.label for read in self.reads if read.label != self.unit]
+        shown = ", ".join([f"{self.rows} x {self.columns}", *labels, self.unit])
+        return f"<Plate of {title(self._ending.device)}: {shown}>"
 
     def _repr_html_(self) -> str:
         from ._picture import html

@@ -172,8 +172,8 @@ def check(ending: _native.Ending) -> _native.Ending:
     if ending.kind == "result":
         return ending
     error: Error
-    facts = {"code": ending.code, "id": ending.id, "details": ending.details,
-             "instrument": title(ending.device)}
+    facts: dict[str, Any] = {"code": ending.code, "id": ending.id, "details": ending.details,
+                             "instrument": title(ending.device)}
     if ending.configuration_problems:
         problems = [whole(problem) for problem in ending.configuration_problems]
         error = InvalidConfiguration(" ".join(problems), **facts)

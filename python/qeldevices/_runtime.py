@@ -5,7 +5,7 @@ from __future__ import annotations
 import atexit
 import os
 import threading
-from typing import Iterable
+from typing import Any, Iterable
 
 from . import _native
 from ._errors import Error
@@ -44,7 +44,7 @@ def start(*, plugin_folders: Iterable[str | os.PathLike[str]] = (), language: st
         atexit.register(_stop)
 
 
-def native() -> _native:  # type: ignore[valid-type]
+def native() -> Any:
     """The library, started."""
     if _started_in != os.getpid():
         if _started_in:

@@ -2,7 +2,7 @@
 
 #include "instrument.h"
 
-#include <qelfrontend/frontend.h>
+#include <qelfrontend/startup.h>
 
 #include <qeldevices/devicebroker.h>
 #include <qeldevices/qeldevices_global.h>
@@ -45,6 +45,7 @@ struct Books
     std::promise<void> ended;
     QSet<Instrument *> instruments;
     bool ownsApplication = false;
+    pid_t process = 0; // a fork has these books, but not the thread
 };
 
 Books &books()
@@ -69,28 +70,20 @@ QString siblingDrivers()
     return {};
 }
 
-void startLibrary(const Home::Options &options)
+void startUp(const Home::Options &options)
 {
     // An exception says what the library would log about a device.
     QLoggingCategory::setFilterRules(QStringLiteral("qel.devices*.debug=false\n"
                                                     "qel.devices*.info=false\n"
                                                     "qel.devices.warning=false"));
-    const QLocale locale(options.language == QLatin1String("de") ? QLocale::German
-                                                                 : QLocale::English);
-    QLocale::setDefault(locale);
-    // Before init(), so that it finds their catalogues; registered again after it, so that a driver
-    // the user points at takes precedence over an installed one.
-    for (const QString &folder : options.pluginFolders)
-        DeviceBroker::loadAllDevicePlugins(folder);
-    const auto preferred = DeviceBroker::DRIVERS;
+    QLocale::setDefault(
+        QLocale(options.language == QLatin1String("de") ? QLocale::German : QLocale::English));
     const QString drivers = siblingDrivers();
     if (!drivers.isEmpty())
         DeviceBroker::loadAllDevicePlugins(drivers);
-    qel::devices::init();
-    for (const auto &driver : preferred)
-        DeviceBroker::addDriver(driver);
-    qel::frontend::installTranslations(locale);
-    qel::frontend::registerMetaTypes();
+    const QStringList problems = qel::frontend::startLibrary(options.pluginFolders);
+    for (const QString &problem : problems)
+        qWarning("qeldevices: %s", qPrintable(problem));
 }
 
 void live(const Home::Options &options, std::promise<void> *ready)
@@ -103,8 +96,12 @@ void live(const Home::Options &options, std::promise<void> *ready)
     static int count = 1;
     static char name[] = "python";
     static char *arguments[] = {name, nullptr};
+    // Qt takes the thread that has loaded it for the main one, and warns of this one.
+    const auto handler =
+        qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) {});
     QCoreApplication application(count, arguments);
-    startLibrary(options);
+    qInstallMessageHandler(handler);
+    startUp(options);
     auto *context = new QObject;
     books().context = context;
     books().thread = QThread::currentThread();
@@ -146,7 +143,7 @@ QString startIn(QCoreApplication *application, const Home::Options &options)
     auto *context = new QObject;
     context->moveToThread(application->thread());
     const auto begin = [context, options] {
-        startLibrary(options);
+        startUp(options);
         books().context = context;
         books().thread = context->thread();
     };
@@ -172,8 +169,14 @@ QString Home::start(const Options &options)
     const std::lock_guard lock(books().startMutex);
     if (isRunning())
         return {};
+    books().process = getpid();
     if (QCoreApplication *application = QCoreApplication::instance())
         return startIn(application, options);
+    // The context of GLib that goes with the first event loop is for the interpreter's thread,
+    // where a user interface may need it.
+    const bool hasGlib = !qEnvironmentVariableIsSet("QT_NO_GLIB");
+    if (hasGlib)
+        qputenv("QT_NO_GLIB", "1");
     std::promise<void> ready;
     books().ownsApplication = true;
     books().ownThread = std::thread([&ready, options] {
@@ -181,6 +184,8 @@ QString Home::start(const Options &options)
         books().ended.set_value();
     });
     ready.get_future().wait();
+    if (hasGlib)
+        qunsetenv("QT_NO_GLIB");
     return {};
 }
 
@@ -208,7 +213,7 @@ void Home::stop(std::chrono::milliseconds patience)
 
 bool Home::isRunning()
 {
-    return books().thread != nullptr;
+    return books().thread != nullptr && books().process == getpid();
 }
 
 bool Home::isCurrentThread()
@@ -218,6 +223,8 @@ bool Home::isCurrentThread()
 
 void Home::post(std::function<void()> work)
 {
+    if (books().process != getpid())
+        return;
     const std::lock_guard lock(books().mutex);
     if (books().context)
         QMetaObject::invokeMethod(books().context, std::move(work), Qt::QueuedConnection);

@@ -3,12 +3,11 @@
 #include "home.h"
 #include "variant.h"
 
+#include <qelfrontend/closing.h>
 #include <qelfrontend/configuration.h>
-#include <qelfrontend/enumeration.h>
+#include <qelfrontend/provenance.h>
 #include <qelfrontend/selection.h>
 #include <qelvalues/names.h>
-
-#include <QtCore/QTimer>
 
 namespace py = pybind11;
 
@@ -123,22 +122,16 @@ void Instrument::end(const std::function<void()> &done)
         closeDevice();
 }
 
-// Some devices need a while to close; none gets for ever.
 void Instrument::closeDevice()
 {
-    connect(m_device.get(), &Device::openChanged, this, &Instrument::finish, Qt::QueuedConnection);
-    m_device->close();
-    if (m_device->isOpen())
-        QTimer::singleShot(2000, this, &Instrument::finish);
-    else
+    qel::frontend::closeDevice(m_device.get(), std::chrono::seconds(2), this, [this](bool) {
         QMetaObject::invokeMethod(this, &Instrument::finish, Qt::QueuedConnection);
+    });
 }
 
 void Instrument::finish()
 {
     const auto atEnd = std::exchange(m_atEnd, {});
-    if (atEnd.empty())
-        return;
     delete this;
     for (const auto &done : atEnd)
         done();

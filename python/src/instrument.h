@@ -25,8 +25,8 @@ namespace qelpython {
 struct Ending
 {
     qel::frontend::RunRecord record;
-    bool isNotOffered = false;           ///< the device does not have the feature
-    QStringList configurationProblems;   ///< what is wrong with the settings
+    bool isNotOffered = false;         ///< the device does not have the feature
+    QStringList configurationProblems; ///< what is wrong with the settings
 };
 
 /// One run as Python holds it. Its members but `mailbox` belong to the event loop.
@@ -53,8 +53,9 @@ public:
 
     qel::devices::Device *device() const;
 
-    /// Runs `ticket` as soon as the runs before it have ended. Its mailbox gets tuples: ("progress",
-    /// fraction), ("value", feature, value), ("action", id, text), at last ("ended", Ending).
+    /// Runs `ticket` as soon as the runs before it have ended. Its mailbox gets tuples:
+    /// ("progress", fraction), ("value", feature, value), ("action", id, text), at last ("ended",
+    /// Ending).
     void run(const std::shared_ptr<RunTicket> &ticket);
     /// Ends the run of `ticket` by the ladder.
     static void cancel(const std::shared_ptr<RunTicket> &ticket);

@@ -4,7 +4,6 @@
 #include "variant.h"
 
 #include <qelfrontend/configuration.h>
-#include <qelfrontend/enumeration.h>
 #include <qelfrontend/plate.h>
 #include <qelfrontend/platecsv.h>
 #include <qelfrontend/selection.h>
@@ -38,6 +37,25 @@ py::object ask(const std::function<Mailbox::Letter()> &work)
     const auto mailbox = std::make_shared<Mailbox>();
     Home::post([mailbox, work] { mailbox->put(work()); });
     return mailbox->take(-1).value();
+}
+
+// For drivers that read the environment, which the event loop must not see half written.
+void setVariable(const std::string &name, const std::string &value)
+{
+    ask([name, value]() -> Mailbox::Letter {
+        if (value.empty())
+            qunsetenv(name.c_str());
+        else
+            qputenv(name.c_str(), QByteArray::fromStdString(value));
+        return [] { return py::none(); };
+    });
+}
+
+py::object drivers()
+{
+    return ask([]() -> Mailbox::Letter {
+        return [names = DeviceBroker::availableDrivers()] { return toPython(names); };
+    });
 }
 
 // An instrument as Python holds it. The instrument itself belongs to the event loop.
@@ -86,8 +104,7 @@ py::object describeFeature(Device::DeviceFeature feature, const QVariant &descri
 {
     using namespace py::literals;
     py::dict sentences;
-    const auto settings =
-        descriptor.toHash().value(QStringLiteral("settings")).toHash();
+    const auto settings = descriptor.toHash().value(QStringLiteral("settings")).toHash();
     for (auto setting = settings.begin(); setting != settings.end(); ++setting)
         sentences[toPython(setting.key())] = toPython(describeSetting(setting.key(), descriptor));
     return py::dict("number"_a = int(feature), "name"_a = toPython(featureName(feature)),
@@ -215,9 +232,8 @@ py::bytes csvOf(const Ending &ending, bool asGrid)
         plateFromResult(ending.record.feature, ending.record.outcome.result, &problem);
     if (!plate)
         throw py::value_error(problem.toStdString());
-    const QByteArray csv = asGrid
-        ? plateCsv(*plate)
-        : tidyCsvHeader() + tidyCsv(*plate, ending.record.device);
+    const QByteArray csv =
+        asGrid ? plateCsv(*plate) : tidyCsvHeader() + tidyCsv(*plate, ending.record.device);
     return py::bytes(csv.constData(), size_t(csv.size()));
 }
 
@@ -227,9 +243,8 @@ py::str jsonOf(const Ending &ending, bool inOneLine)
     const auto document = runToJson(ending.record, &problem);
     if (!document)
         throw py::value_error(problem.toStdString());
-    return toPython(QString::fromUtf8(
-        QJsonDocument(*document).toJson(inOneLine ? QJsonDocument::Compact
-                                                  : QJsonDocument::Indented)));
+    return toPython(QString::fromUtf8(QJsonDocument(*document).toJson(
+        inOneLine ? QJsonDocument::Compact : QJsonDocument::Indented)));
 }
 
 py::object instruments()
@@ -276,7 +291,8 @@ py::object findFeature(const std::string &text)
 void bindRuns(py::module_ &module)
 {
     py::class_<RunTicket, std::shared_ptr<RunTicket>>(module, "Run")
-        .def("take", [](const RunTicket &run, double seconds) { return run.mailbox->take(seconds); })
+        .def("take",
+             [](const RunTicket &run, double seconds) { return run.mailbox->take(seconds); })
         .def("fileno", [](const RunTicket &run) { return run.mailbox->descriptor(); })
         .def("cancel",
              [](const std::shared_ptr<RunTicket> &run) {
@@ -294,20 +310,19 @@ void bindRuns(py::module_ &module)
         .def_property_readonly(
             "kind", [](const Ending &ending) { return kindName(ending.record.outcome.kind); })
         .def_readonly("is_not_offered", &Ending::isNotOffered)
-        .def_property_readonly("configuration_problems",
-                               [](const Ending &ending) {
-                                   return toPython(ending.configurationProblems);
-                               })
+        .def_property_readonly(
+            "configuration_problems",
+            [](const Ending &ending) { return toPython(ending.configurationProblems); })
         .def_property_readonly("code",
                                [](const Ending &ending) { return ending.record.outcome.code; })
-        .def_property_readonly("id",
-                               [](const Ending &ending) { return toPython(ending.record.outcome.trId); })
         .def_property_readonly(
-            "sentence", [](const Ending &ending) { return toPython(ending.record.outcome.sentence); })
-        .def_property_readonly("details",
-                               [](const Ending &ending) {
-                                   return toPython(ending.record.outcome.additionalInfo);
-                               })
+            "id", [](const Ending &ending) { return toPython(ending.record.outcome.trId); })
+        .def_property_readonly(
+            "sentence",
+            [](const Ending &ending) { return toPython(ending.record.outcome.sentence); })
+        .def_property_readonly(
+            "details",
+            [](const Ending &ending) { return toPython(ending.record.outcome.additionalInfo); })
         .def_property_readonly(
             "started_at",
             [](const Ending &ending) { return toPython(ending.record.outcome.startedAt); })
@@ -315,16 +330,16 @@ void bindRuns(py::module_ &module)
                                [](const Ending &ending) {
                                    return double(ending.record.outcome.elapsed.count()) / 1000;
                                })
-        .def_property_readonly("feature",
-                               [](const Ending &ending) {
-                                   return toPython(featureName(ending.record.feature));
-                               })
-        .def_property_readonly("is_measurement",
-                               [](const Ending &ending) { return isMeasurement(ending.record.feature); })
+        .def_property_readonly(
+            "feature",
+            [](const Ending &ending) { return toPython(featureName(ending.record.feature)); })
+        .def_property_readonly(
+            "is_measurement",
+            [](const Ending &ending) { return isMeasurement(ending.record.feature); })
         .def_property_readonly("device",
                                [](const Ending &ending) { return toPython(ending.record.device); })
-        .def_property_readonly("descriptor",
-                               [](const Ending &ending) { return toPython(ending.record.descriptor); })
+        .def_property_readonly(
+            "descriptor", [](const Ending &ending) { return toPython(ending.record.descriptor); })
         .def_property_readonly("configuration",
                                [](const Ending &ending) {
                                    return toPython(QJsonValue(writeConfiguration(
@@ -347,6 +362,8 @@ PYBIND11_MODULE(_native, module)
     module.def("is_running", &Home::isRunning);
     module.def("version", [] { return toPython(qel::devices::version()); });
     module.def("instruments", &instruments);
+    module.def("drivers", &drivers);
+    module.def("set_variable", &setVariable);
     module.def("find_feature", &findFeature);
     module.def("open", &openHandle);
 
