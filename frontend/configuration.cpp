@@ -1,16 +1,17 @@
 #include "configuration.h"
 
-#include "frontend.h"
 #include "messages_p.h"
+#include "problems.h"
 #include "wells.h"
 
 #include <qeldevices/device.h>
+#include <qelvalues/settings.h>
 #include <qelvalues/valuecodec.h>
 
 #include <QtCore/QFile>
+#include <QtCore/QFileInfo>
 #include <QtCore/QJsonArray>
 
-#include <algorithm>
 #include <cmath>
 
 namespace qel::frontend {
@@ -20,151 +21,66 @@ using namespace qel::values;
 
 namespace {
 
-// What distinguishes values for a reader.
-enum class Kind {
-    Bool,
-    Number,
-    Text,
-    NumberList,
-    TextList,
-    Bytes,
-    Wells,
-    Flags,
-    Color,
-    Enumeration,
-    Unsupported,
-};
-
-// How the values of a type are read, and what they are called.
-struct Form
+// What a value of the kind is called.
+const char *kindId(Kind kind)
 {
-    int type;
-    Kind kind;
-    const char *description;
-};
-
-Form formOf(int type)
-{
-    static const Form forms[] = {
-        {QMetaType::Bool, Kind::Bool, "qelfrontend-kind-bool"},
-        {QMetaType::Int, Kind::Number, "qelfrontend-kind-integer"},
-        {QMetaType::UInt, Kind::Number, "qelfrontend-kind-integer"},
-        {QMetaType::UChar, Kind::Number, "qelfrontend-kind-integer"},
-        {QMetaType::LongLong, Kind::Number, "qelfrontend-kind-integer"},
-        {QMetaType::ULongLong, Kind::Number, "qelfrontend-kind-integer"},
-        {QMetaType::Double, Kind::Number, "qelfrontend-kind-number"},
-        {QMetaType::Float, Kind::Number, "qelfrontend-kind-number"},
-        {qMetaTypeId<std::chrono::milliseconds>(), Kind::Number, "qelfrontend-kind-milliseconds"},
-        {QMetaType::QString, Kind::Text, "qelfrontend-kind-text"},
-        {qMetaTypeId<QList<int>>(), Kind::NumberList, "qelfrontend-kind-integers"},
-        {qMetaTypeId<QVector<double>>(), Kind::NumberList, "qelfrontend-kind-numbers"},
-        {QMetaType::QStringList, Kind::TextList, "qelfrontend-kind-texts"},
-        {QMetaType::QByteArray, Kind::Bytes, "qelfrontend-kind-bytes"},
-        {qMetaTypeId<QVector<bool>>(), Kind::Wells, "qelfrontend-kind-wells"},
-        {qMetaTypeId<LedBarEffect_config::Modes>(), Kind::Flags, "qelfrontend-kind-flags"},
-        {qMetaTypeId<LedBarEffect_config::Color>(), Kind::Color, "qelfrontend-kind-color"},
-        {qMetaTypeId<LedBarEffect_Effect>(), Kind::Enumeration, "qelfrontend-kind-name"},
-        {qMetaTypeId<SlotStatus>(), Kind::Enumeration, "qelfrontend-kind-name"},
-        {qMetaTypeId<Orientation_result::Side>(), Kind::Enumeration, "qelfrontend-kind-name"},
-    };
-    const auto found = std::find_if(std::begin(forms), std::end(forms),
-                                    [type](const Form &form) { return form.type == type; });
-    return found != std::end(forms) ? *found
-                                    : Form{type, Kind::Unsupported, "qelfrontend-kind-unsupported"};
+    switch (kind) {
+    case Kind::Bool:
+        return "qelfrontend-kind-bool";
+    case Kind::Integer:
+        return "qelfrontend-kind-integer";
+    case Kind::Number:
+        return "qelfrontend-kind-number";
+    case Kind::Milliseconds:
+        return "qelfrontend-kind-milliseconds";
+    case Kind::Text:
+        return "qelfrontend-kind-text";
+    case Kind::Integers:
+        return "qelfrontend-kind-integers";
+    case Kind::Numbers:
+        return "qelfrontend-kind-numbers";
+    case Kind::Texts:
+        return "qelfrontend-kind-texts";
+    case Kind::Bytes:
+        return "qelfrontend-kind-bytes";
+    case Kind::Wells:
+        return "qelfrontend-kind-wells";
+    case Kind::Flags:
+        return "qelfrontend-kind-flags";
+    case Kind::Color:
+        return "qelfrontend-kind-color";
+    case Kind::Name:
+        return "qelfrontend-kind-name";
+    case Kind::Other:
+        break;
+    }
+    return "qelfrontend-kind-unsupported";
 }
-
-// One entry of a descriptor's settings. Whatever a driver has put there, nothing here fails: a
-// limit that makes no sense is none.
-struct Setting
-{
-    Setting(QString settingKey, const QVariant &descriptor)
-        : key(std::move(settingKey))
-    {
-        const QVariantHash all = descriptor.toHash();
-        rows = qBound(0, all.value(QStringLiteral("rows")).toInt(), 1000);
-        columns = qBound(0, all.value(QStringLiteral("columns")).toInt(), 1000);
-        const QVariantHash own = all.value(QStringLiteral("settings")).toHash().value(key).toHash();
-        // The type is looked up by its name, which an unregistered one does not have.
-        registerMetaTypes();
-        const QByteArray type = own.value(QStringLiteral("type")).toString().toUtf8();
-        form = formOf(QMetaType::type(type.constData()));
-        fallback = own.value(QStringLiteral("default"));
-        minimum = limit(own.value(QStringLiteral("minimum")));
-        maximum = limit(own.value(QStringLiteral("maximum")));
-        step = limit(own.value(QStringLiteral("step")));
-        if (step && *step <= 0)
-            step.reset();
-        unit = own.value(QStringLiteral("unit")).toString();
-        choices = own.value(QStringLiteral("choices")).toList();
-        names = own.value(QStringLiteral("names")).toStringList();
-        length = std::max(0, own.value(QStringLiteral("length")).toInt());
-    }
-
-    static std::optional<double> limit(const QVariant &value)
-    {
-        bool isNumber = false;
-        const double number = value.toDouble(&isNumber);
-        return isNumber && std::isfinite(number) ? std::make_optional(number) : std::nullopt;
-    }
-
-    // What stands in the descriptor for `name`; `name` itself when it is none of the names.
-    QJsonValue resolved(const QJsonValue &name) const
-    {
-        const int index = name.isString() ? names.indexOf(name.toString()) : -1;
-        return index >= 0 && index < choices.size() ? QJsonValue::fromVariant(choices[index])
-                                                    : name;
-    }
-
-    QJsonValue named(const QJsonValue &choice) const
-    {
-        for (int i = 0; i < choices.size() && i < names.size(); ++i) {
-            if (QJsonValue::fromVariant(choices[i]) == choice)
-                return names[i];
-        }
-        return choice;
-    }
-
-    bool offers(const QJsonValue &choice) const
-    {
-        return choices.isEmpty()
-            || std::any_of(choices.begin(), choices.end(), [&choice](const QVariant &offered) {
-                   return QJsonValue::fromVariant(offered) == choice;
-               });
-    }
-
-    bool allows(double number) const
-    {
-        if ((minimum && number < *minimum) || (maximum && number > *maximum))
-            return false;
-        if (!step)
-            return true;
-        // Steps such as 0.1 are not exact.
-        const double steps = (number - minimum.value_or(0)) / *step;
-        return std::abs(steps - std::round(steps)) < 1e-6;
-    }
-
-    QString key;
-    Form form{};
-    QVariant fallback;
-    std::optional<double> minimum;
-    std::optional<double> maximum;
-    std::optional<double> step;
-    QString unit;
-    QVariantList choices;
-    QStringList names;
-    int length = 0;
-    int rows = 0;
-    int columns = 0;
-};
 
 QString numberText(double number)
 {
     return QString::number(number, 'g', QLocale::FloatingPointShortest);
 }
 
+// What stands in the descriptor for `name`; `name` itself when it is none of the names.
+QJsonValue resolved(const QJsonValue &name, const Setting &setting)
+{
+    const int index = name.isString() ? setting.names.indexOf(name.toString()) : -1;
+    return index >= 0 && index < setting.choices.size()
+        ? QJsonValue::fromVariant(setting.choices[index])
+        : name;
+}
+
+// What to call `choice`; `choice` itself where it has no name.
+QVariant choiceOrName(const QVariant &choice, const Setting &setting)
+{
+    const int index = setting.choices.indexOf(choice);
+    return index >= 0 && index < setting.names.size() ? QVariant(setting.names[index]) : choice;
+}
+
 QString describe(const Setting &setting)
 {
-    QString text = message(setting.form.description);
+    QString text = message(kindId(setting.kind));
     if (setting.minimum && setting.maximum)
         text += message("qelfrontend-limit-range", numberText(*setting.minimum),
                         numberText(*setting.maximum));
@@ -172,14 +88,14 @@ QString describe(const Setting &setting)
         text += message("qelfrontend-limit-minimum", numberText(*setting.minimum));
     else if (setting.maximum)
         text += message("qelfrontend-limit-maximum", numberText(*setting.maximum));
-    if (!setting.unit.isEmpty() && setting.form.type != qMetaTypeId<std::chrono::milliseconds>())
+    if (!setting.unit.isEmpty() && setting.kind != Kind::Milliseconds)
         text += u' ' + setting.unit;
     if (setting.step && *setting.step != 1)
         text += message("qelfrontend-limit-step", numberText(*setting.step));
     if (!setting.choices.isEmpty()) {
         QStringList offered;
         for (const QVariant &choice : setting.choices)
-            offered += setting.named(QJsonValue::fromVariant(choice)).toVariant().toString();
+            offered += choiceOrName(choice, setting).toString();
         text += message("qelfrontend-limit-choices", offered.join(QStringLiteral(", ")));
     }
     if (setting.length > 0)
@@ -187,254 +103,227 @@ QString describe(const Setting &setting)
     return text;
 }
 
+// The plate that wells are named on.
+struct PlateSize
+{
+    explicit PlateSize(const QVariant &descriptor)
+        : rows(sizeIn(descriptor, QStringLiteral("rows")))
+        , columns(sizeIn(descriptor, QStringLiteral("columns")))
+    { }
+
+    static int sizeIn(const QVariant &descriptor, const QString &key)
+    {
+        return qBound(0, descriptor.toHash().value(key).toInt(), 1000);
+    }
+
+    int rows;
+    int columns;
+};
+
 // Reads the value of one setting. Everything that is wrong is named in `problems`.
 class SettingReader
 {
 public:
-    SettingReader(const Setting &setting, QStringList *problems)
+    SettingReader(const Setting &setting, PlateSize plate, QStringList *problems)
         : m_setting(setting)
+        , m_plate(plate)
         , m_problems(problems)
     { }
 
     std::optional<QVariant> read(const QJsonValue &given)
     {
-        switch (m_setting.form.kind) {
-        case Kind::Bytes:
-            return readBytes(given);
-        case Kind::Flags:
-            return readFlags(given);
-        case Kind::Wells:
-            return checkLength(given.isString() ? readWellNames(given.toString())
-                                                : decode(given, given));
-        case Kind::NumberList:
-        case Kind::TextList:
-            return readList(given);
-        default:
-            return readScalar(given);
-        }
+        const QString text = given.toString();
+        if (m_setting.kind == Kind::Bytes && text.startsWith(u'@'))
+            return readFile(text.mid(1));
+        if (m_setting.kind == Kind::Wells && given.isString())
+            return checkLength(readWellNames(text));
+        if (given.isArray())
+            return readArray(given.toArray(), given);
+        const auto value = contentFromJson(resolved(given, m_setting), m_setting.type);
+        return value && !checkSetting(m_setting, *value) ? value : wrong(given);
     }
 
 private:
-    std::nullopt_t wrong(const QJsonValue &given)
+    std::nullopt_t complain(Problem::Code code, const QStringList &details)
     {
-        QString text = given.isString() ? given.toString() : QString::fromUtf8(jsonText(given));
-        m_problems->append(message("qelfrontend-setting-wrong", m_setting.key, printable(text),
-                                   describe(m_setting)));
+        m_problems->append(explain({code, m_setting.key, details}));
         return std::nullopt;
     }
 
-    // The codec knows how each type is written in JSON; here only what people leave out is added.
-    std::optional<QVariant> decode(const QJsonValue &json, const QJsonValue &given)
+    std::nullopt_t wrong(const QJsonValue &given)
     {
-        Problem unused;
-        const auto type = QString::fromLatin1(QMetaType::typeName(m_setting.form.type));
-        const auto value = fromJson(
-            QJsonObject{{QStringLiteral("$type"), type}, {QStringLiteral("value"), json}}, &unused);
-        return value ? value : wrong(given);
+        const QString text =
+            given.isString() ? given.toString() : QString::fromUtf8(jsonText(given));
+        const bool isWhole =
+            m_setting.kind == Kind::Integer || m_setting.kind == Kind::Milliseconds;
+        if (isWhole && std::abs(given.toDouble()) >= exactLimit
+            && std::abs(given.toDouble()) < 1e20)
+            return complain(Problem::SettingDigits, {});
+        return complain(Problem::SettingNotAllowed, {printable(text), describe(m_setting)});
     }
 
-    // Whether one value, or one element, keeps the limits.
-    bool isAllowed(const QJsonValue &json) const
+    // The codec knows how each type is written; here only what people may write instead is added.
+    std::optional<QVariant> readArray(const QJsonArray &entries, const QJsonValue &given)
     {
-        return m_setting.offers(json) && (!json.isDouble() || m_setting.allows(json.toDouble()));
-    }
-
-    std::optional<QVariant> readScalar(const QJsonValue &given)
-    {
-        QJsonValue json = m_setting.resolved(given);
-        if (m_setting.form.kind == Kind::Bool)
-            return json.isBool() ? std::make_optional(QVariant(json.toBool())) : wrong(given);
-        if (m_setting.form.kind == Kind::Text)
-            return json.isString() && isAllowed(json)
-                ? std::make_optional(QVariant(json.toString()))
-                : wrong(given);
-        if (m_setting.form.kind == Kind::Number && !json.isDouble())
-            return wrong(given);
-        const auto value = decode(json, given);
-        if (!value)
-            return {};
-        // A driver may offer an enumeration's values by number or by name.
-        if (m_setting.form.kind == Kind::Enumeration) {
-            const QJsonValue number(value->toInt());
-            return isAllowed(number) || isAllowed(json) ? value : wrong(given);
-        }
-        return isAllowed(json) ? value : wrong(given);
-    }
-
-    std::optional<QVariant> readList(const QJsonValue &given)
-    {
-        if (!given.isArray())
-            return wrong(given);
+        Setting single = m_setting;
+        single.length = 0;
+        const bool isFlags = m_setting.kind == Kind::Flags;
         QJsonArray elements;
-        const QJsonArray entries = given.toArray();
+        int bits = 0;
         for (const auto &entry : entries) {
-            const QJsonValue element = m_setting.resolved(entry);
-            if (m_setting.form.kind != Kind::TextList && !element.isDouble())
-                return wrong(entry);
-            if (!isAllowed(element))
+            const QJsonValue element = resolved(entry, m_setting);
+            const auto value = contentFromJson(isFlags ? element : QJsonValue(QJsonArray{element}),
+                                               m_setting.type);
+            if (!value || checkSetting(single, *value))
                 return wrong(entry);
             elements.append(element);
+            bits |= element.toInt();
         }
-        return checkLength(decode(elements, given));
-    }
-
-    std::optional<QVariant> readFlags(const QJsonValue &given)
-    {
-        uint bits = 0;
-        const QJsonArray entries = given.isArray() ? given.toArray() : QJsonArray{given};
-        for (const auto &entry : entries) {
-            const QJsonValue flag = m_setting.resolved(entry);
-            const double number = flag.toDouble(-1);
-            if (number < 0 || number > 255 || number != std::trunc(number))
-                return wrong(entry);
-            // A number may also stand for several bits at once.
-            for (uint bit = 1; bit <= uint(number); bit <<= 1) {
-                if ((uint(number) & bit) && !m_setting.offers(double(bit)))
-                    return wrong(entry);
-            }
-            bits |= uint(number);
-        }
-        return decode(double(bits), given);
+        const auto value =
+            contentFromJson(isFlags ? QJsonValue(bits) : QJsonValue(elements), m_setting.type);
+        return value ? checkLength(value) : wrong(given);
     }
 
     std::optional<QVariant> readWellNames(const QString &text)
     {
         if (text.isEmpty())
-            return QVariant::fromValue(QVector<bool>());
+            return complain(Problem::SettingEmpty, {});
         QString problem;
-        const auto wells = readWells(text, m_setting.rows, m_setting.columns, &problem);
+        const auto wells = readWells(text, m_plate.rows, m_plate.columns, &problem);
         if (wells)
             return QVariant::fromValue(*wells);
         m_problems->append(message("qelfrontend-setting-wells", m_setting.key, problem));
         return {};
     }
 
-    std::optional<QVariant> checkLength(std::optional<QVariant> value)
+    std::optional<QVariant> checkLength(const std::optional<QVariant> &value)
     {
-        if (!value)
-            return {};
-        const int size = value->value<QSequentialIterable>().size();
-        if (size == 0 || m_setting.length == 0 || size == m_setting.length)
-            return value;
-        m_problems->append(message("qelfrontend-setting-length", m_setting.key,
-                                   QString::number(size), QString::number(m_setting.length)));
-        return {};
+        const auto problem = value ? checkSetting(m_setting, *value) : std::nullopt;
+        return problem ? complain(problem->code, problem->details) : value;
     }
 
-    std::optional<QVariant> readBytes(const QJsonValue &given)
+    std::optional<QVariant> readFile(const QString &name)
     {
-        if (!given.toString().startsWith(u'@'))
-            return decode(given, given);
-        QFile file(given.toString().mid(1));
-        if (file.open(QIODevice::ReadOnly)) {
+        QFile file(name);
+        QString reason;
+        // Opening a pipe waits for a writer, and a device such as /dev/zero has no end.
+        if (QFileInfo::exists(name) && !QFileInfo(name).isFile()) {
+            reason = message("qelfrontend-file-kind");
+        } else if (!file.open(QIODevice::ReadOnly)) {
+            reason = file.errorString();
+        } else {
             const QByteArray bytes = file.read(maximumJsonSize + 1);
             if (bytes.size() <= maximumJsonSize && file.error() == QFile::NoError)
                 return QVariant(bytes);
+            reason = file.error() == QFile::NoError
+                ? message("qelfrontend-file-size", QString::number(maximumJsonSize))
+                : file.errorString();
         }
-        const QString reason = file.error() == QFile::NoError
-            ? message("qelfrontend-file-size", QString::number(maximumJsonSize))
-            : file.errorString();
         m_problems->append(
-            message("qelfrontend-setting-file", m_setting.key, printable(file.fileName()), reason));
+            message("qelfrontend-setting-file", m_setting.key, printable(name), reason));
         return {};
     }
 
+    // From here on a number in JSON may stand for several whole numbers.
+    static constexpr double exactLimit = 9007199254740992;
+
     const Setting &m_setting;
+    const PlateSize m_plate;
     QStringList *m_problems;
 };
 
-QVariantHash settingsOf(const QVariant &descriptor)
+Problem unknownSetting(const QString &key, const QVector<Setting> &settings)
 {
-    return descriptor.toHash().value(QStringLiteral("settings")).toHash();
+    QStringList keys;
+    for (const Setting &setting : settings)
+        keys += setting.key;
+    if (keys.isEmpty())
+        return {Problem::SettingNone, key, {}};
+    return {Problem::SettingUnknown, key, {keys.join(QStringLiteral(", "))}};
 }
 
-QStringList sortedKeys(const QVariantHash &settings)
-{
-    QStringList keys = settings.keys();
-    keys.sort();
-    return keys;
-}
-
-QString unknownSetting(const QString &key, const QVariantHash &settings)
-{
-    if (settings.isEmpty())
-        return message("qelfrontend-setting-none", printable(key));
-    return message("qelfrontend-setting-unknown", printable(key),
-                   sortedKeys(settings).join(QStringLiteral(", ")));
-}
-
+// A number as JSON holds it without loss: its digits where it is long.
 QJsonValue numberOrText(const QString &text)
 {
     bool isNumber = false;
+    const qlonglong whole = text.toLongLong(&isNumber);
+    if (isNumber)
+        return *contentToJson(whole);
+    const qulonglong large = text.toULongLong(&isNumber);
+    if (isNumber)
+        return *contentToJson(large);
     const double number = text.toDouble(&isNumber);
-    return isNumber ? QJsonValue(number) : QJsonValue(text);
+    return isNumber && std::isfinite(number) ? QJsonValue(number) : QJsonValue(text);
 }
 
-QJsonValue listFromText(const QString &text, Kind kind)
+// Nothing where a part is empty: an unset variable must not mean "all".
+std::optional<QJsonValue> listFromText(const QString &text, Kind kind)
 {
     if (text.startsWith(u'[')) {
         Problem unused;
         return parseJson(text.toUtf8(), &unused).value_or(text);
     }
-    if (kind == Kind::Wells)
-        return text;
     QJsonArray elements;
-    const auto parts = text.split(u',', Qt::SkipEmptyParts);
-    for (const QString &part : parts)
-        elements.append(kind == Kind::TextList ? part.trimmed() : numberOrText(part.trimmed()));
+    const auto parts = text.split(u',');
+    for (const QString &part : parts) {
+        const QString element = part.trimmed();
+        if (element.isEmpty())
+            return {};
+        elements.append(kind == Kind::Texts ? QJsonValue(element) : numberOrText(element));
+    }
     return elements;
 }
 
 // A text from KEY=VALUE as the JSON value that it stands for. What does not read as one stays a
 // text: it may be a name, and what it may be is judged later.
-QJsonValue fromText(const QString &text, Kind kind)
+std::optional<QJsonValue> fromText(const QString &text, Kind kind)
 {
     switch (kind) {
     case Kind::Bool:
         if (text == QLatin1String("true") || text == QLatin1String("false"))
             return text == QLatin1String("true");
         return text;
+    case Kind::Integer:
     case Kind::Number:
-    case Kind::Enumeration:
+    case Kind::Milliseconds:
+    case Kind::Name:
         return numberOrText(text);
-    case Kind::NumberList:
-    case Kind::TextList:
-    case Kind::Wells:
+    case Kind::Integers:
+    case Kind::Numbers:
+    case Kind::Texts:
     case Kind::Flags:
         return listFromText(text, kind);
+    case Kind::Wells:
+        return text.startsWith(u'[') ? listFromText(text, kind) : text;
     case Kind::Text:
     case Kind::Bytes:
     case Kind::Color:
-    case Kind::Unsupported:
+    case Kind::Other:
         break;
     }
     return text;
 }
 
-QJsonValue writeFlags(uint bits, const Setting &setting)
+QJsonValue writeFlags(int bits, const Setting &setting)
 {
     QJsonArray flags;
     for (int bit = 1; bit <= 128; bit <<= 1) {
-        if (bits & uint(bit))
-            flags.append(setting.named(bit));
+        if (bits & bit)
+            flags.append(QJsonValue::fromVariant(choiceOrName(bit, setting)));
     }
     return flags;
 }
 
-std::optional<QJsonValue> writeSetting(const QVariant &value, const Setting &setting)
+std::optional<QJsonValue> writeSetting(const QVariant &value, const Setting &setting,
+                                       PlateSize plate)
 {
-    const Kind kind = formOf(value.userType()).kind;
-    if (kind == Kind::Unsupported)
-        return {};
+    const Kind kind = kindOf(value.userType());
     if (kind == Kind::Flags)
-        return writeFlags(uint(value.value<LedBarEffect_config::Modes>()), setting);
+        return writeFlags(int(value.value<LedBarEffect_config::Modes>()), setting);
     const auto wells = value.value<QVector<bool>>();
-    if (kind == Kind::Wells && setting.columns > 0
-        && wells.size() == setting.rows * setting.columns)
-        return QJsonValue(writeWells(wells, setting.columns));
-    Problem unused;
-    const auto json = toJson(value, &unused);
-    return json && json->isObject() ? json->toObject().value(QStringLiteral("value")) : json;
+    if (kind == Kind::Wells && wells.contains(true) && wells.size() == plate.rows * plate.columns)
+        return QJsonValue(writeWells(wells, plate.columns));
+    return contentToJson(value);
 }
 
 } // namespace
@@ -442,24 +331,23 @@ std::optional<QJsonValue> writeSetting(const QVariant &value, const Setting &set
 std::optional<QVariant> readConfiguration(const QJsonObject &configuration,
                                           const QVariant &descriptor, QStringList *problems)
 {
-    const QVariantHash settings = settingsOf(descriptor);
+    const auto settings = settingsOf(descriptor);
     const int problemsBefore = problems->size();
-    QVariantHash record;
     const auto keys = configuration.keys();
     for (const QString &key : keys) {
-        if (!settings.contains(key))
-            problems->append(unknownSetting(key, settings));
+        if (!findSetting(key, descriptor))
+            problems->append(explain(unknownSetting(key, settings)));
     }
-    const auto expected = sortedKeys(settings);
-    for (const QString &key : expected) {
-        const Setting setting(key, descriptor);
-        if (configuration.contains(key)) {
-            if (const auto value = SettingReader(setting, problems).read(configuration.value(key)))
-                record.insert(key, *value);
+    QVariantHash record;
+    for (const Setting &setting : settings) {
+        if (configuration.contains(setting.key)) {
+            SettingReader reader(setting, PlateSize(descriptor), problems);
+            if (const auto value = reader.read(configuration.value(setting.key)))
+                record.insert(setting.key, *value);
         } else if (!setting.fallback.isValid()) {
-            problems->append(message("qelfrontend-setting-missing", key, describe(setting)));
+            problems->append(explain({Problem::SettingMissing, setting.key, {describe(setting)}}));
         } else {
-            record.insert(key, setting.fallback);
+            record.insert(setting.key, setting.fallback);
         }
     }
     if (problems->size() > problemsBefore)
@@ -476,13 +364,17 @@ bool assignSetting(QJsonObject *configuration, const QString &assignment,
         return false;
     }
     const QString key = assignment.left(separator).trimmed();
-    const QVariantHash settings = settingsOf(descriptor);
-    if (!settings.contains(key)) {
-        *problem = unknownSetting(key, settings);
+    const auto setting = findSetting(key, descriptor);
+    if (!setting) {
+        *problem = explain(unknownSetting(key, settingsOf(descriptor)));
         return false;
     }
-    const Kind kind = Setting(key, descriptor).form.kind;
-    configuration->insert(key, fromText(assignment.mid(separator + 1).trimmed(), kind));
+    const auto value = fromText(assignment.mid(separator + 1).trimmed(), setting->kind);
+    if (!value || (setting->kind == Kind::Wells && *value == QJsonValue(QString()))) {
+        *problem = explain({Problem::SettingEmpty, key, {}});
+        return false;
+    }
+    configuration->insert(key, *value);
     return true;
 }
 
@@ -491,7 +383,8 @@ QJsonObject writeConfiguration(const QVariant &record, const QVariant &descripto
     QJsonObject configuration;
     const QVariantHash hash = record.toHash();
     for (auto it = hash.begin(); it != hash.end(); ++it) {
-        if (const auto json = writeSetting(it.value(), Setting(it.key(), descriptor)))
+        const Setting setting = findSetting(it.key(), descriptor).value_or(Setting());
+        if (const auto json = writeSetting(it.value(), setting, PlateSize(descriptor)))
             configuration.insert(it.key(), *json);
     }
     return configuration;
@@ -499,7 +392,8 @@ QJsonObject writeConfiguration(const QVariant &record, const QVariant &descripto
 
 QString describeSetting(const QString &key, const QVariant &descriptor)
 {
-    return settingsOf(descriptor).contains(key) ? describe(Setting(key, descriptor)) : QString();
+    const auto setting = findSetting(key, descriptor);
+    return setting ? describe(*setting) : QString();
 }
 
 } // namespace qel::frontend

@@ -71,9 +71,8 @@ QString message(const char *id)
     return english->translate("", id);
 }
 
-QString printable(const QString &text)
+QString printable(const QString &text, int longest)
 {
-    constexpr int longest = 80;
     QString result = text.left(longest);
     for (QChar &character : result) {
         if (!character.isPrint())

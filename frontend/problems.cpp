@@ -6,10 +6,11 @@ namespace qel::frontend {
 
 QString explain(const values::Problem &problem)
 {
+    constexpr int longest = 1000; // a list of settings or choices, for instance
     values::Problem fit = problem;
     fit.path = printable(fit.path);
     for (QString &detail : fit.details)
-        detail = printable(detail);
+        detail = printable(detail, longest);
     return values::filledIn(message("qelfrontend-" + values::problemId(fit.code)), fit);
 }
 

@@ -37,6 +37,18 @@ constexpr Text texts[] = {
     {Problem::NotAsDescribed, "not-as-described", "%1 is %2, the descriptor says %3"},
     {Problem::NotAsConfigured, "not-as-configured", "%1 is %2, the configuration says %3"},
     {Problem::NotSelected, "not-selected", "%1 has a value for a well that was not selected"},
+    {Problem::UnknownType, "unknown-type", "%1 is \"%2\", which is no type of a setting"},
+    {Problem::NamesCount, "names-count", "%1 has %2 names for %3 choices"},
+    {Problem::JsonDuplicateKey, "json-duplicate-key", "%1 names \"%2\" twice"},
+    {Problem::SettingUnknown, "setting-unknown", "%1 is no setting; there are: %2"},
+    {Problem::SettingNone, "setting-none", "%1 is no setting; there are none"},
+    {Problem::SettingMissing, "setting-missing", "%1 is missing; it takes %2"},
+    {Problem::SettingType, "setting-type", "%1 is %2, not %3"},
+    {Problem::SettingNotAllowed, "setting-wrong", "%1 must not be %2; it takes %3"},
+    {Problem::SettingLength, "setting-length", "%1 has %2 elements, not %3"},
+    {Problem::SettingDigits, "setting-digits", "%1 is too long for a number in JSON"},
+    {Problem::SettingEmpty, "setting-empty", "%1 is empty"},
+    {Problem::ConfigurationType, "configuration-type", "the configuration is %2, not QVariantHash"},
 };
 
 const Text &textOf(Problem::Code code)

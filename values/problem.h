@@ -40,6 +40,21 @@ struct Problem
         NotAsDescribed,  ///< differs from the descriptor: what it is, what the descriptor says
         NotAsConfigured, ///< differs from the configuration: what it is, what was configured
         NotSelected,     ///< a value for a well that was not to be measured
+        UnknownType,     ///< names a type that no setting has: the name
+        NamesCount,      ///< names too many or too few: their number, the number of choices
+
+        JsonDuplicateKey, ///< an object names a key twice: the key
+
+        // Configurations. The path is the key of a setting, with an index for an element.
+        SettingUnknown,    ///< there is no such setting: those there are
+        SettingNone,       ///< the feature has no settings
+        SettingMissing,    ///< a required setting is missing: what it may be
+        SettingType,       ///< of another type: the type, the type wanted
+        SettingNotAllowed, ///< outside the limits: what was given, what it may be
+        SettingLength,     ///< a list of another length: its length, the length wanted
+        SettingDigits,     ///< a whole number that JSON may have rounded
+        SettingEmpty,      ///< an empty text where a list or its element belongs
+        ConfigurationType, ///< the whole configuration is no hash: its type
     };
 
     Code code = JsonSyntax;

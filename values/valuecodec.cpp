@@ -1,354 +1,22 @@
 #include "valuecodec.h"
 
-#include <qeldevices/device.h>
+#include "valuetypes_p.h"
 
-#include <QtCore/QDateTime>
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonDocument>
 #include <QtCore/QJsonObject>
-#include <QtCore/QMetaEnum>
+#include <QtCore/QSet>
 #include <QtCore/QStringList>
 
 #include <algorithm>
-#include <cmath>
-#include <limits>
+#include <cstring>
 
 namespace qel::values {
-
-using namespace qel::devices;
 
 namespace {
 
 const QString typeKey = QStringLiteral("$type");
 const QString valueKey = QStringLiteral("value");
-
-// Whole numbers up to here are exact in every JSON reader.
-constexpr qint64 exactLimit = Q_INT64_C(1) << 53;
-
-bool isUnicode(const QString &text)
-{
-    for (int i = 0; i < text.size(); ++i) {
-        if (!text[i].isSurrogate())
-            continue;
-        if (!text[i].isHighSurrogate() || i + 1 == text.size() || !text[i + 1].isLowSurrogate())
-            return false;
-        ++i;
-    }
-    return true;
-}
-
-// How each type is written and read. There is nothing, or false, where JSON would not hold the
-// value without loss or does not hold one of the type.
-using Written = std::optional<QJsonValue>;
-
-template<typename T>
-using IfFloating = std::enable_if_t<std::is_floating_point_v<T>, bool>;
-template<typename T>
-using IfInteger = std::enable_if_t<std::is_integral_v<T>, bool>;
-template<typename T>
-using IfEnumeration = std::enable_if_t<std::is_enum_v<T>, bool>;
-
-template<typename Floating, IfFloating<Floating> = true>
-Written write(Floating value)
-{
-    if (std::isnan(value))
-        return QJsonValue(QJsonValue::Null);
-    if (std::isinf(value))
-        return value > 0 ? QStringLiteral("inf") : QStringLiteral("-inf");
-    if (value == 0 && std::signbit(value))
-        return QStringLiteral("-0");
-    return double(value);
-}
-
-template<typename Floating, IfFloating<Floating> = true>
-bool read(const QJsonValue &json, Floating *value)
-{
-    constexpr auto infinity = std::numeric_limits<Floating>::infinity();
-    const QString text = json.toString();
-    if (json.isDouble())
-        *value = Floating(json.toDouble());
-    else if (json.isNull())
-        *value = std::numeric_limits<Floating>::quiet_NaN();
-    else if (text == QLatin1String("inf"))
-        *value = infinity;
-    else if (text == QLatin1String("-inf"))
-        *value = -infinity;
-    else if (text == QLatin1String("-0"))
-        *value = -Floating(0);
-    else
-        return false;
-    // A number beyond the type's range is not one of its values.
-    return !json.isDouble() || std::isfinite(*value);
-}
-
-template<typename Integer, IfInteger<Integer> = true>
-Written write(Integer value)
-{
-    if constexpr (sizeof(Integer) == sizeof(qint64)) {
-        if (value > Integer(exactLimit)
-            || (std::is_signed_v<Integer> && value < -Integer(exactLimit)))
-            return QString::number(value);
-    }
-    return qint64(value);
-}
-
-template<typename Integer, IfInteger<Integer> = true>
-bool read(const QJsonValue &json, Integer *value)
-{
-    if (json.isDouble()) {
-        const double number = json.toDouble();
-        if (number != std::trunc(number) || std::abs(number) > double(exactLimit)
-            || number < double(std::numeric_limits<Integer>::min())
-            || number > double(std::numeric_limits<Integer>::max()))
-            return false;
-        *value = Integer(number);
-        return true;
-    }
-    if constexpr (sizeof(Integer) == sizeof(qint64)) {
-        const QString text = json.toString();
-        bool isNumber = false;
-        if constexpr (std::is_signed_v<Integer>)
-            *value = text.toLongLong(&isNumber);
-        else
-            *value = text.toULongLong(&isNumber);
-        // Only what is written is read: no sign, blank or zero too many.
-        return isNumber && QString::number(*value) == text;
-    }
-    return false;
-}
-
-Written write(bool value)
-{
-    return value;
-}
-
-bool read(const QJsonValue &json, bool *value)
-{
-    *value = json.toBool();
-    return json.isBool();
-}
-
-Written write(const QString &value)
-{
-    return isUnicode(value) ? Written(value) : std::nullopt;
-}
-
-bool read(const QJsonValue &json, QString *value)
-{
-    *value = json.toString();
-    return json.isString() && isUnicode(*value);
-}
-
-template<typename List, typename Element = typename List::value_type>
-Written write(const List &list)
-{
-    QJsonArray array;
-    for (const Element &element : list) {
-        const Written written = write(element);
-        if (!written)
-            return {};
-        array.append(*written);
-    }
-    return array;
-}
-
-template<typename List, typename Element = typename List::value_type>
-bool read(const QJsonValue &json, List *list)
-{
-    const QJsonArray array = json.toArray();
-    list->reserve(array.size());
-    for (const auto &entry : array) {
-        Element element{};
-        if (!read(entry, &element))
-            return false;
-        list->append(element);
-    }
-    return json.isArray();
-}
-
-template<typename Enumeration>
-const char *enumeratorName(int value)
-{
-    if constexpr (std::is_same_v<Enumeration, Orientation_result::Side>) {
-        // The one enumeration whose names the meta-type system does not know.
-        constexpr const char *names[] = {"Top",  "Bottom", "Unknown", "Front",
-                                         "Back", "Left",   "Right"};
-        return value >= 0 && value < int(std::size(names)) ? names[value] : nullptr;
-    } else {
-        return QMetaEnum::fromType<Enumeration>().valueToKey(value);
-    }
-}
-
-template<typename Enumeration, IfEnumeration<Enumeration> = true>
-Written write(Enumeration value)
-{
-    const char *name = enumeratorName<Enumeration>(int(value));
-    return name ? QJsonValue(QLatin1String(name)) : QJsonValue(int(value));
-}
-
-template<typename Enumeration, IfEnumeration<Enumeration> = true>
-bool read(const QJsonValue &json, Enumeration *value)
-{
-    std::underlying_type_t<Enumeration> number = 0;
-    if (!json.isString()) {
-        const bool isNumber = read(json, &number);
-        *value = static_cast<Enumeration>(number);
-        return isNumber;
-    }
-    // By the names themselves: the meta-object would take "SlotStatus::Empty" and the like, too.
-    constexpr int behindLast = 16;
-    for (; number < behindLast; ++number) {
-        const char *name = enumeratorName<Enumeration>(number);
-        *value = static_cast<Enumeration>(number);
-        if (name && json.toString() == QLatin1String(name))
-            return true;
-    }
-    return false;
-}
-
-Written write(std::chrono::milliseconds value)
-{
-    return write(qint64(value.count()));
-}
-
-bool read(const QJsonValue &json, std::chrono::milliseconds *value)
-{
-    qint64 count = 0;
-    const bool isNumber = read(json, &count);
-    *value = std::chrono::milliseconds(count);
-    return isNumber;
-}
-
-Written write(const QByteArray &value)
-{
-    return QString::fromLatin1(value.toBase64());
-}
-
-bool read(const QJsonValue &json, QByteArray *value)
-{
-    const auto decoded = QByteArray::fromBase64Encoding(json.toString().toUtf8(),
-                                                        QByteArray::AbortOnBase64DecodingErrors);
-    *value = decoded.decoded;
-    return json.isString() && decoded;
-}
-
-Written write(LedBarEffect_config::Color value)
-{
-    const char channels[] = {char(value.red), char(value.green), char(value.blue)};
-    return QString(u'#' + QLatin1String(QByteArray(channels, 3).toHex()));
-}
-
-bool read(const QJsonValue &json, LedBarEffect_config::Color *value)
-{
-    const QByteArray text = json.toString().toLatin1();
-    const QByteArray channels = QByteArray::fromHex(text.mid(1));
-    if (text.size() != 7 || text[0] != '#' || channels.toHex() != text.mid(1).toLower())
-        return false;
-    *value = {uchar(channels[0]), uchar(channels[1]), uchar(channels[2])};
-    return true;
-}
-
-Written write(LedBarEffect_config::Modes value)
-{
-    return write(LedBarEffect_config::Modes::Int(value));
-}
-
-bool read(const QJsonValue &json, LedBarEffect_config::Modes *value)
-{
-    LedBarEffect_config::Modes::Int bits = 0;
-    const bool isNumber = read(json, &bits);
-    *value = LedBarEffect_config::Modes(QFlag(bits));
-    return isNumber;
-}
-
-bool read(const QJsonValue &json, QDate *value)
-{
-    *value = QDate::fromString(json.toString(), Qt::ISODate);
-    return json.isNull() || value->isValid();
-}
-
-bool read(const QJsonValue &json, QDateTime *value)
-{
-    *value = QDateTime::fromString(json.toString(), Qt::ISODateWithMs);
-    return json.isNull() || value->isValid();
-}
-
-// A date that Qt's ISO 8601 does not carry (beyond the year 9999, in a named zone, with seconds in
-// the offset) must not come back as another.
-Written write(QDate value)
-{
-    if (!value.isValid())
-        return QJsonValue(QJsonValue::Null);
-    const QJsonValue json = value.toString(Qt::ISODate);
-    QDate again;
-    return read(json, &again) && again == value ? Written(json) : std::nullopt;
-}
-
-Written write(const QDateTime &value)
-{
-    if (!value.isValid())
-        return QJsonValue(QJsonValue::Null);
-    const QJsonValue json = value.toString(Qt::ISODateWithMs);
-    QDateTime again;
-    return read(json, &again) && again == value && again.timeSpec() == value.timeSpec()
-            && again.offsetFromUtc() == value.offsetFromUtc()
-        ? Written(json)
-        : std::nullopt;
-}
-
-struct Type
-{
-    int id;
-    Written (*write)(const QVariant &value);
-    std::optional<QVariant> (*read)(const QJsonValue &json);
-};
-
-template<typename T>
-Type typeOf()
-{
-    const auto writeValue = [](const QVariant &value) { return write(value.value<T>()); };
-    const auto readValue = [](const QJsonValue &json) -> std::optional<QVariant> {
-        T value{};
-        return read(json, &value) ? std::make_optional(QVariant::fromValue(value)) : std::nullopt;
-    };
-    return {qMetaTypeId<T>(), writeValue, readValue};
-}
-
-// The types that are written as "$type" and "value", except the containers of any values.
-const QVector<Type> &taggedTypes()
-{
-    static const QVector<Type> types = {
-        typeOf<double>(),
-        typeOf<float>(),
-        typeOf<int>(),
-        typeOf<uint>(),
-        typeOf<uchar>(),
-        typeOf<qlonglong>(),
-        typeOf<qulonglong>(),
-        typeOf<std::chrono::milliseconds>(),
-        typeOf<QStringList>(),
-        typeOf<QList<int>>(),
-        typeOf<QVector<bool>>(),
-        typeOf<QVector<double>>(),
-        typeOf<QByteArray>(),
-        typeOf<QDate>(),
-        typeOf<QDateTime>(),
-        typeOf<LedBarEffect_Effect>(),
-        typeOf<SlotStatus>(),
-        typeOf<Orientation_result::Side>(),
-        typeOf<LedBarEffect_config::Color>(),
-        typeOf<LedBarEffect_config::Modes>(),
-    };
-    return types;
-}
-
-const Type *findType(int id)
-{
-    const auto &types = taggedTypes();
-    const auto found =
-        std::find_if(types.begin(), types.end(), [id](const Type &type) { return type.id == id; });
-    return found == types.end() ? nullptr : &*found;
-}
 
 QJsonObject tagged(int type, const QJsonValue &value)
 {
@@ -530,15 +198,13 @@ private:
         if (value.isObject() && name.toString() == QLatin1String("QVariantMap"))
             return readObject<QVariantMap>(value.toObject(), depth);
         // Looked up in the table only: a text from outside never picks a type of the process.
-        for (const Type &type : taggedTypes()) {
-            if (name.toString() != QLatin1String(QMetaType::typeName(type.id)))
-                continue;
-            if (value.isArray() && !mayEnter(depth, value.toArray().size()))
-                return {};
-            auto result = type.read(value);
-            return result ? result : fail(Problem::ValueContent, {name.toString()});
-        }
-        return fail(Problem::ValueType, {name.toString()});
+        const Type *type = findType(name.toString());
+        if (!type || type->isPlain)
+            return fail(Problem::ValueType, {name.toString()});
+        if (value.isArray() && !mayEnter(depth, value.toArray().size()))
+            return {};
+        auto result = type->read(value);
+        return result ? result : fail(Problem::ValueContent, {name.toString()});
     }
 
     std::optional<QVariant> readList(const QJsonArray &array, int depth)
@@ -570,6 +236,98 @@ private:
     }
 };
 
+// Finds a key that an object names twice: Qt's parser takes the last without a word. Walks over a
+// text that is known to be JSON.
+class KeyScanner
+{
+public:
+    struct Key
+    {
+        QString path; ///< of the object
+        QString name;
+    };
+
+    explicit KeyScanner(const QByteArray &text)
+        : m_text(text)
+    { }
+
+    std::optional<Key> findDuplicate()
+    {
+        for (m_position = 0; m_position < m_text.size(); ++m_position) {
+            switch (m_text[m_position]) {
+            case '{':
+            case '[':
+                m_levels.append({m_text[m_position] == '{', 0, {}, {}});
+                break;
+            case '}':
+            case ']':
+                m_levels.removeLast();
+                break;
+            case ',':
+                ++m_levels.last().index;
+                break;
+            case '"':
+                const QString string = takeString();
+                if (!isKey())
+                    break;
+                if (m_levels.last().names.contains(string))
+                    return Key{path(), string};
+                m_levels.last().names.insert(string);
+                m_levels.last().name = string;
+            }
+        }
+        return {};
+    }
+
+private:
+    struct Level
+    {
+        bool isObject;
+        int index;
+        QString name;
+        QSet<QString> names;
+    };
+
+    // Leaves the position at the closing quotation mark.
+    QString takeString()
+    {
+        const int start = m_position++;
+        bool isEscaped = false;
+        for (; m_text[m_position] != '"'; ++m_position) {
+            if (m_text[m_position] == '\\') {
+                isEscaped = true;
+                ++m_position;
+            }
+        }
+        const QByteArray string = m_text.mid(start, m_position - start + 1);
+        return isEscaped ? QJsonDocument::fromJson('[' + string + ']').array()[0].toString()
+                         : QString::fromUtf8(string.mid(1, string.size() - 2));
+    }
+
+    // Whether the string that ends here names an entry: a colon follows it.
+    bool isKey() const
+    {
+        int next = m_position + 1;
+        while (next < m_text.size() && std::strchr(" \t\r\n", m_text[next]))
+            ++next;
+        return next < m_text.size() && m_text[next] == ':';
+    }
+
+    QString path() const
+    {
+        QString path;
+        for (int i = 0; i + 1 < m_levels.size(); ++i) {
+            const Level &level = m_levels[i];
+            path += level.isObject ? u'.' + level.name : QStringLiteral("[%1]").arg(level.index);
+        }
+        return path;
+    }
+
+    const QByteArray &m_text;
+    int m_position = 0;
+    QVector<Level> m_levels;
+};
+
 } // namespace
 
 std::optional<QJsonValue> toJson(const QVariant &value, Problem *problem)
@@ -588,6 +346,18 @@ std::optional<QVariant> fromJson(const QJsonValue &json, Problem *problem)
     if (!value)
         *problem = reader.problem();
     return value;
+}
+
+std::optional<QJsonValue> contentToJson(const QVariant &value)
+{
+    const Type *type = findType(value.userType());
+    return type ? type->write(value) : std::nullopt;
+}
+
+std::optional<QVariant> contentFromJson(const QJsonValue &json, int type)
+{
+    const Type *found = findType(type);
+    return found ? found->read(json) : std::nullopt;
 }
 
 std::optional<QJsonValue> parseJson(const QByteArray &text, Problem *problem)
@@ -610,6 +380,10 @@ std::optional<QJsonValue> parseJson(const QByteArray &text, Problem *problem)
     }
     if (array.size() != 1) {
         *problem = {Problem::JsonSingle, {}, {}};
+        return {};
+    }
+    if (const auto key = KeyScanner(text).findDuplicate()) {
+        *problem = {Problem::JsonDuplicateKey, u'$' + key->path, {key->name}};
         return {};
     }
     return QJsonValue(array.first());

@@ -21,7 +21,7 @@
 /// | `double` (NaN, infinite, -0)                | null, "inf", "-inf", "-0"                      |
 /// | `float`                                     | number, or as `double`                         |
 /// | `int`, `uint`, `uchar`                      | number                                         |
-/// | `qlonglong`, `qulonglong`                   | number; beyond ±2^53 its digits as a string    |
+/// | `qlonglong`, `qulonglong`                   | number; from ±2^53 on its digits as a string   |
 /// | `std::chrono::milliseconds`                 | as `qlonglong`                                 |
 /// | `QStringList`                               | array of strings                               |
 /// | `QList<int>`                                | array of numbers                               |
@@ -69,8 +69,17 @@ std::optional<QJsonValue> toJson(const QVariant &value, Problem *problem);
 /// @return nothing, and what is wrong in `problem`, when it is nothing of the kind
 std::optional<QVariant> fromJson(const QJsonValue &json, Problem *problem);
 
+/// Writes what `value` holds without the name of its type: the "value" of the table above.
+/// @return nothing when JSON is not defined for the type, or would not hold the value
+std::optional<QJsonValue> contentToJson(const QVariant &value);
+
+/// Reads what contentToJson() wrote of a value of the meta-type `type`.
+/// @return nothing when it is not the content of one
+std::optional<QVariant> contentFromJson(const QJsonValue &json, int type);
+
 /// Reads a JSON text, whose top may be any JSON value.
-/// @return nothing, and what is wrong in `problem`, when it is no JSON or too long
+/// @return nothing, and what is wrong in `problem`, when it is no JSON, too long, or has an object
+/// that names a key twice
 std::optional<QJsonValue> parseJson(const QByteArray &text, Problem *problem);
 
 /// Writes any JSON value as text, in one line without a line break.

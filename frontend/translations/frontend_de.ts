@@ -3,6 +3,10 @@
 <TS version="2.1" language="de_DE">
 <context>
     <name></name>
+    <message id="qelfrontend-configuration-type">
+        <source></source>
+        <translation>Angegeben ist eine Konfiguration vom Typ %2, nötig ist ein QVariantHash</translation>
+    </message>
     <message id="qelfrontend-device-ambiguous">
         <source></source>
         <translation>„%1“ trifft auf mehrere Geräte zu; geben Sie mehr davon an oder Treiber/Ort:%2</translation>
@@ -23,9 +27,17 @@
         <source></source>
         <translation>Es gibt keine Funktion „%1“; es gibt: %2</translation>
     </message>
+    <message id="qelfrontend-file-kind">
+        <source></source>
+        <translation>sie ist keine gewöhnliche Datei</translation>
+    </message>
     <message id="qelfrontend-file-size">
         <source></source>
         <translation>sie ist größer als %1 Byte</translation>
+    </message>
+    <message id="qelfrontend-json-duplicate-key">
+        <source></source>
+        <translation>Das Objekt bei %1 enthält den Schlüssel „%2“ zweimal; entfernen Sie einen davon</translation>
     </message>
     <message id="qelfrontend-json-single">
         <source></source>
@@ -123,6 +135,10 @@
         <source></source>
         <translation>Das Gerät hat „%1“ nicht geliefert, das %2 sein muss; melden Sie das dem Hersteller des Treibers</translation>
     </message>
+    <message id="qelfrontend-names-count">
+        <source></source>
+        <translation>Das Gerät hat „%1“ mit %2 Namen für %3 Wahlmöglichkeiten geliefert; melden Sie das dem Hersteller des Treibers</translation>
+    </message>
     <message id="qelfrontend-not-as-configured">
         <source></source>
         <translation>Das Gerät hat „%1“ als %2 geliefert und sollte mit %3 messen; melden Sie das dem Hersteller des Treibers</translation>
@@ -211,6 +227,14 @@
         <source></source>
         <translation>Der Lauf endete nicht innerhalb von %1 s und wurde angehalten. Prüfen Sie das Gerät oder geben Sie mehr Zeit.</translation>
     </message>
+    <message id="qelfrontend-setting-digits">
+        <source></source>
+        <translation>Einstellung „%1“: Eine so lange Zahl kann Stellen verloren haben; schreiben Sie sie als Text in Anführungszeichen</translation>
+    </message>
+    <message id="qelfrontend-setting-empty">
+        <source></source>
+        <translation>Einstellung „%1“: Angegeben ist nichts, wo ein Wert hingehört; lassen Sie die Einstellung für ihren Standardwert weg, oder schreiben Sie [] für eine leere Liste</translation>
+    </message>
     <message id="qelfrontend-setting-file">
         <source></source>
         <translation>Einstellung „%1“: „%2“ lässt sich nicht lesen: %3</translation>
@@ -231,6 +255,10 @@
         <source></source>
         <translation>Es gibt keine Einstellung „%1“; diese Funktion hat keine</translation>
     </message>
+    <message id="qelfrontend-setting-type">
+        <source></source>
+        <translation>Einstellung „%1“: angegeben ist ein Wert vom Typ %2, nötig ist %3</translation>
+    </message>
     <message id="qelfrontend-setting-unknown">
         <source></source>
         <translation>Es gibt keine Einstellung „%1“; es gibt: %2</translation>
@@ -250,6 +278,10 @@
     <message id="qelfrontend-unexpected">
         <source></source>
         <translation>Das Gerät hat „%1“ als %2 geliefert, wo nichts hingehört; melden Sie das dem Hersteller des Treibers</translation>
+    </message>
+    <message id="qelfrontend-unknown-type">
+        <source></source>
+        <translation>Das Gerät hat „%1“ als „%2“ geliefert, was kein Typ einer Einstellung ist; melden Sie das dem Hersteller des Treibers</translation>
     </message>
     <message id="qelfrontend-value-content">
         <source></source>

@@ -3,6 +3,10 @@
 <TS version="2.1" language="en_US">
 <context>
     <name></name>
+    <message id="qelfrontend-configuration-type">
+        <source></source>
+        <translation>a configuration of the type %2 is given where a QVariantHash is needed</translation>
+    </message>
     <message id="qelfrontend-device-ambiguous">
         <source></source>
         <translation>&quot;%1&quot; means more than one instrument; write more of it, or driver/location:%2</translation>
@@ -23,9 +27,17 @@
         <source></source>
         <translation>there is no feature &quot;%1&quot;; there are: %2</translation>
     </message>
+    <message id="qelfrontend-file-kind">
+        <source></source>
+        <translation>it is no ordinary file</translation>
+    </message>
     <message id="qelfrontend-file-size">
         <source></source>
         <translation>it is larger than %1 bytes</translation>
+    </message>
+    <message id="qelfrontend-json-duplicate-key">
+        <source></source>
+        <translation>the object at %1 has the key &quot;%2&quot; twice; remove one of the two</translation>
     </message>
     <message id="qelfrontend-json-single">
         <source></source>
@@ -123,6 +135,10 @@
         <source></source>
         <translation>the device did not deliver &quot;%1&quot;, which has to be %2; report this to the maker of its driver</translation>
     </message>
+    <message id="qelfrontend-names-count">
+        <source></source>
+        <translation>the device delivered &quot;%1&quot; with %2 names for %3 choices; report this to the maker of its driver</translation>
+    </message>
     <message id="qelfrontend-not-as-configured">
         <source></source>
         <translation>the device delivered &quot;%1&quot; as %2 and was to measure with %3; report this to the maker of its driver</translation>
@@ -211,6 +227,14 @@
         <source></source>
         <translation>The run did not end within %1 s and was stopped. Check the device, or allow more time.</translation>
     </message>
+    <message id="qelfrontend-setting-digits">
+        <source></source>
+        <translation>setting &quot;%1&quot;: so long a number may have lost digits; write it as a text, in quotation marks</translation>
+    </message>
+    <message id="qelfrontend-setting-empty">
+        <source></source>
+        <translation>setting &quot;%1&quot;: nothing is given where a value belongs; leave the setting out for its default, or write [] for an empty list</translation>
+    </message>
     <message id="qelfrontend-setting-file">
         <source></source>
         <translation>setting &quot;%1&quot;: cannot read &quot;%2&quot;: %3</translation>
@@ -231,6 +255,10 @@
         <source></source>
         <translation>there is no setting &quot;%1&quot;; this feature takes none</translation>
     </message>
+    <message id="qelfrontend-setting-type">
+        <source></source>
+        <translation>setting &quot;%1&quot;: a value of the type %2 is given where %3 is needed</translation>
+    </message>
     <message id="qelfrontend-setting-unknown">
         <source></source>
         <translation>there is no setting &quot;%1&quot;; there are: %2</translation>
@@ -250,6 +278,10 @@
     <message id="qelfrontend-unexpected">
         <source></source>
         <translation>the device delivered &quot;%1&quot; as %2 where nothing belongs; report this to the maker of its driver</translation>
+    </message>
+    <message id="qelfrontend-unknown-type">
+        <source></source>
+        <translation>the device delivered &quot;%1&quot; as &quot;%2&quot;, which is no type of a setting; report this to the maker of its driver</translation>
     </message>
     <message id="qelfrontend-value-content">
         <source></source>

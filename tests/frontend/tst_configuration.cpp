@@ -74,6 +74,7 @@ static QVariant everything()
               setting(
                   "QString",
                   {{s("choices"), QVariantList{s("flat"), s("deep")}}, {s("default"), s("flat")}})},
+             {s("serial"), setting("qulonglong", {{s("default"), of(Q_UINT64_C(1))}})},
              {s("odd"), setting("QSizeF", {{s("default"), of(QSizeF(1, 1))}})},
          }},
     };
@@ -113,7 +114,8 @@ void ConfigurationTest::reads_data()
     row(R"({"rapidMode":true})", true);
     row(R"({"integrationTime":10000})", of(std::chrono::milliseconds(10000)));
     row(R"({"selectedWells":"A2:B3"})", of(QVector<bool>{false, true, true, false, true, true}));
-    row(R"({"selectedWells":""})", of(QVector<bool>()));
+    row(R"({"selectedWells":[]})", of(QVector<bool>()));
+    row(R"({"selectedWells":[false,false,false,false,false,false]})", of(QVector<bool>(6)));
     row(R"({"selectedWells":[true,false,false,false,false,true]})",
         of(QVector<bool>{true, false, false, false, false, true}));
     row(R"({"effect":"Rainbow"})", of(LedBarEffect_Effect::Rainbow));
@@ -125,6 +127,7 @@ void ConfigurationTest::reads_data()
     row(R"({"mode":[]})", of(LedBarEffect_config::Modes()));
     row(R"({"state":9})", of(uchar(9)));
     row(R"({"gain":0.8})", 0.8);
+    row(R"({"serial":"9007199254740993"})", Q_UINT64_C(9007199254740993));
     row(R"({"image":"AP8="})", QByteArray("\0\xff", 2));
     row(R"({"plateType":"deep"})", QStringLiteral("deep"));
 }
@@ -151,7 +154,7 @@ void ConfigurationTest::reads()
     QCOMPARE(value.userType(), expected.userType());
     QCOMPARE(codecText(value), codecText(expected));
     // All others have their defaults.
-    QCOMPARE(record->toHash().size(), 12);
+    QCOMPARE(record->toHash().size(), 13);
 
     // What is written is read as the same.
     QJsonObject written = writeConfiguration(*record, everything());
@@ -184,7 +187,8 @@ void ConfigurationTest::refuses_data()
     row(R"({"integrationTime":10010})", "\"10010\"", "10 to 10000");
     row(R"({"selectedWells":"A1:C1"})", "\"A1:C1\"", "A1 to B3");
     row(R"({"selectedWells":[true]})", "1 values", "exactly 6");
-    row(R"({"selectedWells":[1,0,0,0,0,0]})", "[1,0,0,0,0,0]", "wells such as");
+    row(R"({"selectedWells":[true,0,false]})", "\"0\"", "wells such as");
+    row(R"({"selectedWells":""})", "\"selectedWells\"", "nothing is given");
     row(R"({"effect":"Cylon"})", "\"Cylon\"", "Solid, Rainbow");
     row(R"({"effect":2})", "\"2\"", "Solid, Rainbow");
     row(R"({"effect":true})", "\"true\"", "Solid, Rainbow");
@@ -196,6 +200,10 @@ void ConfigurationTest::refuses_data()
     row(R"({"state":256})", "\"256\"", "0 to 9");
     row(R"({"gain":0.85})", "\"0.85\"", "0.5 to 2.5 in steps of 0.1");
     row(R"({"gain":"1"})", "\"1\"", "number");
+    row(R"({"gain":null})", "\"null\"", "number");
+    row(R"({"serial":9007199254740993})", "\"serial\"", "as a text");
+    row(R"({"serial":"12"})", "\"12\"", "whole number");
+    row(R"({"image":"@/dev/zero"})", "\"/dev/zero\"", "no ordinary file");
     row(R"({"image":"*"})", "\"*\"", "Base64");
     row(R"({"image":"@/no/such/file"})", "\"/no/such/file\"", "");
     row(R"({"plateType":"round"})", "\"round\"", "flat, deep");
@@ -225,10 +233,17 @@ void ConfigurationTest::assigns_data()
     };
     row("wavelengths=450,620", R"({"wavelengths":[450,620]})");
     row("wavelengths = [450, 620]", R"({"wavelengths":[450,620]})");
-    row("wavelengths=", R"({"wavelengths":[]})");
+    row("wavelengths=[]", R"({"wavelengths":[]})");
+    row("wavelengths=", "setting \"wavelengths\": nothing is given");
+    row("wavelengths=,,", "setting \"wavelengths\": nothing is given");
+    row("wavelengths=450,", "setting \"wavelengths\": nothing is given");
+    row("selectedWells=", "setting \"selectedWells\": nothing is given");
+    row("mode=", "setting \"mode\": nothing is given");
     row("rapidMode=true", R"({"rapidMode":true})");
     row("rapidMode=yes", R"({"rapidMode":"yes"})");
     row("integrationTime=1500", R"({"integrationTime":1500})");
+    row("serial=9007199254740993", R"({"serial":"9007199254740993"})");
+    row("serial=18446744073709551615", R"({"serial":"18446744073709551615"})");
     row("selectedWells=A1:B2,B3", R"({"selectedWells":"A1:B2,B3"})");
     row("effect=Rainbow", R"({"effect":"Rainbow"})");
     row("mode=Reversed, Once", R"({"mode":["Reversed","Once"]})");
