@@ -7,9 +7,11 @@
 #include <algorithm>
 #include <cstring>
 #include <memory>
+#include <utility>
 #include <vector>
 
 #include <link.h>
+#include <sys/auxv.h>
 
 namespace qel::inspection {
 
@@ -81,6 +83,16 @@ QHash<QString, QString> loadedLibraries()
     return loaded;
 }
 
+// What "$LIB" stands for, "lib64" or "lib/x86_64-linux-gnu" for instance: the folder that the C
+// library lies in, below / or /usr.
+QString systemFolderName(const QHash<QString, QString> &loaded)
+{
+    QString folder = QFileInfo(loaded.value(QStringLiteral("libc.so.6"))).absolutePath();
+    if (folder.startsWith(QLatin1String("/usr/")))
+        folder.remove(0, 4);
+    return folder.mid(1);
+}
+
 QStringList systemFolders()
 {
     QStringList folders;
@@ -109,13 +121,22 @@ struct LibrarySearch::Node
     SharedLibrary library;
     const Node *neededBy = nullptr;
 
-    QStringList expanded(const QStringList &folders) const
+    // As the dynamic loader does it; `lib` is the name of the system's folder for libraries.
+    QStringList expanded(const QStringList &folders, const QString &lib) const
     {
+        const std::pair<QString, QString> words[] = {
+            {QStringLiteral("ORIGIN"), QFileInfo(path).absolutePath()},
+            {QStringLiteral("LIB"), lib},
+            {QStringLiteral("PLATFORM"),
+             QString::fromLatin1(reinterpret_cast<const char *>(::getauxval(AT_PLATFORM)))},
+        };
         QStringList result;
-        const QString origin = QFileInfo(path).absolutePath();
         for (QString folder : folders) {
-            folder.replace(QLatin1String("${ORIGIN}"), origin);
-            result.append(folder.replace(QLatin1String("$ORIGIN"), origin));
+            for (const auto &[word, meaning] : words) {
+                folder.replace(QStringLiteral("${%1}").arg(word), meaning);
+                folder.replace(u'$' + word, meaning);
+            }
+            result.append(folder);
         }
         return result;
     }
@@ -126,6 +147,7 @@ LibrarySearch::LibrarySearch()
         qEnvironmentVariable("LD_LIBRARY_PATH").split(QLatin1Char(':'), Qt::SkipEmptyParts))
     , m_loaded(loadedLibraries())
     , m_cache(readSystemCache())
+    , m_lib(systemFolderName(m_loaded))
 { }
 
 QStringList LibrarySearch::foldersFor(const Node &neededBy) const
@@ -136,18 +158,18 @@ QStringList LibrarySearch::foldersFor(const Node &neededBy) const
         for (const Node *node = &neededBy; node && folders.size() < maximumFolders;
              node = node->neededBy) {
             if (node->library.runpath.isEmpty())
-                folders += node->expanded(node->library.rpath);
+                folders += node->expanded(node->library.rpath, m_lib);
         }
     }
     folders += m_environmentFolders;
-    return folders + neededBy.expanded(neededBy.library.runpath);
+    return folders + neededBy.expanded(neededBy.library.runpath, m_lib);
 }
 
 QString LibrarySearch::find(const QString &name, const Node &neededBy, SharedLibrary *found) const
 {
     QStringList candidates;
     if (name.contains(QLatin1Char('/'))) {
-        candidates = neededBy.expanded({name});
+        candidates = neededBy.expanded({name}, m_lib);
     } else {
         const auto ownFolders = foldersFor(neededBy);
         for (const QString &folder : ownFolders)

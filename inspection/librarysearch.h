@@ -53,6 +53,7 @@ private:
     QStringList m_environmentFolders;
     QHash<QString, QString> m_loaded;
     QMultiHash<QString, QString> m_cache;
+    QString m_lib;
 };
 
 } // namespace qel::inspection

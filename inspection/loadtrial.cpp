@@ -1,22 +1,19 @@
 #include "loadtrial.h"
 
+#include <qelisolation/childprocess.h>
+#include <qelisolation/parentlink.h>
+
 #include <qeldevices/devicebroker.h>
 
-#include <QtCore/QDeadlineTimer>
-#include <QtCore/QFile>
 #include <QtCore/QHash>
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonDocument>
 #include <QtCore/QJsonObject>
-#include <QtCore/QProcess>
 
 #include <algorithm>
-#include <cstdio>
 #include <cstdlib>
-#include <cstring>
+#include <functional>
 #include <utility>
-
-#include <unistd.h>
 
 namespace qel::inspection {
 
@@ -24,21 +21,28 @@ using devices::DeviceBroker;
 
 namespace {
 
-// A line for each file before and after it is loaded: the number of the file, and afterwards
-// whether it was taken, the reason if not, the names it registered.
+// One message for each file before it is loaded, before each of its drivers is asked for its
+// instruments, and at the end: the number of the file; the driver that is asked; whether the file
+// was taken, the reason if not. The last two tell the names it has registered.
 const QLatin1String fileKey("file");
+const QLatin1String askedKey("asked");
 const QLatin1String loadedKey("loaded");
 const QLatin1String reasonKey("reason");
 const QLatin1String driversKey("drivers");
 
 constexpr int maximumCulprits = 10;
 
+QByteArray encoded(const QJsonObject &message)
+{
+    return QJsonDocument(message).toJson(QJsonDocument::Compact);
+}
+
 class TrialRun
 {
 public:
-    TrialRun(const QStringList &files, int timeLimit);
+    TrialRun(const QStringList &files, std::chrono::milliseconds timeLimit);
 
-    // False when the process ended, or had to be ended, while it was loading a file.
+    // False when the process ended, or had to be ended, while it was at a file.
     bool run(const QString &program, const QStringList &arguments);
     const QVector<LoadOutcome> &outcomes() const
     {
@@ -46,129 +50,122 @@ public:
     }
 
 private:
-    bool readLines();
-    void note(const QJsonObject &line);
-    void noteEnd(bool isTimedOut);
+    void note(const QJsonObject &message);
+    void noteEnd(const isolation::Ending &ending);
 
     QVector<LoadOutcome> m_outcomes;
-    int m_timeLimit;
+    std::chrono::milliseconds m_timeLimit;
     int m_current = -1;
-    QProcess m_process;
 };
 
-TrialRun::TrialRun(const QStringList &files, int timeLimit)
+TrialRun::TrialRun(const QStringList &files, std::chrono::milliseconds timeLimit)
     : m_timeLimit(timeLimit)
 {
     for (const QString &file : files)
-        m_outcomes.append({file, LoadOutcome::Kind::NotTried, {}, {}});
+        m_outcomes.append({file, LoadOutcome::Kind::NotTried, {}, {}, {}});
 }
 
 bool TrialRun::run(const QString &program, const QStringList &arguments)
 {
-    m_process.setStandardErrorFile(QProcess::nullDevice());
-    m_process.start(program, arguments);
     QStringList files;
     for (const LoadOutcome &outcome : std::as_const(m_outcomes))
         files.append(outcome.file);
-    m_process.write(QJsonDocument(QJsonArray::fromStringList(files)).toJson());
-    m_process.closeWriteChannel();
-
-    QDeadlineTimer deadline(m_timeLimit);
-    while (m_process.state() != QProcess::NotRunning && !deadline.hasExpired()) {
-        m_process.waitForReadyRead(int(deadline.remainingTime()));
-        if (readLines())
-            deadline.setRemainingTime(m_timeLimit);
-    }
-    const bool isTimedOut = m_process.state() != QProcess::NotRunning;
-    if (isTimedOut) {
-        m_process.kill();
-        m_process.waitForFinished();
-    }
-    readLines();
-    noteEnd(isTimedOut);
+    isolation::ChildProcess child;
+    if (!child.start(program, arguments))
+        return true;
+    child.send(encoded({{fileKey, QJsonArray::fromStringList(files)}}));
+    while (const auto message = child.receive(QDeadlineTimer(m_timeLimit)))
+        note(QJsonDocument::fromJson(*message).object());
+    noteEnd(child.isRunning() ? child.kill() : child.ending());
     return m_current < 0;
 }
 
-bool TrialRun::readLines()
+void TrialRun::note(const QJsonObject &message)
 {
-    bool any = false;
-    while (m_process.canReadLine()) {
-        note(QJsonDocument::fromJson(m_process.readLine()).object());
-        any = true;
+    m_current = message.value(fileKey).toInt(-1);
+    if (m_current < 0 || m_current >= m_outcomes.size()) {
+        m_current = -1;
+        return;
     }
-    return any;
-}
-
-void TrialRun::note(const QJsonObject &line)
-{
-    const int file = line.value(fileKey).toInt(-1);
-    if (file < 0 || file >= m_outcomes.size())
-        return;
-    m_current = file;
-    if (!line.contains(loadedKey))
-        return;
-    LoadOutcome &outcome = m_outcomes[file];
-    const bool isLoaded = line.value(loadedKey).toBool();
-    outcome.kind = isLoaded ? LoadOutcome::Kind::Loaded : LoadOutcome::Kind::Refused;
-    outcome.reason = line.value(reasonKey).toString();
-    const auto drivers = line.value(driversKey).toArray();
+    LoadOutcome &outcome = m_outcomes[m_current];
+    outcome.asked = message.value(askedKey).toString();
+    outcome.drivers.clear();
+    const auto drivers = message.value(driversKey).toArray();
     for (const QJsonValue &driver : drivers)
         outcome.drivers.append(driver.toString());
+    if (!message.contains(loadedKey))
+        return;
+    const bool isLoaded = message.value(loadedKey).toBool();
+    outcome.kind = isLoaded ? LoadOutcome::Kind::Loaded : LoadOutcome::Kind::Refused;
+    outcome.reason = message.value(reasonKey).toString();
     m_current = -1;
 }
 
-void TrialRun::noteEnd(bool isTimedOut)
+void TrialRun::noteEnd(const isolation::Ending &ending)
 {
     if (m_current < 0)
         return;
     LoadOutcome &culprit = m_outcomes[m_current];
-    culprit.kind = isTimedOut ? LoadOutcome::Kind::TimedOut : LoadOutcome::Kind::Crashed;
-    if (isTimedOut) {
-        culprit.reason = QStringLiteral("it did not come back within %1 ms").arg(m_timeLimit);
-    } else if (m_process.exitStatus() == QProcess::CrashExit) {
-        culprit.reason = QStringLiteral("it crashed: %1")
-                             .arg(QString::fromLocal8Bit(strsignal(m_process.exitCode())));
-    } else {
-        culprit.reason =
-            QStringLiteral("it ended the process with code %1").arg(m_process.exitCode());
-    }
+    const bool isHung = ending.kind == isolation::Ending::Hung;
+    culprit.kind = isHung ? LoadOutcome::Kind::TimedOut : LoadOutcome::Kind::Crashed;
+    culprit.reason = isHung
+        ? QStringLiteral("it did not come back within %1 ms").arg(m_timeLimit.count())
+        : ending.text();
 }
 
-QJsonObject loadOne(const QString &file)
+// Loads a file and asks its drivers for their instruments; `tell` is told before each step.
+QJsonObject loadOne(const QString &file, const std::function<void(const QJsonObject &)> &tell)
 {
     // The copy keeps the drivers that are replaced, so that no new one can have an old address.
     const auto before = DeviceBroker::DRIVERS;
-    const bool isLoaded = DeviceBroker::loadPlugin(file);
-    QJsonObject line{{loadedKey, isLoaded}};
-    if (!isLoaded)
-        line.insert(reasonKey, DeviceBroker::LOADERS.constLast()->errorString());
+    tell({});
+    if (!DeviceBroker::loadPlugin(file)) {
+        return {{loadedKey, false}, {reasonKey, DeviceBroker::LOADERS.constLast()->errorString()}};
+    }
+    const auto after = DeviceBroker::DRIVERS;
     QStringList names;
-    for (auto it = DeviceBroker::DRIVERS.cbegin(); it != DeviceBroker::DRIVERS.cend(); ++it) {
+    for (auto it = after.cbegin(); it != after.cend(); ++it) {
         if (before.value(it.key()) != it.value())
             names.append(it.key());
     }
     names.sort();
-    line.insert(driversKey, QJsonArray::fromStringList(names));
-    return line;
+    const QJsonArray drivers = QJsonArray::fromStringList(names);
+    for (const QString &name : std::as_const(names)) {
+        tell({{askedKey, name}, {driversKey, drivers}});
+        after.value(name)->availableDevices();
+    }
+    return {{loadedKey, true}, {driversKey, drivers}};
 }
 
-QString refusalText(const LoadOutcome &outcome)
+// What is wrong with a file that was not loaded, or not to the end.
+void addRefusal(const LoadOutcome &outcome, FileReport *report)
 {
-    return QStringLiteral("It does not load: %1.")
-        .arg(outcome.reason.endsWith(QLatin1Char('.')) ? outcome.reason.chopped(1)
-                                                       : outcome.reason);
+    const QString reason =
+        outcome.reason.endsWith(QLatin1Char('.')) ? outcome.reason.chopped(1) : outcome.reason;
+    const QString remedy = QStringLiteral("Report this to the maker of the driver; until then move "
+                                          "the file out of the plugin folder.");
+    if (outcome.asked.isEmpty()) {
+        report->addProblem(QStringLiteral("does-not-load"),
+                           QStringLiteral("It does not load: %1.").arg(reason), remedy);
+    } else {
+        report->addProblem(
+            QStringLiteral("does-not-list"),
+            QStringLiteral("It loads, but when its driver \"%1\" is asked for its instruments: %2.")
+                .arg(outcome.asked, reason),
+            remedy);
+    }
 }
 
 } // namespace
 
 QVector<LoadOutcome> tryLoading(const QStringList &files, const QString &program,
-                                const QStringList &arguments, int timeLimit)
+                                const QStringList &arguments, std::chrono::milliseconds timeLimit)
 {
     QVector<LoadOutcome> outcomes;
     QVector<int> remaining; // indexes of the files that are tried; a file may be there twice
     for (const QString &file : files) {
         remaining.append(outcomes.size());
-        outcomes.append({file, LoadOutcome::Kind::NotTried, {}, {}});
+        outcomes.append({file, LoadOutcome::Kind::NotTried, {}, {}, {}});
     }
     for (int attempt = 0; attempt < maximumCulprits && !remaining.isEmpty(); ++attempt) {
         QStringList tried;
@@ -193,23 +190,18 @@ QVector<LoadOutcome> tryLoading(const QStringList &files, const QString &program
 
 int serveLoadTrial()
 {
-    // Plugins may write to the standard output; the report goes where they do not reach it.
-    QFile report;
-    const int descriptor = ::dup(STDOUT_FILENO);
-    ::dup2(STDERR_FILENO, STDOUT_FILENO);
-    QFile input;
-    if (!report.open(descriptor, QIODevice::WriteOnly | QIODevice::Unbuffered)
-        || !input.open(stdin, QIODevice::ReadOnly))
+    isolation::ParentLink parent;
+    parent.dieWithParent();
+    const auto request = parent.receive();
+    if (!request)
         return EXIT_FAILURE;
-
-    const QJsonArray files = QJsonDocument::fromJson(input.readAll()).array();
+    const QJsonArray files = QJsonDocument::fromJson(*request).object().value(fileKey).toArray();
     for (int i = 0; i < files.size(); ++i) {
-        const auto write = [&](QJsonObject line) {
-            line.insert(fileKey, i);
-            report.write(QJsonDocument(line).toJson(QJsonDocument::Compact) + '\n');
+        const auto tell = [&](QJsonObject message) {
+            message.insert(fileKey, i);
+            parent.send(encoded(message));
         };
-        write({});
-        write(loadOne(files.at(i).toString()));
+        tell(loadOne(files.at(i).toString(), tell));
     }
     // Without the plugins' clean-up, which is none of the trial's concern.
     std::_Exit(EXIT_SUCCESS);
@@ -232,9 +224,7 @@ void addOutcomes(const QVector<LoadOutcome> &outcomes, const QVector<FileReport 
                                QStringLiteral("Mend what is said of the other files and ask "
                                               "again."));
         } else if (outcome.kind != LoadOutcome::Kind::Loaded) {
-            report->addProblem(QStringLiteral("does-not-load"), refusalText(outcome),
-                               QStringLiteral("Report this to the maker of the driver; until then "
-                                              "move the file out of the plugin folder."));
+            addRefusal(outcome, report);
         } else if (outcome.drivers.isEmpty()) {
             report->addWarning(QStringLiteral("no-driver"),
                                QStringLiteral("It loads, but registers no driver."),

@@ -40,6 +40,10 @@ public:
 
     QList<DeviceInfo> availableDevices() override
     {
+        if (m_name == QLatin1String("crashlater"))
+            std::abort();
+        else if (m_name == QLatin1String("hanglater"))
+            ::pause();
         return {};
     }
 
@@ -73,7 +77,7 @@ public:
         ::dladdr(&here, &self);
         const QString file = QFileInfo(QString::fromLocal8Bit(self.dli_fname)).completeBaseName();
         const QString name = file.section(QLatin1Char('-'), 0, 0);
-        std::puts("{\"file\": 0, \"loaded\": false}");
+        std::puts("A plugin may print what it likes.");
         if (name == QLatin1String("crash"))
             std::abort();
         else if (name == QLatin1String("hang"))
