@@ -159,7 +159,7 @@ private:
         if (isWhole && std::abs(given.toDouble()) >= exactLimit
             && std::abs(given.toDouble()) < 1e20)
             return complain(Problem::SettingDigits, {});
-        return complain(Problem::SettingNotAllowed, {printable(text), describe(m_setting)});
+        return complain(Problem::SettingNotAllowed, {excerpt(text), describe(m_setting)});
     }
 
     // The codec knows how each type is written; here only what people may write instead is added.
@@ -220,7 +220,7 @@ private:
                 : file.errorString();
         }
         m_problems->append(
-            message("qelfrontend-setting-file", m_setting.key, printable(name), reason));
+            message("qelfrontend-setting-file", m_setting.key, excerpt(name), reason));
         return {};
     }
 
@@ -360,7 +360,7 @@ bool assignSetting(QJsonObject *configuration, const QString &assignment,
 {
     const int separator = assignment.indexOf(u'=');
     if (separator <= 0) {
-        *problem = message("qelfrontend-setting-form", printable(assignment));
+        *problem = message("qelfrontend-setting-form", excerpt(assignment));
         return false;
     }
     const QString key = assignment.left(separator).trimmed();

@@ -9,6 +9,7 @@
 #include <QtCore/QTranslator>
 
 #include <memory>
+#include <utility>
 
 // The macro wants the global namespace.
 static void initResources()
@@ -53,8 +54,29 @@ void installTranslations(const QLocale &locale)
     installed = translator.release();
 }
 
+// The library's own sentences are English in every language.
+static const std::pair<const char *, const char *> deviceErrors[] = {
+    {"libqeldevices-NO_DEVICE_ERROR", "qelfrontend-error-none"},
+    {"libqeldevices-ERROR_DEVICE_UNKNOWN", "qelfrontend-error-unknown"},
+    {"libqeldevices-ERROR_DEVICE_VENDOR_SPECIFIC", "qelfrontend-error-vendor-specific"},
+    {"libqeldevices-ERROR_DEVICE_CANT_OPEN", "qelfrontend-error-cant-open"},
+    {"libqeldevices-ERROR_DEVICE_NOT_READY", "qelfrontend-error-not-ready"},
+    {"libqeldevices-ERROR_DEVICE_TIMEOUT", "qelfrontend-error-timeout"},
+    {"libqeldevices-ERROR_DEVICE_CANT_WRITE", "qelfrontend-error-cant-write"},
+    {"libqeldevices-ERROR_DEVICE_CHECKSUM_MISMATCH", "qelfrontend-error-checksum-mismatch"},
+    {"libqeldevices-ERROR_DEVICE_INVALID_CONFIGURATION", "qelfrontend-error-invalid-configuration"},
+    {"libqeldevices-ERROR_DEVICE_NOT_CALIBRATED", "qelfrontend-error-not-calibrated"},
+    {"libqeldevices-ERROR_DEVICE_DISCONNECTED", "qelfrontend-error-disconnected"},
+    {"libqeldevices-ERROR_DEVICE_BOOT_FAIL", "qelfrontend-error-boot-fail"},
+    {"libqeldevices-ERROR_DEVICE_API_TOO_NEW", "qelfrontend-error-api-too-new"},
+};
+
 QString translated(const QString &id)
 {
+    for (const auto &[ofLibrary, own] : deviceErrors) {
+        if (id == QLatin1String(ofLibrary))
+            return message(own);
+    }
     return qtTrId(id.toUtf8().constData());
 }
 
@@ -71,16 +93,24 @@ QString message(const char *id)
     return english->translate("", id);
 }
 
-QString printable(const QString &text, int longest)
+QString printable(const QString &text)
 {
-    QString result = text.left(longest);
-    for (QChar &character : result) {
-        if (!character.isPrint())
-            character = QChar::ReplacementCharacter;
+    QString result;
+    const QVector<uint> characters = text.toUcs4();
+    for (const uint character : characters) {
+        const auto category = QChar::category(character);
+        const bool isShown = QChar::isPrint(character) && category != QChar::Separator_Line
+            && category != QChar::Separator_Paragraph;
+        const uint shown = isShown ? character : uint(QChar::ReplacementCharacter);
+        result += QString::fromUcs4(&shown, 1);
     }
-    if (text.size() > longest)
-        result += QChar(0x2026);
     return result;
+}
+
+QString excerpt(const QString &text, int longest)
+{
+    const QString beginning = printable(text.left(longest));
+    return text.size() > longest ? beginning + QChar(0x2026) : beginning;
 }
 
 } // namespace qel::frontend

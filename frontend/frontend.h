@@ -4,6 +4,7 @@
 #include "export.h"
 
 #include <QtCore/QLocale>
+#include <QtCore/QString>
 
 /// What all front ends share: runs, feature values as JSON, configurations, plates as text.
 ///
@@ -22,6 +23,10 @@ QELFRONTEND_EXPORT void installTranslations(const QLocale &locale = QLocale());
 /// What `id`, a translation id that a driver or the library has handed out, says in the user's
 /// language; `id` itself when no installed catalogue holds it.
 QELFRONTEND_EXPORT QString translated(const QString &id);
+
+/// `text`, which comes from outside, as one line that a terminal shows and does not act on: what is
+/// no visible character, line ends and changes of the writing direction included, becomes U+FFFD.
+QELFRONTEND_EXPORT QString printable(const QString &text);
 
 } // namespace qel::frontend
 

@@ -16,9 +16,9 @@ QString message(const char *id, const Texts &...arguments)
     return message(id).arg(arguments...);
 }
 
-/// Makes a text from outside fit for a sentence: one line, no control characters, not longer than
-/// `longest` characters.
-QString printable(const QString &text, int longest = 80);
+/// Makes a text from outside fit for a sentence: printable(), and not longer than `longest`
+/// characters.
+QString excerpt(const QString &text, int longest = 80);
 
 } // namespace qel::frontend
 

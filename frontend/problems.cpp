@@ -8,9 +8,9 @@ QString explain(const values::Problem &problem)
 {
     constexpr int longest = 1000; // a list of settings or choices, for instance
     values::Problem fit = problem;
-    fit.path = printable(fit.path);
+    fit.path = excerpt(fit.path);
     for (QString &detail : fit.details)
-        detail = printable(detail, longest);
+        detail = excerpt(detail, longest);
     return values::filledIn(message("qelfrontend-" + values::problemId(fit.code)), fit);
 }
 

@@ -1,5 +1,6 @@
 #include "selection.h"
 
+#include "frontend.h"
 #include "messages_p.h"
 
 #include <qelvalues/names.h>
@@ -23,7 +24,7 @@ QString describe(const DeviceInfo &info)
         text += QStringLiteral(" \"%1\"").arg(info.name());
     if (!info.serial().isEmpty())
         text += QStringLiteral(" (%1)").arg(info.serial());
-    return text;
+    return printable(text);
 }
 
 QString describeAll(const QList<DeviceInfo> &devices)
@@ -85,7 +86,7 @@ std::optional<DeviceInfo> selectDevice(const QString &text, const QList<DeviceIn
                                        QString *problem)
 {
     if (devices.isEmpty()) {
-        *problem = message("qelfrontend-device-none", printable(text));
+        *problem = message("qelfrontend-device-none", excerpt(text));
         return {};
     }
     const auto candidates = text.isEmpty() ? QList<Match>() : meanings(text);
@@ -98,11 +99,11 @@ std::optional<DeviceInfo> selectDevice(const QString &text, const QList<DeviceIn
         if (found.size() == 1)
             return found.first();
         if (found.size() > 1) {
-            *problem = message("qelfrontend-device-ambiguous", printable(text), describeAll(found));
+            *problem = message("qelfrontend-device-ambiguous", excerpt(text), describeAll(found));
             return {};
         }
     }
-    *problem = message("qelfrontend-device-unknown", printable(text), describeAll(devices));
+    *problem = message("qelfrontend-device-unknown", excerpt(text), describeAll(devices));
     return {};
 }
 
@@ -129,10 +130,10 @@ std::optional<Device::DeviceFeature> selectFeature(const QString &text, QString 
     if (found.isEmpty()) {
         for (const auto feature : features)
             found += featureArgument(feature);
-        *problem = message("qelfrontend-feature-unknown", printable(text),
-                           found.join(QStringLiteral(", ")));
+        *problem =
+            message("qelfrontend-feature-unknown", excerpt(text), found.join(QStringLiteral(", ")));
     } else {
-        *problem = message("qelfrontend-feature-ambiguous", printable(text),
+        *problem = message("qelfrontend-feature-ambiguous", excerpt(text),
                            found.join(QStringLiteral(", ")));
     }
     return {};

@@ -60,7 +60,7 @@ std::optional<QVector<bool>> readWells(const QString &text, int rows, int column
         const auto first = readWell(names.first(), rows, columns);
         const auto last = readWell(names.last(), rows, columns);
         if (!first || !last || names.size() > 2) {
-            *problem = message("qelfrontend-wells-unknown", printable(range),
+            *problem = message("qelfrontend-wells-unknown", excerpt(range),
                                wellName(rows - 1, columns - 1));
             return {};
         }

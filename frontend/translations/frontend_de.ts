@@ -19,6 +19,58 @@
         <source></source>
         <translation>Es gibt kein Gerät „%1“; angeschlossen sind:%2</translation>
     </message>
+    <message id="qelfrontend-error-none">
+        <source></source>
+        <translation>Das Gerät arbeitet einwandfrei.</translation>
+    </message>
+    <message id="qelfrontend-error-unknown">
+        <source></source>
+        <translation>Ein unbekannter Fehler ist aufgetreten.</translation>
+    </message>
+    <message id="qelfrontend-error-vendor-specific">
+        <source></source>
+        <translation>Das Gerät hat einen internen Fehler gemeldet.</translation>
+    </message>
+    <message id="qelfrontend-error-cant-open">
+        <source></source>
+        <translation>Das Gerät lässt sich nicht öffnen.</translation>
+    </message>
+    <message id="qelfrontend-error-not-ready">
+        <source></source>
+        <translation>Das Gerät ist nicht bereit.</translation>
+    </message>
+    <message id="qelfrontend-error-timeout">
+        <source></source>
+        <translation>Das Gerät hat nicht geantwortet.</translation>
+    </message>
+    <message id="qelfrontend-error-cant-write">
+        <source></source>
+        <translation>Die Verbindung zum Gerät ist gestört.</translation>
+    </message>
+    <message id="qelfrontend-error-checksum-mismatch">
+        <source></source>
+        <translation>Die Prüfsumme der Daten vom Gerät stimmt nicht.</translation>
+    </message>
+    <message id="qelfrontend-error-invalid-configuration">
+        <source></source>
+        <translation>Mit diesen Einstellungen kann das Gerät das nicht ausführen.</translation>
+    </message>
+    <message id="qelfrontend-error-not-calibrated">
+        <source></source>
+        <translation>Das Gerät ist nicht kalibriert.</translation>
+    </message>
+    <message id="qelfrontend-error-disconnected">
+        <source></source>
+        <translation>Die Verbindung zum Gerät ist getrennt worden.</translation>
+    </message>
+    <message id="qelfrontend-error-boot-fail">
+        <source></source>
+        <translation>Der Bootloader kann die Firmware nicht starten.</translation>
+    </message>
+    <message id="qelfrontend-error-api-too-new">
+        <source></source>
+        <translation>Das Gerät spricht ein neueres Protokoll, das nicht unterstützt wird.</translation>
+    </message>
     <message id="qelfrontend-feature-ambiguous">
         <source></source>
         <translation>„%1“ trifft auf mehrere Funktionen zu; geben Sie eine davon an: %2</translation>

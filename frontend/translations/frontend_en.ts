@@ -19,6 +19,58 @@
         <source></source>
         <translation>there is no instrument &quot;%1&quot;; these are connected:%2</translation>
     </message>
+    <message id="qelfrontend-error-none">
+        <source></source>
+        <translation>The device is working properly.</translation>
+    </message>
+    <message id="qelfrontend-error-unknown">
+        <source></source>
+        <translation>An unknown error occurred.</translation>
+    </message>
+    <message id="qelfrontend-error-vendor-specific">
+        <source></source>
+        <translation>The device reported an internal error condition.</translation>
+    </message>
+    <message id="qelfrontend-error-cant-open">
+        <source></source>
+        <translation>The device cannot be opened.</translation>
+    </message>
+    <message id="qelfrontend-error-not-ready">
+        <source></source>
+        <translation>The device is not ready.</translation>
+    </message>
+    <message id="qelfrontend-error-timeout">
+        <source></source>
+        <translation>The device did not respond.</translation>
+    </message>
+    <message id="qelfrontend-error-cant-write">
+        <source></source>
+        <translation>The communication with the device is disturbed.</translation>
+    </message>
+    <message id="qelfrontend-error-checksum-mismatch">
+        <source></source>
+        <translation>Checksum mismatch in data from the device.</translation>
+    </message>
+    <message id="qelfrontend-error-invalid-configuration">
+        <source></source>
+        <translation>The device cannot carry this out with these settings.</translation>
+    </message>
+    <message id="qelfrontend-error-not-calibrated">
+        <source></source>
+        <translation>The device is not calibrated.</translation>
+    </message>
+    <message id="qelfrontend-error-disconnected">
+        <source></source>
+        <translation>The device has been disconnected.</translation>
+    </message>
+    <message id="qelfrontend-error-boot-fail">
+        <source></source>
+        <translation>The bootloader cannot start the firmware.</translation>
+    </message>
+    <message id="qelfrontend-error-api-too-new">
+        <source></source>
+        <translation>The device speaks a newer protocol that is not supported.</translation>
+    </message>
     <message id="qelfrontend-feature-ambiguous">
         <source></source>
         <translation>&quot;%1&quot; means more than one feature; write one of: %2</translation>

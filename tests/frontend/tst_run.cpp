@@ -287,7 +287,7 @@ void RunTest::earlierErrorIsNotTheRuns()
     QCOMPARE(outcome.kind, opens ? Outcome::Failed : Outcome::CannotOpen);
     QCOMPARE(outcome.code, 0);
     // It may be the reason, so it is mentioned.
-    QVERIFY(outcome.sentence.contains(QLatin1String("libqeldevices-ERROR_DEVICE_TIMEOUT")));
+    QVERIFY(outcome.sentence.contains(QLatin1String("did not respond")));
 }
 
 void RunTest::cancelClimbsTheLadder_data()

@@ -94,7 +94,7 @@ class ExitCodes(ToolTest):
               for feature, due in [("ambient", '"double"'), ("orientation", '"QVariantHash"'),
                                    ("plate-detection", "SlotStatus"), ("reference", '"int"')]),
             (4, measure, [at_open("refuse")], {}, "Reader 1 (A-1)"),
-            (4, ["show", "A-1"], [at_open("error", code="ERROR_DEVICE_BOOT_FAIL")], {}, "Bootloader"),
+            (4, ["show", "A-1"], [at_open("error", code="ERROR_DEVICE_BOOT_FAIL")], {}, "bootloader"),
             (4, ["watch", "A-1"], [at_open("refuse")], {}, "Reader 1 (A-1)"),
             (4, measure, [], {"apiVersion": 2}, "Reader 1 (A-1)"),
             (4, measure, [at_open("unplug")], {}, "Reader 1 (A-1)"),

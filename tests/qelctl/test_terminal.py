@@ -40,6 +40,24 @@ class Progress(ToolTest):
         self.assertEqual(terminal.finish(), 0)
         self.assertNotIn("%", terminal.screen)
 
+    def test_nothing_but_text_where_no_more_is_wanted(self):
+        self.furnish(reader("A-1"), time_scale=0.1)
+        measure = ["run", "A-1", "absorbance", "--set", "wavelengths=450"]
+        for arguments, environment, bar in [
+            (["--color", "never", *measure], {}, True),
+            ([*measure, "--no-progress", "--output", "/dev/null"], {}, False),
+            (measure, {"TERM": "dumb"}, False),
+            (measure, {"TERM": ""}, False),
+        ]:
+            with self.subTest(arguments, **environment):
+                before = dict(self.environment)
+                self.environment.update(environment)
+                terminal = self.on_terminal(*arguments)
+                self.environment = before
+                self.assertEqual(terminal.finish(), 0)
+                self.assertNotIn("\x1b", terminal.screen)
+                self.assertEqual("100 %" in terminal.screen, bar)
+
     def test_it_follows_the_width_of_the_terminal(self):
         self.furnish(reader("A-1"), time_scale=0.5)
         terminal = self.on_terminal("run", "A-1", "absorbance", "--output", "/dev/null",
@@ -92,6 +110,64 @@ class Progress(ToolTest):
         self.assertNotIn("\x1b", target.read_text())
 
 
+class Outsiders(ToolTest):
+    """What drivers say, a terminal shows and never acts on."""
+
+    HOSTILE = "\x1b]0;owned\x07\x1b[2J\x9b31m\u202e\u2028\nqelctl: forged"
+    OWN = re.compile(r"\x1b\[(?:K|38;5;\d+;48;5;\d+m|0m)")
+
+    def check(self, screen):
+        screen = self.OWN.sub("", screen)
+        self.assertFalse(set(screen) & set("\x1b\x07\x9b\u202e\u2028"), repr(screen))
+        self.assertNotRegex(screen, r"(?m)^(qelctl|A-9): forged")
+        self.assertIn("forged", screen)
+
+    def test_nothing_of_it_takes_effect(self):
+        hostile = {"name": "R" + self.HOSTILE, "location": "x" + self.HOSTILE}
+        for arguments, *faults in [
+            (["list"],), (["list", "--json"],), (["list", "--driver", self.HOSTILE],),
+            (["show", "A-9"],), (["show", "A-9", "--json"],), (["show", self.HOSTILE],),
+            (["run", "A-9", "reference", "--format", "json"],),
+            (["run", "A-9", "reference"], at_run("error", info=self.HOSTILE)),
+            (["run", "A-9", "reference", "--yes"], at_run("ask", text=self.HOSTILE)),
+            (["run", "A-9", "ref", "--set", self.HOSTILE],),
+            (["--log", "debug", "run", "A-9", "reference"],),
+        ]:
+            with self.subTest(arguments):
+                self.furnish(reader("A-9" + self.HOSTILE, "absorbance-96", *faults) | hostile)
+                terminal = self.on_terminal(*arguments)
+                terminal.finish()
+                self.check(terminal.screen)
+
+    def test_a_question_does_not_either(self):
+        self.furnish(reader("A-9", "absorbance-96", at_run("ask", text=self.HOSTILE)))
+        terminal = self.on_terminal("run", "A-9", "reference")
+        terminal.expect(r"\] ")
+        terminal.type("n\n")
+        self.assertEqual(terminal.finish(), 7)
+
+    def test_json_means_the_same(self):
+        self.furnish(reader("A-9", name=self.HOSTILE))
+        self.assertEqual(self.run_json("list", "--json")["instruments"][0]["name"], self.HOSTILE)
+
+
+class Narrow(ToolTest):
+    def test_texts_are_folded_at_word_ends(self):
+        for arguments in [["show", "A-1"], ["run", "--help"], ["--lang", "de", "--help"],
+                          ["run", "A-1", "absorbance", "--set", "wavelengths=451"],
+                          ["--lang", "de", "show", "none"]]:
+            for columns in 40, 60:
+                with self.subTest(arguments, columns=columns):
+                    wide = self.on_terminal(*arguments, columns=1000)
+                    wide.finish()
+                    narrow = self.on_terminal(*arguments, columns=columns)
+                    narrow.finish()
+                    lines = [line for line in narrow.screen.splitlines()
+                             if not line.startswith("  qelctl ")]  # to be copied whole
+                    self.assertLessEqual(max(map(len, lines)), columns, narrow.screen)
+                    self.assertEqual(narrow.screen.split(), wide.screen.split())
+
+
 class Questions(ToolTest):
     MEASURE = ["run", "A-1", "absorbance", "--set", "wavelengths=450"]
 
@@ -124,7 +200,7 @@ class Questions(ToolTest):
 
     def test_in_the_users_language(self):
         terminal = self.on_terminal("--lang", "de", *self.MEASURE)
-        terminal.expect(r"Platte.*\[Eingabetaste.*\] ")
+        terminal.expect(r"(?s)Platte.*\[Eingabetaste.*\] ")
         terminal.type("nein\n")
         self.assertEqual(terminal.finish(), 7)
 

@@ -25,7 +25,7 @@ QByteArray asJson(const Report &report, const QString &fileName)
     const QJsonObject content = toJson(report, fileName);
     for (auto it = content.begin(); it != content.end(); ++it)
         json.insert(it.key(), it.value());
-    return printable(json);
+    return indented(json);
 }
 
 std::optional<QVector<int>> readRules(const QStringList &values)

@@ -1,7 +1,8 @@
 #ifndef QELCTL_COMMANDS_H
 #define QELCTL_COMMANDS_H
 
-#include "tool.h"
+#include "commandline.h"
+#include "startup.h"
 
 namespace qelctl {
 

@@ -2,6 +2,8 @@
 #include "listing.h"
 #include "output.h"
 
+#include <qelfrontend/frontend.h>
+
 #include <qelinspection/inspection.h>
 #include <qelinspection/loadtrial.h>
 
@@ -161,15 +163,7 @@ QByteArray asJson(const Diagnosis &diagnosis)
     json.insert(QStringLiteral("qt"), QLibraryInfo::version().toString());
     json.insert(QStringLiteral("folders"), folders);
     json.insert(QStringLiteral("files"), toJson(diagnosis.files));
-    return printable(json);
-}
-
-// File names and what stands in files may hold anything; a terminal must not act on it.
-QString harmless(QString line)
-{
-    const auto isControl = [](QChar c) { return c.category() == QChar::Other_Control; };
-    std::replace_if(line.begin(), line.end(), isControl, QChar(QLatin1Char('?')));
-    return line;
+    return indented(json);
 }
 
 QStringList asLines(const FileReport &report, const QString &name)
@@ -217,7 +211,7 @@ QByteArray asText(const Diagnosis &diagnosis)
         lines += asLines(file, file.path);
     QByteArray printed;
     for (const QString &line : std::as_const(lines))
-        printed += harmless(line).toUtf8() + '\n';
+        printed += qel::frontend::printable(line).toUtf8() + '\n';
     return printed;
 }
 

@@ -2,6 +2,7 @@
 #include "listing.h"
 #include "output.h"
 
+#include <qelfrontend/frontend.h>
 #include <qelfrontend/provenance.h>
 
 #include <QtCore/QDir>
@@ -64,7 +65,10 @@ QByteArray asTable(const QList<PluginInfo> &plugins, const QList<Failure> &faile
     }
     QByteArray lines = table(rows);
     for (const Failure &failure : failed)
-        lines += text("qelctl-drivers-failure", failure.fileName, failure.reason).toUtf8() + '\n';
+        lines += qel::frontend::printable(
+                     text("qelctl-drivers-failure", failure.fileName, failure.reason))
+                     .toUtf8()
+            + '\n';
     return lines;
 }
 
@@ -89,7 +93,7 @@ QByteArray asJson(const QList<PluginInfo> &plugins, const QList<Failure> &failed
     QJsonObject json = document(QStringLiteral("qelctl-drivers"));
     json.insert(QStringLiteral("plugins"), loaded);
     json.insert(QStringLiteral("failures"), notLoaded);
-    return printable(json);
+    return indented(json);
 }
 
 int run(const QStringList &arguments)

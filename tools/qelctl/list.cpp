@@ -4,6 +4,7 @@
 #include "output.h"
 
 #include <qelfrontend/enumeration.h>
+#include <qelfrontend/frontend.h>
 #include <qelfrontend/instrumentwatch.h>
 #include <qelfrontend/runjson.h>
 #include <qelfrontend/selection.h>
@@ -89,7 +90,7 @@ QByteArray asJson(const QList<DeviceInfo> &devices, const Enumeration &enumerati
     QJsonObject json = document(QStringLiteral("qelctl-list"));
     json.insert(QStringLiteral("instruments"), instruments);
     json.insert(QStringLiteral("drivers"), drivers);
-    return printable(json);
+    return indented(json);
 }
 
 enum class Event { Arrived, Left, Changed };
@@ -105,10 +106,11 @@ QByteArray asLine(Event event, const DeviceInfo &info, bool json)
         : event == Event::Left                  ? Words{"left", "qelctl-list-left"}
                                                 : Words{"changed", "qelctl-list-changed"};
     if (!json)
-        return text(words.id, info.name(), info.serial(), devicePath(info)).toUtf8() + '\n';
+        return printable(text(words.id, info.name(), info.serial(), devicePath(info))).toUtf8()
+            + '\n';
     QJsonObject line = deviceToJson(info);
     line.insert(QStringLiteral("event"), QString::fromLatin1(words.name));
-    return jsonText(line) + '\n';
+    return inOneLine(line);
 }
 
 int watchInstruments(const Filter &filter, bool json)

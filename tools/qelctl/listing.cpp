@@ -1,5 +1,6 @@
 #include "listing.h"
 
+#include <qelfrontend/frontend.h>
 #include <qelfrontend/problems.h>
 
 #include <qelvalues/valuecodec.h>
@@ -10,10 +11,11 @@
 
 namespace qelctl {
 
-QByteArray table(const QList<QStringList> &rows)
+QByteArray table(QList<QStringList> rows)
 {
     QList<int> widths;
-    for (const QStringList &row : rows) {
+    for (QStringList &row : rows) {
+        std::transform(row.begin(), row.end(), row.begin(), &qel::frontend::printable);
         for (int column = 0; column < row.size(); ++column) {
             if (column == widths.size())
                 widths.append(0);
@@ -37,9 +39,34 @@ QJsonObject document(const QString &kind)
     return {{QStringLiteral("format"), kind}, {QStringLiteral("version"), 1}};
 }
 
-QByteArray printable(const QJsonObject &json)
+// Qt's writer escapes the first 32 characters only.
+static QByteArray escaped(const QByteArray &json)
 {
-    return QJsonDocument(json).toJson(QJsonDocument::Indented);
+    const auto isHarmless = [](char byte) { return byte >= 0 && byte != 0x7f; };
+    if (std::all_of(json.cbegin(), json.cend(), isHarmless))
+        return json;
+    QString safe;
+    const QString characters = QString::fromUtf8(json);
+    for (const QChar character : characters) {
+        const bool isLineEnd = character.unicode() < 0x20; // between two values
+        const bool isShown = character.isPrint() && character != QChar::LineSeparator
+            && character != QChar::ParagraphSeparator;
+        if (isLineEnd || isShown || character.isSurrogate())
+            safe += character;
+        else
+            safe += QStringLiteral("\\u%1").arg(character.unicode(), 4, 16, QLatin1Char('0'));
+    }
+    return safe.toUtf8();
+}
+
+QByteArray indented(const QJsonObject &json)
+{
+    return escaped(QJsonDocument(json).toJson(QJsonDocument::Indented));
+}
+
+QByteArray inOneLine(const QJsonObject &json)
+{
+    return escaped(qel::values::jsonText(json)) + '\n';
 }
 
 QJsonValue valueOrProblem(const QVariant &value)

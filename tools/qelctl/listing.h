@@ -11,14 +11,19 @@
 
 namespace qelctl {
 
-/// Lines up `rows` in columns, the first row in capitals. UTF-8, a line break after each row.
-QByteArray table(const QList<QStringList> &rows);
+/// Lines up `rows` in columns, the first row in capitals, harmless for a terminal. UTF-8, a line
+/// break after each row.
+QByteArray table(QList<QStringList> rows);
 
 /// The top of every JSON document of the tool: what it is and the version of its shape.
 QJsonObject document(const QString &kind);
 
-/// `json` in a readable form with a line break at the end.
-QByteArray printable(const QJsonObject &json);
+/// `json` in a readable form with a line break at the end. A terminal only shows it: what it would
+/// act on is written as JSON's escapes.
+QByteArray indented(const QJsonObject &json);
+
+/// As indented(), in one line.
+QByteArray inOneLine(const QJsonObject &json);
 
 /// A feature value as JSON; one that cannot be written stands as an object whose "problem" says
 /// why.

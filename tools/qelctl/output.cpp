@@ -2,6 +2,7 @@
 
 #include "interrupt.h"
 #include "statusline.h"
+#include "terminaltext.h"
 #include "tool.h"
 
 #include <QtCore/QFileInfo>
@@ -165,7 +166,7 @@ bool usesColor(bool toTerminal)
     case Color::Auto:
         break;
     }
-    return toTerminal && qgetenv("TERM") != "dumb" && qEnvironmentVariableIsEmpty("NO_COLOR");
+    return toTerminal && !isTerminalDumb() && qEnvironmentVariableIsEmpty("NO_COLOR");
 }
 
 int terminalWidth(int fileDescriptor)

@@ -282,6 +282,26 @@ Rückgabewerte: 0 erledigt, 1 Lauf fehlgeschlagen, 2 falscher Aufruf, 3 Gerät o
         <source></source>
         <translation>Öffnet ein Gerät und zeigt Identität, Zustand, Fehler und Funktionen mit ihren Einstellungen.</translation>
     </message>
+    <message id="qelctl-show-plate">
+        <source></source>
+        <translation>%1 × %2 Kavitäten</translation>
+    </message>
+    <message id="qelctl-show-range">
+        <source></source>
+        <translation>%1 bis %2 %3</translation>
+    </message>
+    <message id="qelctl-show-default">
+        <source></source>
+        <translation>%1 (Vorgabe: %2)</translation>
+    </message>
+    <message id="qelctl-show-all">
+        <source></source>
+        <translation>alle</translation>
+    </message>
+    <message id="qelctl-show-empty-list">
+        <source></source>
+        <translation>keine</translation>
+    </message>
     <message id="qelctl-watch-summary">
         <source></source>
         <translation>Ausgeben, was ein Gerät meldet</translation>
@@ -346,6 +366,10 @@ Rückgabewerte: 0 erledigt, 1 Lauf fehlgeschlagen, 2 falscher Aufruf, 3 Gerät o
     <message id="qelctl-run-option-interval">
         <source></source>
         <translation>Den nächsten Lauf S Sekunden nach dem vorigen beginnen.</translation>
+    </message>
+    <message id="qelctl-run-option-no-progress">
+        <source></source>
+        <translation>Keinen Fortschrittsbalken zeigen.</translation>
     </message>
     <message id="qelctl-run-config-no-object">
         <source></source>

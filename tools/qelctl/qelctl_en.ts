@@ -282,6 +282,26 @@ Exit codes: 0 done, 1 run failed, 2 wrong usage, 3 no such device or feature, 4 
         <source></source>
         <translation>Opens a device and shows its identity, state, error and features with their settings.</translation>
     </message>
+    <message id="qelctl-show-plate">
+        <source></source>
+        <translation>%1 × %2 wells</translation>
+    </message>
+    <message id="qelctl-show-range">
+        <source></source>
+        <translation>%1 to %2 %3</translation>
+    </message>
+    <message id="qelctl-show-default">
+        <source></source>
+        <translation>%1 (default: %2)</translation>
+    </message>
+    <message id="qelctl-show-all">
+        <source></source>
+        <translation>all</translation>
+    </message>
+    <message id="qelctl-show-empty-list">
+        <source></source>
+        <translation>none</translation>
+    </message>
     <message id="qelctl-watch-summary">
         <source></source>
         <translation>Print what a device reports</translation>
@@ -346,6 +366,10 @@ Exit codes: 0 done, 1 run failed, 2 wrong usage, 3 no such device or feature, 4 
     <message id="qelctl-run-option-interval">
         <source></source>
         <translation>Start the next run S seconds after the one before.</translation>
+    </message>
+    <message id="qelctl-run-option-no-progress">
+        <source></source>
+        <translation>Show no progress bar.</translation>
     </message>
     <message id="qelctl-run-config-no-object">
         <source></source>

@@ -4,11 +4,12 @@
 #include "output.h"
 #include "tool.h"
 
-#include <qelfrontend/provenance.h>
+#include <qelfrontend/frontend.h>
 #include <qelfrontend/plate.h>
 #include <qelfrontend/platecsv.h>
 #include <qelfrontend/platetext.h>
 #include <qelfrontend/problems.h>
+#include <qelfrontend/provenance.h>
 #include <qelfrontend/runjson.h>
 
 #include <qelvalues/valuecodec.h>
@@ -40,10 +41,10 @@ bool isFormatFor(Format format, Device::DeviceFeature feature)
 
 static QString unitOf(const ResultContext &context)
 {
-    return context.device->descriptor(context.feature)
-        .toHash()
-        .value(QStringLiteral("unit"))
-        .toString();
+    return printable(context.device->descriptor(context.feature)
+                         .toHash()
+                         .value(QStringLiteral("unit"))
+                         .toString());
 }
 
 static QString valueText(const QVariant &value)
@@ -53,14 +54,14 @@ static QString valueText(const QVariant &value)
     if (value.userType() == QMetaType::QDateTime)
         return value.toDateTime().toString(Qt::ISODate);
     if (value.canConvert<QString>())
-        return value.toString();
+        return printable(value.toString());
     Problem problem;
     const auto json = toJson(value, &problem);
     if (!json)
         return explain(problem);
     const QJsonValue plain =
         json->isObject() ? json->toObject().value(QStringLiteral("value")) : *json;
-    return plain.isString() ? plain.toString() : QString::fromUtf8(jsonText(plain));
+    return printable(plain.isString() ? plain.toString() : QString::fromUtf8(jsonText(plain)));
 }
 
 // A result that is no plate: the value, or a line for each entry of a record.
@@ -78,7 +79,7 @@ static QByteArray asText(const QVariant &result, const ResultContext &context)
     keys.sort();
     QString lines;
     for (const QString &key : qAsConst(keys))
-        lines += key.leftJustified(16) + QLatin1Char(' ') + valueText(record.value(key))
+        lines += printable(key).leftJustified(16) + QLatin1Char(' ') + valueText(record.value(key))
             + QLatin1Char('\n');
     return lines.toUtf8();
 }
@@ -129,7 +130,7 @@ static std::optional<QByteArray> asJson(const Outcome &outcome, const ResultCont
     const auto json = runToJson(record, problem);
     if (!json)
         return std::nullopt;
-    return context.oneOfMany ? jsonText(*json) + '\n' : printable(*json);
+    return context.oneOfMany ? inOneLine(*json) : indented(*json);
 }
 
 std::optional<QByteArray> formatResult(const Outcome &outcome, Format format,

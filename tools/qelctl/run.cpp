@@ -72,6 +72,8 @@ int readOptions(const CommandLine &line, Request *request)
             return BadUsage;
         request->configuration = *configuration;
     }
+    if (line.has(QStringLiteral("no-progress")))
+        hideProgress();
     request->assignments = line.values(QStringLiteral("set"));
     if (line.has(QStringLiteral("yes")) && line.has(QStringLiteral("no-input")))
         return fail(BadUsage, text("qelctl-run-yes-and-no"));
@@ -236,6 +238,7 @@ void declare(CommandLine *line)
     line->addOption({QStringLiteral("repeat")}, "qelctl-run-option-repeat", QStringLiteral("N"));
     line->addOption({QStringLiteral("interval")}, "qelctl-run-option-interval",
                     QStringLiteral("S"));
+    line->addOption({QStringLiteral("no-progress")}, "qelctl-run-option-no-progress");
     line->addArgument(QStringLiteral("DEVICE"), "qelctl-argument-device");
     line->addArgument(QStringLiteral("FEATURE"), "qelctl-argument-feature");
 }

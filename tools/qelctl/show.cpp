@@ -3,6 +3,7 @@
 #include "listing.h"
 #include "output.h"
 #include "target.h"
+#include "terminaltext.h"
 
 #include <qelfrontend/configuration.h>
 #include <qelfrontend/frontend.h>
@@ -10,8 +11,15 @@
 #include <qelfrontend/selection.h>
 
 #include <qelvalues/names.h>
+#include <qelvalues/valuecodec.h>
 
 #include <QtCore/QJsonArray>
+#include <QtCore/QLocale>
+
+#include <algorithm>
+#include <limits>
+
+#include <unistd.h>
 
 namespace qelctl {
 
@@ -35,39 +43,121 @@ QString errorOf(const Device &device)
     return details.isEmpty() ? sentence : sentence + QLatin1Char(' ') + translated(details);
 }
 
-QStringList settingsOf(const QVariant &descriptor)
+// Such as "8 x 12 wells, -0.2 to 4 OD": how large plates are and what the detector can tell.
+QString rangeOf(const QVariant &descriptor)
 {
-    QStringList keys = descriptor.toHash().value(QStringLiteral("settings")).toHash().keys();
-    keys.sort();
-    return keys;
+    const QVariantHash entries = descriptor.toHash();
+    QLocale locale;
+    locale.setNumberOptions(QLocale::OmitGroupSeparator);
+    const auto number = [&](const char *key) {
+        return locale.toString(entries.value(QLatin1String(key)).toDouble(), 'f',
+                               QLocale::FloatingPointShortest);
+    };
+    const QString unit = entries.value(QStringLiteral("unit")).toString();
+    QStringList parts;
+    if (entries.contains(QStringLiteral("rows")) && entries.contains(QStringLiteral("columns")))
+        parts.append(text("qelctl-show-plate", number("rows"), number("columns")));
+    if (entries.contains(QStringLiteral("minimum")) && entries.contains(QStringLiteral("maximum")))
+        parts.append(text("qelctl-show-range", number("minimum"), number("maximum"), unit));
+    else if (!unit.isEmpty())
+        parts.append(unit);
+    return parts.join(QStringLiteral(", "));
 }
+
+bool isFlags(const QVariantHash &setting)
+{
+    return setting.value(QStringLiteral("type"))
+        == QLatin1String("qel::devices::LedBarEffect_config::Modes");
+}
+
+// What holds when nothing is set; empty where that is not told.
+QString defaultOf(const QString &key, const QVariantHash &setting, const QVariant &descriptor)
+{
+    const QVariantHash byDefault{{key, setting.value(QStringLiteral("default"))}};
+    const QJsonValue value = writeConfiguration(byDefault, descriptor).value(key);
+    switch (value.type()) {
+    case QJsonValue::Undefined:
+    case QJsonValue::Null:
+        return {};
+    case QJsonValue::String:
+        return value.toString();
+    case QJsonValue::Array:
+        // An empty choice means every one, no flag means none.
+        if (value.toArray().isEmpty())
+            return text(isFlags(setting) ? "qelctl-show-empty-list" : "qelctl-show-all");
+        break;
+    default:
+        break;
+    }
+    return QString::fromUtf8(qel::values::jsonText(value));
+}
+
+QString describe(const QString &key, const QVariant &descriptor)
+{
+    const QVariantHash settings = descriptor.toHash().value(QStringLiteral("settings")).toHash();
+    const QString byDefault = defaultOf(key, settings.value(key).toHash(), descriptor);
+    const QString allowed = describeSetting(key, descriptor);
+    return byDefault.isEmpty() ? allowed : text("qelctl-show-default", allowed, byDefault);
+}
+
+// Lines of a name and a value, folded for the terminal.
+class Sheet
+{
+public:
+    void add(int indent, int width, const QString &name, const QString &value)
+    {
+        QString left = QString(indent, QLatin1Char(' '))
+            + qel::frontend::printable(name).leftJustified(width) + QLatin1Char(' ');
+        const int start = std::min(left.size(), m_width - 20);
+        if (left.size() > start && !value.isEmpty()) { // no room for the value beside the name
+            m_lines +=
+                left.trimmed().prepend(QString(indent, QLatin1Char(' '))) + QLatin1Char('\n');
+            left = QString(start, QLatin1Char(' '));
+        }
+        const auto parts = folded(qel::frontend::printable(value), m_width - start);
+        for (const QString &part : parts) {
+            QString line = left + part;
+            while (line.endsWith(QLatin1Char(' ')))
+                line.chop(1);
+            m_lines += line + QLatin1Char('\n');
+            left = QString(start, QLatin1Char(' '));
+        }
+    }
+
+    QByteArray data() const
+    {
+        return m_lines.toUtf8();
+    }
+
+private:
+    const int m_width = isatty(STDOUT_FILENO)
+        ? std::max(narrowestTerminal, terminalWidth(STDOUT_FILENO))
+        : std::numeric_limits<int>::max();
+    QString m_lines;
+};
 
 QByteArray asText(const Device &device)
 {
-    QString lines = device.name() + QLatin1Char('\n');
-    const auto add = [&](int indent, int width, const QString &name, const QString &value) {
-        lines += QString(indent, QLatin1Char(' ')) + name.leftJustified(width) + QLatin1Char(' ')
-            + value;
-        while (lines.endsWith(QLatin1Char(' ')))
-            lines.chop(1);
-        lines += QLatin1Char('\n');
-    };
-    add(2, 12, text("qelctl-column-serial"), device.serial());
-    add(2, 12, text("qelctl-column-device"), devicePath(device.deviceInfo()));
-    add(2, 12, text("qelctl-column-interface"), interfaceName(device.deviceInfo().interface()));
-    add(2, 12, text("qelctl-column-state"), stateOf(device));
-    add(2, 12, text("qelctl-column-error"), errorOf(device));
-    add(2, 0, text("qelctl-column-features"), QString());
+    Sheet sheet;
+    sheet.add(0, 0, device.name(), QString());
+    sheet.add(2, 12, text("qelctl-column-serial"), device.serial());
+    sheet.add(2, 12, text("qelctl-column-device"), devicePath(device.deviceInfo()));
+    sheet.add(2, 12, text("qelctl-column-interface"),
+              interfaceName(device.deviceInfo().interface()));
+    sheet.add(2, 12, text("qelctl-column-state"), stateOf(device));
+    sheet.add(2, 12, text("qelctl-column-error"), errorOf(device));
+    sheet.add(2, 0, text("qelctl-column-features"), QString());
     const auto features = offeredFeatures(device);
     for (const auto feature : features) {
         const QVariant descriptor = device.descriptor(feature);
-        const QString unit = descriptor.toHash().value(QStringLiteral("unit")).toString();
-        add(4, 26, featureArgument(feature), unit);
-        const QStringList settings = settingsOf(descriptor);
-        for (const QString &key : settings)
-            add(8, 22, key, describeSetting(key, descriptor));
+        sheet.add(4, 26, featureArgument(feature), rangeOf(descriptor));
+        QStringList settings =
+            descriptor.toHash().value(QStringLiteral("settings")).toHash().keys();
+        settings.sort();
+        for (const QString &key : qAsConst(settings))
+            sheet.add(8, 22, key, describe(key, descriptor));
     }
-    return lines.toUtf8();
+    return sheet.data();
 }
 
 QByteArray asJson(const Device &device)
@@ -91,7 +181,7 @@ QByteArray asJson(const Device &device)
                             {QStringLiteral("id"), device.errorTrId()},
                             {QStringLiteral("sentence"), errorOf(device)}});
     json.insert(QStringLiteral("features"), features);
-    return printable(json);
+    return indented(json);
 }
 
 int run(const QStringList &arguments)

@@ -1,6 +1,7 @@
 #include "statusline.h"
 
 #include "output.h"
+#include "terminaltext.h"
 #include "tool.h"
 
 #include <algorithm>
@@ -12,6 +13,8 @@ namespace qelctl {
 
 enum class Status { Nothing, Progress, Question };
 static Status shown = Status::Nothing;
+static bool isProgressHidden = false;
+static int shownWidth = 0; // of the progress
 
 static void print(const QByteArray &characters, Status status)
 {
@@ -31,11 +34,29 @@ static QString remainingTime(double progress, qint64 elapsed)
         QStringLiteral("%1:%2").arg(seconds / 60).arg(seconds % 60, 2, 10, QLatin1Char('0')));
 }
 
+// Overwrites the progress with `line` and leaves the cursor behind it. Spaces do what the escape
+// sequence does, for users who want none.
+static void replaceProgress(const QString &line, Status status)
+{
+    const int rest = std::max(0, shownWidth - line.size());
+    const QByteArray clearing = globalOptions().color == Color::Never
+        ? QByteArray(rest, ' ') + QByteArray(rest, '\b')
+        : QByteArray("\x1b[K");
+    print('\r' + line.toUtf8() + clearing, status);
+    shownWidth = line.size();
+}
+
+void hideProgress()
+{
+    isProgressHidden = true;
+}
+
 void showProgress(double progress, qint64 elapsed)
 {
     // A line that does not fit would scroll instead of being replaced.
     const int width = terminalWidth(STDERR_FILENO) - 1;
-    if (!isatty(STDERR_FILENO) || width < 20 || shown == Status::Question)
+    if (isProgressHidden || !isatty(STDERR_FILENO) || isTerminalDumb() || width < 20
+        || shown == Status::Question)
         return;
     const double share = std::clamp(progress, 0.0, 1.0);
     const int barWidth = std::min(40, width - 10);
@@ -45,13 +66,13 @@ void showProgress(double progress, qint64 elapsed)
             .arg(QString(filled, QLatin1Char('#')), QString(barWidth - filled, QLatin1Char(' ')),
                  QString::number(int(share * 100)).rightJustified(3),
                  remainingTime(share, elapsed));
-    print('\r' + line.left(width).toUtf8() + "\x1b[K", Status::Progress);
+    replaceProgress(line.left(width), Status::Progress);
 }
 
 void showQuestion(const QString &question)
 {
     clearStatus();
-    print(question.toUtf8() + ' ', Status::Question);
+    print(messageLines(question).toUtf8() + ' ', Status::Question);
 }
 
 void questionAnswered()
@@ -62,7 +83,7 @@ void questionAnswered()
 void clearStatus()
 {
     if (shown == Status::Progress)
-        print("\r\x1b[K", Status::Nothing);
+        replaceProgress(QString(), Status::Nothing);
     else if (shown == Status::Question)
         print("\n", Status::Nothing);
 }

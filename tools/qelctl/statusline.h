@@ -8,8 +8,11 @@ namespace qelctl {
 /// @file
 /// The last line of the terminal behind standard error: how far a run is, or a question.
 
-/// Shows, if standard error is a terminal, how far a run is: a bar, the percentage and the time it
-/// will probably still take. `elapsed` is in milliseconds.
+/// From now on showProgress() does nothing.
+void hideProgress();
+
+/// Shows, if standard error is a terminal that can replace text, how far a run is: a bar, the
+/// percentage and the time it will probably still take. `elapsed` is in milliseconds.
 void showProgress(double progress, qint64 elapsed);
 
 /// Shows a question, with the cursor behind it.

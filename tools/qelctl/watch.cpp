@@ -110,7 +110,7 @@ void Watcher::print(const char *signal, QJsonObject values)
     values.insert(QStringLiteral("signal"), QString::fromLatin1(signal));
     values.insert(QStringLiteral("time"),
                   QDateTime::currentDateTimeUtc().toString(Qt::ISODateWithMs));
-    m_state = printData(jsonText(values) + '\n');
+    m_state = printData(inOneLine(values));
     if (m_state != Done)
         QCoreApplication::exit(m_state);
 }
