@@ -3,16 +3,14 @@
 #include "values.h"
 #include "worker_p.h"
 
+#include <qelisolation/childprocess.h>
+
 #include <QtCore/QCoreApplication>
-#include <QtCore/QElapsedTimer>
 #include <QtCore/QFileInfo>
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonDocument>
-#include <QtCore/QProcess>
 
 #include <algorithm>
-#include <cstdlib>
-#include <cstring>
 
 namespace qel::conformance {
 
@@ -100,7 +98,7 @@ void Checker::leaveOut(const Rule &rule)
     conclude({&rule, Outcome::NotRun, whyNot(rule), {}, isLeftOut});
 }
 
-void Checker::startWorker(QProcess *process, const QVector<const Rule *> &rules)
+void Checker::startWorker(isolation::ChildProcess *process, const QVector<const Rule *> &rules)
 {
     Assignment assignment;
     assignment.fileName = m_request.fileName;
@@ -118,11 +116,11 @@ void Checker::startWorker(QProcess *process, const QVector<const Rule *> &rules)
     m_call.clear();
     m_isInCall = false;
     process->start(m_request.workerProgram, {QLatin1String(workerArgument)});
-    process->write(QJsonDocument(assignment.toJson()).toJson(QJsonDocument::Compact) + '\n');
+    process->send(QJsonDocument(assignment.toJson()).toJson(QJsonDocument::Compact));
 }
 
 // Takes what a process says besides its judgements; whether it was that.
-bool Checker::takeNote(QProcess *process, const QJsonObject &answer)
+bool Checker::takeNote(isolation::ChildProcess *process, const QJsonObject &answer)
 {
     if (answer.contains(keyCall)) {
         m_call = answer.value(keyCall).toString();
@@ -134,8 +132,7 @@ bool Checker::takeNote(QProcess *process, const QJsonObject &answer)
         m_stuck += stuckFromJson(answer.value(keyStuck).toObject());
     } else if (answer.contains(keyAsk)) {
         const bool isDone = m_request.ask && m_request.ask(answer.value(keyAsk).toString());
-        process->write(isDone ? "yes\n" : "no\n");
-        process->waitForBytesWritten();
+        process->send(isDone ? "yes" : "no");
     } else {
         return !answer.contains(keyRule);
     }
@@ -196,22 +193,17 @@ void Checker::take(const Rule &rule, const QJsonObject &answer)
     conclude(result);
 }
 
-// Says how a process ended that should have gone on, with its last words.
-QString Checker::endOf(const QProcess &process, bool isHung) const
+// Says how a process ended that should have gone on.
+QString Checker::endOf(const isolation::Ending &ending) const
 {
     QString end;
-    if (isHung)
+    if (ending.kind == isolation::Ending::Hung)
         end = QStringLiteral("the plugin held the event loop for more than %1 ms")
                   .arg(m_request.limits.silent);
-    else if (process.exitStatus() == QProcess::NormalExit && process.exitCode() == exitUnheard)
+    else if (ending.kind == isolation::Ending::Exited && ending.code == exitUnheard)
         end = QStringLiteral("the plugin closed the checker's connection");
-    else if (process.exitStatus() == QProcess::CrashExit)
-        end = QStringLiteral("the process ended with signal %1 (%2)")
-                  .arg(process.exitCode())
-                  .arg(QString::fromLocal8Bit(::strsignal(process.exitCode())));
     else
-        end = QStringLiteral("the plugin ended the process with exit code %1")
-                  .arg(process.exitCode());
+        end = ending.text();
     if (m_isInCall)
         end += QStringLiteral(", in %1").arg(m_call);
     else if (!m_call.isEmpty())
@@ -219,91 +211,66 @@ QString Checker::endOf(const QProcess &process, bool isHung) const
     return end;
 }
 
-static QString lastWords(QProcess *process)
+static QString lastWords(const isolation::ChildProcess &process)
 {
-    const QStringList words = QString::fromLocal8Bit(process->readAllStandardError())
-                                  .split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    const QStringList words =
+        QString::fromLocal8Bit(process.lastWords()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
     const int few = 4;
     return words.isEmpty() ? QString()
                            : QStringLiteral("; its last words: ")
             + words.mid(std::max(0, words.size() - few)).join(QStringLiteral(" | "));
 }
 
-// The next answer of a process; none when it has ended, or is silent for too long.
-std::optional<QJsonObject> Checker::nextAnswer(QProcess *process, bool *isHung) const
-{
-    const int silent = m_request.limits.silent;
-    QElapsedTimer clock;
-    clock.start();
-    while (!process->canReadLine()) {
-        const int left = silent - int(clock.elapsed());
-        if (left > 0 && process->waitForReadyRead(left))
-            continue;
-        // Its output may have ended a moment before the process itself.
-        *isHung = process->state() != QProcess::NotRunning
-            && !process->waitForFinished(std::max(0, silent - int(clock.elapsed())));
-        return std::nullopt;
-    }
-    return QJsonDocument::fromJson(process->readLine()).object();
-}
-
 // Has one process judge as many of the pending rules as it gets to, and removes those.
 void Checker::runBatch(QVector<const Rule *> *pending)
 {
     const int before = pending->size();
-    QProcess process;
+    isolation::ChildProcess process;
     startWorker(&process, *pending);
     // The rule that the process is at.
     const Rule *current = nullptr;
-    bool isHung = false;
-    while (const auto answer = nextAnswer(&process, &isHung)) {
-        if (takeNote(&process, *answer))
+    while (const auto message = process.receive(QDeadlineTimer(m_request.limits.silent))) {
+        const QJsonObject answer = QJsonDocument::fromJson(*message).object();
+        if (takeNote(&process, answer))
             continue;
-        const int number = answer->value(keyRule).toInt();
+        const int number = answer.value(keyRule).toInt();
         while (pending->constFirst()->number != number) {
             const Rule *left = pending->takeFirst();
             leaveOut(*left);
         }
         current = pending->constFirst();
-        const bool waitsForExit = current->coversExit && answer->value(keyOutcome) == outcomePassed;
-        if (!answer->contains(keyOutcome) || waitsForExit)
+        const bool waitsForExit = current->coversExit && answer.value(keyOutcome) == outcomePassed;
+        if (!answer.contains(keyOutcome) || waitsForExit)
             continue;
-        take(*pending->takeFirst(), *answer);
+        take(*pending->takeFirst(), answer);
         current = nullptr;
         if (m_unmet)
             break;
     }
-    finish(&process, &isHung);
+    const bool isSilent = current && process.isRunning();
+    // The end of its input makes the process close the instrument.
+    const int grace = 3000;
+    isolation::Ending ending = process.finish(QDeadlineTimer(grace));
+    if (isSilent)
+        ending.kind = isolation::Ending::Hung;
     if (current) {
         pending->removeFirst();
-        concludeByEnd(*current, &process, isHung);
+        concludeByEnd(*current, process, ending);
     } else if (pending->size() == before) {
-        m_report.error =
-            QStringLiteral("'%1' does not load plugins for the checker: %2")
-                .arg(m_request.workerProgram, endOf(process, isHung) + lastWords(&process));
-    }
-}
-
-void Checker::finish(QProcess *process, bool *isHung) const
-{
-    // The end of its input makes the process close the instrument.
-    process->closeWriteChannel();
-    const int grace = 3000;
-    if (process->state() != QProcess::NotRunning && !process->waitForFinished(grace)) {
-        *isHung = true;
-        process->kill();
-        process->waitForFinished();
+        m_report.error = QStringLiteral("'%1' does not load plugins for the checker: %2")
+                             .arg(m_request.workerProgram, endOf(ending) + lastWords(process));
     }
 }
 
 // Judges a rule by how the process ended that was at it.
-void Checker::concludeByEnd(const Rule &rule, QProcess *process, bool isHung)
+void Checker::concludeByEnd(const Rule &rule, const isolation::ChildProcess &process,
+                            const isolation::Ending &ending)
 {
-    const bool isClean = rule.coversExit && !isHung && process->exitStatus() == QProcess::NormalExit
-        && process->exitCode() == EXIT_SUCCESS;
+    const bool isHung = ending.kind == isolation::Ending::Hung;
+    const bool isClean = rule.coversExit && ending.isClean();
     Result result = {&rule, Outcome::Passed, {}, {}};
     if (!isClean) {
-        const QString end = endOf(*process, isHung);
+        const QString end = endOf(ending);
         const int first = m_ends.value(end, rule.number);
         m_ends.insert(end, first);
         if (first != rule.number) {

@@ -11,7 +11,10 @@
 #include <functional>
 #include <optional>
 
-class QProcess;
+namespace qel::isolation {
+class ChildProcess;
+struct Ending;
+} // namespace qel::isolation
 
 namespace qel::conformance {
 
@@ -91,15 +94,14 @@ public:
 
 private:
     void runBatch(QVector<const Rule *> *pending);
-    void startWorker(QProcess *process, const QVector<const Rule *> &rules);
-    std::optional<QJsonObject> nextAnswer(QProcess *process, bool *isHung) const;
-    bool takeNote(QProcess *process, const QJsonObject &answer);
-    void finish(QProcess *process, bool *isHung) const;
+    void startWorker(isolation::ChildProcess *process, const QVector<const Rule *> &rules);
+    bool takeNote(isolation::ChildProcess *process, const QJsonObject &answer);
     void conclude(const Result &result);
-    void concludeByEnd(const Rule &rule, QProcess *process, bool isHung);
+    void concludeByEnd(const Rule &rule, const isolation::ChildProcess &process,
+                       const isolation::Ending &ending);
     void take(const Rule &rule, const QJsonObject &answer);
     void takeTally(const QJsonObject &tally);
-    QString endOf(const QProcess &process, bool isHung) const;
+    QString endOf(const isolation::Ending &ending) const;
     QString whyNot(const Rule &rule) const;
     void leaveOut(const Rule &rule);
 

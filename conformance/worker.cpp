@@ -3,6 +3,8 @@
 #include "subject.h"
 #include "worker_p.h"
 
+#include <qelisolation/parentlink.h>
+
 #include <QtCore/QCoreApplication>
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonDocument>
@@ -10,54 +12,18 @@
 #include <QtCore/QSocketNotifier>
 #include <QtCore/QTimer>
 
-#include <csignal>
 #include <memory>
 #include <optional>
-#include <sys/resource.h>
+
 #include <unistd.h>
 
 namespace qel::conformance {
 
-// The parent's end of the standard output; the plugin's own output goes to the standard error.
-static int answers = -1;
-
-static void answer(const QJsonObject &object)
+static void quietenLibrary()
 {
-    const QByteArray line = QJsonDocument(object).toJson(QJsonDocument::Compact) + '\n';
-    qint64 written = 0;
-    while (written < line.size()) {
-        const qint64 count = ::write(answers, line.constData() + written, line.size() - written);
-        if (count < 0)
-            ::_exit(exitUnheard);
-        written += count;
-    }
-}
-
-// One line of the standard input; none at its end.
-static std::optional<QByteArray> readLine()
-{
-    QByteArray line;
-    char character = 0;
-    while (::read(STDIN_FILENO, &character, 1) == 1) {
-        if (character == '\n')
-            return line;
-        line += character;
-    }
-    return std::nullopt;
-}
-
-static void prepareProcess()
-{
-    // A crash is an expected answer and needs no core file.
-    const rlimit none = {0, 0};
-    ::setrlimit(RLIMIT_CORE, &none);
-    // On Ctrl-C the parent goes, and the end of the standard input tells this process.
-    std::signal(SIGINT, SIG_IGN);
     // What the plugin says last is shown when it crashes, so the library need not say much.
     QLoggingCategory::setFilterRules(
         QStringLiteral("qel.devices*.debug=false\nqel.devices*.info=false"));
-    answers = ::dup(STDOUT_FILENO);
-    ::dup2(STDERR_FILENO, STDOUT_FILENO);
 }
 
 // @param isFit whether the plugin can be held to further rules in this process
@@ -99,15 +65,20 @@ bool isWorker(int argc, char *const *argv)
 
 int runWorker(int argc, char **argv)
 {
-    prepareProcess();
+    isolation::ParentLink link;
+    quietenLibrary();
     QCoreApplication application(argc, argv);
-    const auto request = readLine();
+    const auto request = link.receive();
     if (!request)
         return EXIT_FAILURE;
     const Assignment assignment = Assignment::fromJson(QJsonDocument::fromJson(*request).object());
 
+    const auto answer = [&link](const QJsonObject &object) {
+        if (!link.send(QJsonDocument(object).toJson(QJsonDocument::Compact)))
+            ::_exit(exitUnheard);
+    };
     std::optional<bool> reply;
-    QSocketNotifier parent(STDIN_FILENO, QSocketNotifier::Read);
+    QSocketNotifier parent(link.descriptor(), QSocketNotifier::Read);
     std::unique_ptr<Subject> subject;
     const auto ask = [&](const QString &text) {
         reply.reset();
@@ -119,8 +90,8 @@ int runWorker(int argc, char **argv)
     };
     subject = std::make_unique<Subject>(assignment, answer, ask);
     QObject::connect(&parent, &QSocketNotifier::activated, &parent, [&] {
-        if (const auto line = readLine()) {
-            reply = *line == "yes";
+        if (const auto message = link.receive()) {
+            reply = *message == "yes";
             return;
         }
         parent.setEnabled(false);

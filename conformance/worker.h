@@ -8,8 +8,7 @@ bool isWorker(int argc, char *const *argv);
 
 /// What such a process does instead of its usual work; the value for main() to return.
 ///
-/// Reads one request from the standard input and answers with one JSON object a line on the
-/// standard output. When its standard input ends early, it closes the instrument and exits.
+/// When the checker ends early, it closes the instrument and exits.
 int runWorker(int argc, char **argv);
 
 } // namespace qel::conformance

@@ -3,12 +3,12 @@
 
 #include <QtCore/QString>
 
-// What checker and worker say to each other: one Assignment, then one object a line as answers,
-// each of one kind:
+// What checker and worker say to each other: one Assignment, then JSON objects as answers, each of
+// one kind:
 //  - a rule alone says that the rule is being judged, with an outcome that it has been;
 //  - a call says that the plugin is being called, "returned" that the call has ended;
 //  - "stuck" names a feature whose run has no end;
-//  - "ask" has a person do something; the worker waits for a line with "yes" or "no";
+//  - "ask" has a person do something; the worker waits for the message "yes" or "no";
 //  - an empty one is a sign of life.
 namespace qel::conformance {
 

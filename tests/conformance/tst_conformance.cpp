@@ -2,12 +2,13 @@
 #include "report.h"
 #include "worker.h"
 
+#include <qelisolation/childprocess.h>
+
 #include <QtCore/QDir>
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonDocument>
 #include <QtCore/QJsonObject>
 #include <QtCore/QMutex>
-#include <QtCore/QProcess>
 #include <QtCore/QSet>
 #include <QtCore/QTemporaryFile>
 #include <QtCore/QThreadPool>
@@ -291,16 +292,19 @@ void tst_Conformance::closesWhenAbandoned()
         {QStringLiteral("file"), QStringLiteral(MUTANTS "/601-no-ending.so")},
         {QStringLiteral("limits"), limits.toJson()},
         {QStringLiteral("rules"), QJsonArray{601}}};
-    QProcess worker;
-    worker.start(QCoreApplication::applicationFilePath(), {QStringLiteral("--conformance-worker")});
-    worker.write(QJsonDocument(request).toJson(QJsonDocument::Compact) + '\n');
+    qel::isolation::ChildProcess worker;
+    QVERIFY(worker.start(QCoreApplication::applicationFilePath(),
+                         {QStringLiteral("--conformance-worker")}));
+    worker.send(QJsonDocument(request).toJson());
     // Signs of life follow the start of the rule, by then the run is waiting for its ending.
-    QByteArray answers;
-    QTRY_VERIFY(answers.append(worker.readAllStandardOutput()).contains("{}"));
-    QCOMPARE(worker.state(), QProcess::Running);
-    worker.closeWriteChannel();
-    QVERIFY(worker.waitForFinished(3000));
-    QVERIFY(worker.readAllStandardError().contains("closed in good order"));
+    QByteArray answer;
+    while (answer != "{}") {
+        const auto next = worker.receive(QDeadlineTimer(10000));
+        QVERIFY(next);
+        answer = *next;
+    }
+    QCOMPARE(int(worker.finish(QDeadlineTimer(10000)).kind), int(qel::isolation::Ending::Exited));
+    QVERIFY(worker.lastWords().contains("closed in good order"));
 }
 
 void tst_Conformance::formats()
