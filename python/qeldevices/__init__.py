@@ -9,14 +9,16 @@
 
 from ._errors import (Aborted, CannotOpen, DeviceError, DeviceGone, Error, InvalidConfiguration,
                       NotOffered, TimedOut)
-from ._instruments import Instrument, drivers, instruments
-from ._reader import Feature, Reader, Setting, open
-from ._results import Plate, Read, Result
+from ._instruments import Change, Instrument, drivers, instruments, watch
+from ._reader import AioReader, Event, Feature, Reader, Setting, open, open_async
+from ._results import Plate, Read, Result, read_json, read_series
 from ._runtime import start
 from ._simulation import Lab, simulate
+from ._stream import Stream
 
 __all__ = [
-    "Aborted", "CannotOpen", "DeviceError", "DeviceGone", "Error", "Feature", "Instrument",
-    "InvalidConfiguration", "Lab", "NotOffered", "Plate", "Read", "Reader", "Result", "Setting",
-    "TimedOut", "drivers", "instruments", "open", "simulate", "start",
+    "Aborted", "AioReader", "CannotOpen", "Change", "DeviceError", "DeviceGone", "Error", "Event",
+    "Feature", "Instrument", "InvalidConfiguration", "Lab", "NotOffered", "Plate", "Read", "Reader",
+    "Result", "Setting", "Stream", "TimedOut", "drivers", "instruments", "open", "open_async",
+    "read_json", "read_series", "simulate", "start", "watch",
 ]

@@ -3,8 +3,10 @@
 from __future__ import annotations
 
 from dataclasses import dataclass
+from typing import Any, Optional
 
 from ._runtime import native
+from ._stream import Stream
 
 
 @dataclass(frozen=True)
@@ -36,3 +38,32 @@ def instruments() -> list[Instrument]:
 def drivers() -> list[str]:
     """The names of the drivers that are loaded."""
     return sorted(native().drivers())
+
+
+@dataclass(frozen=True)
+class Change:
+    """An instrument that has come, gone or become another."""
+
+    kind: str  #: "arrived", "left" or "changed"
+    instrument: Instrument
+    before: Optional[Instrument] = None  #: it was, if it has changed
+
+
+def watch(*, pause: float = 1.0) -> Stream[Change]:
+    """Tells which instruments come and go, those first that are there already.
+
+    Args:
+        pause: between two searches, in seconds
+
+    >>> import qeldevices as qel
+    >>> with qel.watch() as changes:
+    ...     change = next(changes)
+    >>> change.kind, change.instrument.serial
+    ('arrived', 'SIM-A-0001')
+    """
+    return Stream(native().watch(pause), _change)
+
+
+def _change(letter: tuple[Any, ...]) -> Change:
+    kind, *devices = letter
+    return Change(kind, *(Instrument(**device) for device in devices))

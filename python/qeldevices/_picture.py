@@ -33,7 +33,7 @@ def _table(plate: Plate, read: Read) -> str:
              f"<caption>{escaping.escape(title)}</caption><tr><th></th>"
              + "".join(f"<th style='{_CELL}'>{column + 1}</th>" for column in range(plate.columns))
              + "</tr>"]
-    saturated = read.saturated
+    saturated = np.zeros(read.values.shape, bool) if read.maximum is None else read.saturated
     for row in range(plate.rows):
         name = well_name(row, 0)[:-1]
         cells = "".join(_cell(float(value), low, high, bool(is_saturated))

@@ -2,16 +2,21 @@
 
 from __future__ import annotations
 
+import asyncio
 import inspect
+import time
 from dataclasses import dataclass
-from typing import Any, Generic, Mapping, Optional, Type, TypeVar, Union, cast
+from typing import (Any, AsyncIterator, Generic, Iterator, Mapping, Optional, Type, TypeVar, Union,
+                    cast)
 
 from . import _native
 from ._errors import CannotOpen, DeviceGone, NotOffered, whole
 from ._instruments import Instrument
-from ._results import Plate, Result, result_of
+from ._results import Path, Plate, Result, result_of
 from ._running import OnAction, Progress, check, finish, finish_async, title, written
 from ._runtime import native
+from ._series import Series
+from ._stream import Stream
 
 R = TypeVar("R", bound=Result)
 
@@ -35,6 +40,20 @@ def open(instrument: Union[str, Instrument], *, timeout: float = 30,
     ...     reader.absorbance(wavelengths=[450])["A1"] > 1
     True
     """
+    handle, device = _found(instrument)
+    check(finish(handle.run(None, "{}", timeout), False, on_action))
+    return Reader(handle, device, on_action)
+
+
+async def open_async(instrument: Union[str, Instrument], *, timeout: float = 30,
+                     on_action: Optional[OnAction] = None) -> Reader:
+    """open() for a task of asyncio; on_action may be a coroutine."""
+    handle, device = await asyncio.to_thread(_found, instrument)
+    check(await finish_async(handle.run(None, "{}", timeout), False, on_action))
+    return Reader(handle, device, on_action)
+
+
+def _found(instrument: Union[str, Instrument]) -> tuple[_native.Handle, dict[str, str]]:
     text = instrument.path if isinstance(instrument, Instrument) else instrument
     found = native().open(text)
     if isinstance(found, str):
@@ -42,9 +61,7 @@ def open(instrument: Union[str, Instrument], *, timeout: float = 30,
     if found is None:
         raise CannotOpen(f"The driver does not know the instrument '{text}' any more.")
     handle, device = found
-    run = handle.run(None, "{}", timeout)
-    check(finish(run, False, on_action))
-    return Reader(handle, device, on_action)
+    return handle, device
 
 
 @dataclass(frozen=True)
@@ -151,6 +168,18 @@ class Feature(Generic[R]):
         return f"<feature {self._number} of {self._reader.title}>"
 
 
+class AioFeature(Feature[R]):
+    """A feature whose runs are awaited."""
+
+    async def __call__(  # type: ignore[override]
+            self, *, timeout: float = 600, progress: Progress = False,
+            on_action: Optional[OnAction] = None, **settings: Any) -> R:
+        """Runs the feature, as Feature does. Cancelling the task cancels the run."""
+        run = self._reader._start(self._number, timeout, settings)
+        ending = check(await finish_async(run, progress, on_action or self._reader._on_action))
+        return cast(R, result_of(ending))
+
+
 class _Known(Generic[R]):
     """A feature that every reader may have, as an attribute of Reader."""
 
@@ -161,6 +190,41 @@ class _Known(Generic[R]):
         if reader is None:
             return cast("Feature[R]", self)
         return Feature(reader, self._number)
+
+
+class _AioKnown(Generic[R]):
+    """The same as an attribute of AioReader."""
+
+    def __init__(self, number: int, result: Type[R]) -> None:
+        self._number = number
+
+    def __get__(self, reader: Any, owner: Any) -> AioFeature[R]:
+        if reader is None:
+            return cast("AioFeature[R]", self)
+        return AioFeature(reader._reader, self._number)
+
+
+@dataclass(frozen=True)
+class Event:
+    """Something that a device has reported.
+
+    Kinds: "open", "busy" (value: bool), "features", "value" (what it sent in the middle of a run),
+    "ended" (value: the result, or None), "action" (value: what the user is to do), "error" (value:
+    the sentence; empty when the error is gone).
+    """
+
+    kind: str
+    value: Any = None
+    feature: Optional[str] = None
+
+
+def _event(letter: tuple[Any, ...]) -> Event:
+    kind, *facts = letter
+    if kind == "value":
+        return Event(kind, facts[1], facts[0])
+    if kind == "ended":
+        return Event(kind, facts[2] if facts[1] else None, facts[0])
+    return Event(kind, facts[-1] if facts else None)
 
 
 class Reader:
@@ -199,6 +263,42 @@ class Reader:
         return Feature[Result](self, _number_of(feature))(
             timeout=timeout, progress=progress, on_action=on_action, **settings)
 
+    def series(self, feature: Union[str, int, None] = None, *, every: float,
+               count: Optional[int] = None, keep: Optional[Path] = None, timeout: float = 600,
+               progress: Progress = False, on_action: Optional[OnAction] = None,
+               **settings: Any) -> Iterator[Result]:
+        """Runs a feature again and again. What fails ends the series with its exception.
+
+        Args:
+            feature: as for run(); may be left out where the device measures in one way only
+            every: seconds from the start of one run to the start of the next
+            count: how many; without it, for ever
+            keep: a file to which each result is added, one document a line, before it is delivered;
+                read_series() reads it
+            timeout, progress, on_action, settings: as for each feature
+        """
+        series = Series(every, count, keep)
+        measure = Feature[Result](self, self._number_or_only(feature))
+
+        def results() -> Iterator[Result]:
+            with series:
+                while series.is_unfinished():
+                    time.sleep(series.pause())
+                    yield series.kept(measure(timeout=timeout, progress=progress,
+                                              on_action=on_action, **settings))
+
+        return results()
+
+    def events(self) -> Stream[Event]:
+        """What the device reports from now on, for ``for`` and for ``async for``."""
+        native()
+        return Stream(self._handle.observe(), _event)
+
+    @property
+    def aio(self) -> AioReader:
+        """The same for tasks of asyncio."""
+        return AioReader(self)
+
     @property
     def features(self) -> list[str]:
         """What the device offers, in names for run()."""
@@ -227,12 +327,64 @@ class Reader:
         native()
         return self._handle.run(number, written(settings), timeout)
 
+    def _number_or_only(self, feature: Union[str, int, None]) -> int:
+        if feature is not None:
+            return _number_of(feature)
+        measuring = [one for one in self._descriptions() if one["is_measurement"]]
+        if len(measuring) == 1:
+            return int(measuring[0]["number"])
+        names = ", ".join(one["argument"] for one in measuring)
+        raise NotOffered(f"Which feature? There are {names}." if measuring
+                         else "The device does not measure.", instrument=self.title)
+
     def _descriptions(self) -> list[dict[str, Any]]:
         native()
         descriptions = self._handle.features()
         if descriptions is None:
             raise DeviceGone("The reader has been closed.", instrument=self.title)
         return descriptions
+
+
+class AioReader:
+    """A reader for tasks of asyncio: what takes time is awaited."""
+
+    ambient_temperature = _AioKnown(1, Result)
+    absorbance = _AioKnown(2, Plate)
+    luminescence = _AioKnown(3, Plate)
+    calibration = _AioKnown(4, Result)
+    plate_detection = _AioKnown(5, Result)
+    firmware_info = _AioKnown(6, Result)
+    firmware_update = _AioKnown(7, Result)
+    reference_number = _AioKnown(8, Result)
+    orientation = _AioKnown(9, Result)
+    parts_aligned = _AioKnown(10, Result)
+    led_bar_effect = _AioKnown(11, Result)
+
+    def __init__(self, reader: Reader) -> None:
+        self._reader = reader
+
+    async def run(self, feature: Union[str, int], *, timeout: float = 600,
+                  progress: Progress = False, on_action: Optional[OnAction] = None,
+                  **settings: Any) -> Result:
+        """Reader.run(), to be awaited."""
+        return await AioFeature[Result](self._reader, _number_of(feature))(
+            timeout=timeout, progress=progress, on_action=on_action, **settings)
+
+    async def series(self, feature: Union[str, int, None] = None, *, every: float,
+                     count: Optional[int] = None, keep: Optional[Path] = None, timeout: float = 600,
+                     progress: Progress = False, on_action: Optional[OnAction] = None,
+                     **settings: Any) -> AsyncIterator[Result]:
+        """Reader.series(), for ``async for``."""
+        measure = AioFeature[Result](self._reader, self._reader._number_or_only(feature))
+        with Series(every, count, keep) as series:
+            while series.is_unfinished():
+                await asyncio.sleep(series.pause())
+                yield series.kept(await measure(timeout=timeout, progress=progress,
+                                                on_action=on_action, **settings))
+
+    async def close(self) -> None:
+        """Reader.close(), to be awaited."""
+        await asyncio.to_thread(self._reader.close)
 
 
 def _number_of(feature: Union[str, int]) -> int:

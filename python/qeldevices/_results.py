@@ -3,17 +3,20 @@
 from __future__ import annotations
 
 import datetime
+import json
 import os
 import re
+import warnings
 from dataclasses import dataclass
 from typing import TYPE_CHECKING, Any, Optional, Union
 
 import numpy as np
 
 from . import _native
-from ._errors import DeviceError, whole
+from ._errors import DeviceError, Error, whole
 from ._instruments import Instrument
 from ._running import title
+from ._runtime import native
 
 if TYPE_CHECKING:
     import pandas  # type: ignore[import]
@@ -77,11 +80,13 @@ class Read:
     label: str  #: tells it from the other reads: "450 nm", or the unit
     wavelength: Optional[int]  #: in nm
     values: np.ndarray[Any, Any]  #: rows x columns, NaN where not measured; cannot be written to
-    maximum: float  #: of the detector
+    maximum: Optional[float]  #: of the detector; None where a document does not tell
 
     @property
     def saturated(self) -> np.ndarray[Any, Any]:
         """rows x columns: whether the well holds the value or more."""
+        if self.maximum is None:
+            raise Error("A document does not tell the detector's maximum.")
         return self.values >= self.maximum
 
 
@@ -103,17 +108,14 @@ class Plate(Result):
 
     def __init__(self, ending: _native.Ending) -> None:
         super().__init__(ending)
-        try:
-            plate = ending.plate()
-        except ValueError as problem:
-            raise _not_a_result(ending, str(problem)) from None
+        plate = ending.plate()
         self.rows: int = plate["rows"]
         self.columns: int = plate["columns"]
         self._unit: str = plate["unit"]
         self.measured_at: Optional[datetime.datetime] = plate["started_at"]
         self.temperature: Optional[float] = plate["temperature"]
         self.integration_time: Optional[int] = plate["integration_time"]
-        maximum = float((ending.descriptor or {}).get("maximum", np.inf))
+        maximum = None if ending.descriptor is None else ending.descriptor.get("maximum", np.inf)
         self.reads = [Read(label, wavelength, values, maximum)
                       for label, wavelength, values in plate["reads"]]
 
@@ -171,7 +173,8 @@ class Plate(Result):
                 [-1 if read.wavelength is None else read.wavelength for read in self.reads], wells),
                 dtype="Int64"),
             "value": np.concatenate([read.values.ravel() for read in self.reads]),
-            "saturated": np.concatenate([read.saturated.ravel() for read in self.reads]),
+            "saturated": pandas.NA if self.reads[0].maximum is None else np.concatenate(
+                [read.saturated.ravel() for read in self.reads]),
         })
         frame["wavelength"] = frame["wavelength"].mask(frame["wavelength"] < 0)
         frame.attrs = {"unit": self.unit, "instrument": self.instrument.name,
@@ -216,8 +219,57 @@ class Plate(Result):
 
 
 def result_of(ending: _native.Ending) -> Result:
-    """The result of a run that has one."""
+    """The result of a run that has one.
+
+    Raises:
+        DeviceError: what the device delivered is none; the exception holds it
+    """
+    problems = ending.result_problems()
+    if problems:
+        error = DeviceError(" ".join(whole(problem) for problem in problems),
+                            instrument=title(ending.device))
+        error.result = ending.value
+        raise error
+    return _made(ending)
+
+
+def _made(ending: _native.Ending) -> Result:
     return Plate(ending) if ending.is_measurement else Result(ending)
+
+
+def read_json(file: Path) -> Result:
+    """The result in a document that to_json() or ``qelctl run --format json`` wrote.
+
+    Raises:
+        Error: the file is no such document
+    """
+    with open(file, encoding="utf-8") as stream:
+        return _read(stream.read(), os.fspath(file))
+
+
+def read_series(file: Path) -> list[Result]:
+    """The results in a file that series() keeps, one document a line.
+
+    A line that was not written to its end is left out with a warning.
+    """
+    results = []
+    with open(file, encoding="utf-8") as stream:
+        for number, line in enumerate(stream, 1):
+            place = f"{os.fspath(file)}, line {number}"
+            try:
+                json.loads(line)
+            except ValueError:
+                warnings.warn(f"{place}: not written to its end")
+            else:
+                results.append(_read(line, place))
+    return results
+
+
+def _read(text: str, place: str) -> Result:
+    try:
+        return _made(native().read_document(text))
+    except ValueError as problem:
+        raise Error(whole(f"{place}: {problem}")) from None
 
 
 def well_name(row: int, column: int) -> str:
@@ -232,12 +284,6 @@ def well_name(row: int, column: int) -> str:
         row, rest = divmod(row - 1, 26)
         letters = chr(ord("A") + rest) + letters
     return f"{letters}{column + 1}"
-
-
-def _not_a_result(ending: _native.Ending, problem: str) -> DeviceError:
-    error = DeviceError(whole(problem), instrument=title(ending.device))
-    error.result = ending.value
-    return error
 
 
 def _written(text: str, file: Optional[Path]) -> Optional[str]:

@@ -13,6 +13,7 @@ from typing import Any, Awaitable, Callable, Optional, Union
 from . import _native
 from ._errors import (Aborted, CannotOpen, DeviceError, DeviceGone, Error, InvalidConfiguration,
                       NotOffered, TimedOut, whole)
+from ._stream import EndOfStream, take
 
 #: Is told the progress of a run, from 0 to 1; True shows a bar, if there is tqdm.
 Progress = Union[bool, Callable[[float], Any]]
@@ -75,7 +76,8 @@ class Attendant:
             self._progress(event[1])
         elif event[0] == "action":
             answer = (self._on_action or ask_user)(event[2])
-            if inspect.isawaitable(answer):
+            if inspect.iscoroutine(answer):
+                answer.close()
                 raise TypeError("on_action is a coroutine; reader.aio awaits those")
             self._answer(event[1], bool(answer))
         return None
@@ -135,36 +137,17 @@ async def finish_async(run: _native.Run, progress: Progress,
     """finish() for a task of asyncio: whoever cancels the task cancels the run."""
     attendant = Attendant(run, progress, on_action)
     try:
-        async for event in letters(run):
-            ending = await attendant.attend_async(event)
+        while True:
+            ending = await attendant.attend_async(await take(run))
             if ending is not None:
                 return ending
-        raise DeviceGone("The reader has been closed.")
+    except EndOfStream:
+        raise DeviceGone("The reader has been closed.") from None
     except BaseException:
         run.cancel()
         raise
     finally:
         attendant.leave()
-
-
-async def letters(mailbox: Any) -> Any:
-    """What comes out of a mailbox, for a task of asyncio."""
-    loop = asyncio.get_running_loop()
-    readable = asyncio.Event()
-    loop.add_reader(mailbox.fileno(), readable.set)
-    try:
-        while True:
-            readable.clear()
-            try:
-                letter = mailbox.take(0)
-            except StopIteration:
-                return
-            if letter is None:
-                await readable.wait()
-            else:
-                yield letter
-    finally:
-        loop.remove_reader(mailbox.fileno())
 
 
 def check(ending: _native.Ending) -> _native.Ending:

@@ -5,6 +5,7 @@
 
 #include <qelfrontend/closing.h>
 #include <qelfrontend/configuration.h>
+#include <qelfrontend/frontend.h>
 #include <qelfrontend/provenance.h>
 #include <qelfrontend/selection.h>
 #include <qelvalues/names.h>
@@ -29,10 +30,6 @@ Instrument::~Instrument()
     Home::leave(this);
     for (const auto &ticket : m_tickets)
         ticket->mailbox->close();
-    for (const auto &observer : m_observers) {
-        if (const auto mailbox = observer.lock())
-            mailbox->close();
-    }
 }
 
 Device *Instrument::device() const
@@ -104,9 +101,46 @@ void Instrument::deliver(const std::shared_ptr<RunTicket> &ticket, const Outcome
         {m_device->deviceInfo(), m_plugin, feature, m_device->descriptor(feature),
          m_device->configuration(feature), outcome},
         outcome.kind == Outcome::Refused && ticket->feature && !m_device->hasFeature(feature),
-        ticket->configurationProblems});
+        ticket->configurationProblems,
+        std::nullopt});
     ticket->mailbox->put([ending] { return py::make_tuple("ended", ending); });
     ticket->mailbox->close();
+}
+
+void Instrument::observe(QObject *listener, const std::shared_ptr<Mailbox> &mailbox)
+{
+    listener->setParent(this);
+    Device *device = m_device.get();
+    connect(device, &Device::openChanged, listener, [mailbox](bool open) {
+        mailbox->put([open] { return py::make_tuple("open", open); });
+    });
+    connect(device, &Device::busyChanged, listener, [mailbox](bool busy) {
+        mailbox->put([busy] { return py::make_tuple("busy", busy); });
+    });
+    connect(device, &Device::featuresChanged, listener,
+            [mailbox] { mailbox->put([] { return py::make_tuple("features"); }); });
+    connect(device, &Device::transientValue, listener,
+            [mailbox](Device::DeviceFeature feature, const QVariant &value) {
+                mailbox->put([feature, value] {
+                    return py::make_tuple("value", toPython(featureName(feature)), toPython(value));
+                });
+            });
+    connect(device, &Device::executed, listener,
+            [mailbox](Device::DeviceFeature feature, bool ok, const QVariant &value) {
+                mailbox->put([feature, ok, value] {
+                    return py::make_tuple("ended", toPython(featureName(feature)), ok,
+                                          toPython(value));
+                });
+            });
+    connect(device, &Device::actionRequired, listener, [mailbox](int, const QString &id) {
+        mailbox->put([text = translated(id)] { return py::make_tuple("action", toPython(text)); });
+    });
+    connect(device, &Device::errorChanged, listener, [mailbox, device] {
+        const int code = device->errorCode();
+        const QString sentence = code == 0 ? QString() : translated(device->errorTrId());
+        mailbox->put(
+            [code, sentence] { return py::make_tuple("error", code, toPython(sentence)); });
+    });
 }
 
 void Instrument::end(const std::function<void()> &done)

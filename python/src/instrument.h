@@ -25,8 +25,9 @@ namespace qelpython {
 struct Ending
 {
     qel::frontend::RunRecord record;
-    bool isNotOffered = false;         ///< the device does not have the feature
-    QStringList configurationProblems; ///< what is wrong with the settings
+    bool isNotOffered = false;           ///< the device does not have the feature
+    QStringList configurationProblems;   ///< what is wrong with the settings
+    std::optional<QJsonObject> document; ///< where the run was read from
 };
 
 /// One run as Python holds it. Its members but `mailbox` belong to the event loop.
@@ -60,8 +61,10 @@ public:
     /// Ends the run of `ticket` by the ladder.
     static void cancel(const std::shared_ptr<RunTicket> &ticket);
 
-    /// Puts what the device reports into `mailbox` until that is gone or the device ends.
-    void observe(const std::weak_ptr<Mailbox> &mailbox);
+    /// Puts what the device reports into `mailbox` until `listener`, which belongs to this object
+    /// and goes with it, is deleted: ("open", bool), ("busy", bool), ("features",), ("value",
+    /// feature, value), ("ended", feature, ok, value), ("action", text), ("error", code, sentence).
+    void observe(QObject *listener, const std::shared_ptr<Mailbox> &mailbox);
 
     /// Cancels what runs, closes the device, deletes this object, calls `done`.
     void end(const std::function<void()> &done);
@@ -76,7 +79,6 @@ private:
     std::unique_ptr<qel::devices::Device> m_device;
     std::optional<qel::devices::DeviceBroker::DevicePluginInfo> m_plugin;
     std::deque<std::shared_ptr<RunTicket>> m_tickets; // the first one is running
-    std::vector<std::weak_ptr<Mailbox>> m_observers;
     std::vector<std::function<void()>> m_atEnd;
     bool m_isEnding = false;
 };

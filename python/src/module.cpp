@@ -4,10 +4,14 @@
 #include "variant.h"
 
 #include <qelfrontend/configuration.h>
+#include <qelfrontend/instrumentwatch.h>
 #include <qelfrontend/plate.h>
 #include <qelfrontend/platecsv.h>
+#include <qelfrontend/problems.h>
 #include <qelfrontend/selection.h>
 #include <qelvalues/names.h>
+#include <qelvalues/results.h>
+#include <qelvalues/valuecodec.h>
 
 #include <qeldevices/devicebroker.h>
 #include <qeldevices/qeldevices_global.h>
@@ -169,6 +173,64 @@ void postToRun(const std::shared_ptr<RunTicket> &ticket, Call call)
     });
 }
 
+// What comes until nobody listens any more. The listener belongs to the event loop.
+struct Stream
+{
+    ~Stream()
+    {
+        Home::post([listener = listener] { delete listener->data(); });
+    }
+
+    std::shared_ptr<Mailbox> mailbox = std::make_shared<Mailbox>();
+    std::shared_ptr<QPointer<QObject>> listener = std::make_shared<QPointer<QObject>>();
+};
+
+// `attach` makes the listener put letters into the mailbox; the stream ends with the listener.
+std::shared_ptr<Stream>
+stream(const std::function<bool(QObject *, const std::shared_ptr<Mailbox> &)> &attach)
+{
+    const auto made = std::make_shared<Stream>();
+    ask([mailbox = made->mailbox, listener = made->listener, attach]() -> Mailbox::Letter {
+        auto *object = new QObject;
+        *listener = object;
+        QObject::connect(object, &QObject::destroyed, [mailbox] { mailbox->close(); });
+        if (!attach(object, mailbox))
+            delete object;
+        return [] { return py::none(); };
+    });
+    return made;
+}
+
+std::shared_ptr<Stream> observe(const Handle &handle)
+{
+    return stream([instrument = handle.instrument](QObject *listener, const auto &mailbox) {
+        if (*instrument)
+            (*instrument)->observe(listener, mailbox);
+        return !instrument->isNull();
+    });
+}
+
+std::shared_ptr<Stream> watch(double pause)
+{
+    return stream([pause](QObject *listener, const std::shared_ptr<Mailbox> &mailbox) {
+        auto *watch = new InstrumentWatch(QStringList(), listener);
+        QObject::connect(watch, &InstrumentWatch::arrived, listener, [mailbox](const auto &info) {
+            mailbox->put([info] { return py::make_tuple("arrived", toPython(info)); });
+        });
+        QObject::connect(watch, &InstrumentWatch::left, listener, [mailbox](const auto &info) {
+            mailbox->put([info] { return py::make_tuple("left", toPython(info)); });
+        });
+        QObject::connect(watch, &InstrumentWatch::changed, listener,
+                         [mailbox](const auto &before, const auto &now) {
+                             mailbox->put([before, now] {
+                                 return py::make_tuple("changed", toPython(now), toPython(before));
+                             });
+                         });
+        watch->start(std::chrono::milliseconds(qint64(pause * 1000)));
+        return true;
+    });
+}
+
 void closeHandle(const Handle &handle)
 {
     const auto mailbox = std::make_shared<Mailbox>();
@@ -237,10 +299,66 @@ py::bytes csvOf(const Ending &ending, bool asGrid)
     return py::bytes(csv.constData(), size_t(csv.size()));
 }
 
+py::list resultProblems(const Ending &ending)
+{
+    const RunRecord &record = ending.record;
+    QStringList sentences;
+    const auto problems =
+        checkResult(record.feature, record.descriptor, record.configuration, record.outcome.result);
+    for (const Problem &problem : problems)
+        sentences.append(explain(problem));
+    return toPython(sentences);
+}
+
+// What jsonOf() wrote. What the document does not tell, such as the descriptor, is missing.
+std::shared_ptr<Ending> readDocument(const std::string &text)
+{
+    const QJsonObject document = QJsonDocument::fromJson(QByteArray::fromStdString(text)).object();
+    const auto member = [](const QJsonObject &object, const char *key) {
+        return object.value(QLatin1String(key)).toString();
+    };
+    if (member(document, "format") != QLatin1String("qeldevices-run"))
+        throw py::value_error("this is no document of a run");
+    if (document.value(QLatin1String("version")).toInt() != runJsonVersion)
+        throw py::value_error("the document is of another version than this library reads");
+    QString nameProblem;
+    const auto feature = selectFeature(member(document, "feature"), &nameProblem);
+    if (!feature)
+        throw py::value_error(nameProblem.toStdString());
+    Problem problem;
+    const auto result = fromJson(document.value(QLatin1String("result")), &problem);
+    if (!result)
+        throw py::value_error(explain(problem).toStdString());
+    Outcome outcome;
+    outcome.result = *result;
+    outcome.startedAt = QDateTime::fromString(member(document, "startedAt"), Qt::ISODateWithMs);
+    outcome.elapsed = std::chrono::milliseconds(
+        qRound64(document.value(QLatin1String("elapsed")).toDouble() * 1000));
+    const QJsonObject device = document.value(QLatin1String("device")).toObject();
+    auto interface = DeviceInfo::UnknownInterface;
+    for (const auto known :
+         {DeviceInfo::Simulator, DeviceInfo::Serial, DeviceInfo::UsbHid, DeviceInfo::Network}) {
+        if (interfaceName(known) == member(device, "interface"))
+            interface = known;
+    }
+    const DeviceInfo info(interface, member(device, "driver"), member(device, "location"),
+                          member(device, "name"), member(device, "serial"));
+    return std::make_shared<Ending>(
+        Ending{{info, {}, *feature, {}, {}, outcome}, false, {}, document});
+}
+
+py::object configurationOf(const Ending &ending)
+{
+    if (ending.document)
+        return toPython(ending.document->value(QLatin1String("configuration")));
+    return toPython(
+        QJsonValue(writeConfiguration(ending.record.configuration, ending.record.descriptor)));
+}
+
 py::str jsonOf(const Ending &ending, bool inOneLine)
 {
     QString problem;
-    const auto document = runToJson(ending.record, &problem);
+    const auto document = ending.document ? ending.document : runToJson(ending.record, &problem);
     if (!document)
         throw py::value_error(problem.toStdString());
     return toPython(QString::fromUtf8(QJsonDocument(*document).toJson(
@@ -340,13 +458,10 @@ void bindRuns(py::module_ &module)
                                [](const Ending &ending) { return toPython(ending.record.device); })
         .def_property_readonly(
             "descriptor", [](const Ending &ending) { return toPython(ending.record.descriptor); })
-        .def_property_readonly("configuration",
-                               [](const Ending &ending) {
-                                   return toPython(QJsonValue(writeConfiguration(
-                                       ending.record.configuration, ending.record.descriptor)));
-                               })
+        .def_property_readonly("configuration", &configurationOf)
         .def_property_readonly(
             "value", [](const Ending &ending) { return toPython(ending.record.outcome.result); })
+        .def("result_problems", &resultProblems)
         .def("plate", &plateOf)
         .def("csv", &csvOf)
         .def("json", &jsonOf);
@@ -366,12 +481,22 @@ PYBIND11_MODULE(_native, module)
     module.def("set_variable", &setVariable);
     module.def("find_feature", &findFeature);
     module.def("open", &openHandle);
+    module.def("watch", &watch);
+    module.def("read_document", &readDocument);
 
     py::class_<Handle, std::shared_ptr<Handle>>(module, "Handle")
         .def("features", &featuresOf)
         .def("state", &stateOf)
         .def("run", &startRun)
+        .def("observe", &observe)
         .def("close", &closeHandle);
+    py::class_<Stream, std::shared_ptr<Stream>>(module, "Stream")
+        .def("take",
+             [](const Stream &stream, double seconds) { return stream.mailbox->take(seconds); })
+        .def("fileno", [](const Stream &stream) { return stream.mailbox->descriptor(); })
+        .def("close", [](const Stream &stream) {
+            Home::post([listener = stream.listener] { delete listener->data(); });
+        });
     bindRuns(module);
 }
 

@@ -1,0 +1,65 @@
+"""What the package says of itself: types, examples, leaks."""
+
+import doctest
+import gc
+import importlib
+import os
+import pathlib
+import pkgutil
+import subprocess
+
+import pytest
+
+import qeldevices as qel
+
+USER = """
+import qeldevices as qel
+reveal_type(qel.open("A").absorbance())
+async def run(reader: qel.Reader) -> None:
+    reveal_type(await reader.aio.luminescence(integrationTime=100))
+    async for event in reader.events():
+        reveal_type(event)
+for change in qel.watch():
+    change.nothing
+"""
+
+
+def test_types(tmp_path):
+    (tmp_path / "user.py").write_text(USER)
+    package = pathlib.Path(qel.__file__).parent
+    checked = subprocess.run(
+        ["mypy", "--strict", "--cache-dir", str(tmp_path / "cache"), str(package), "user.py"],
+        cwd=tmp_path, capture_output=True, text=True, env={**os.environ, "MYPYPATH": ""})
+    said = [line.split(": ", 1)[1] for line in checked.stdout.splitlines()[:-1]]
+    assert said == [
+        'note: Revealed type is "qeldevices._results.Plate"',
+        'note: Revealed type is "qeldevices._results.Plate"',
+        'note: Revealed type is "qeldevices._reader.Event"',
+        'error: "Change" has no attribute "nothing"  [attr-defined]',
+    ], checked.stdout + checked.stderr
+
+
+@pytest.mark.parametrize("name", [
+    module.name for module in pkgutil.iter_modules(qel.__path__) if module.name != "_native"])
+def test_examples(name):
+    result = doctest.testmod(importlib.import_module(f"qeldevices.{name}"))
+    assert result.failed == 0
+
+
+def memory():
+    gc.collect()
+    return int(pathlib.Path("/proc/self/statm").read_text().split()[1]) * 4096
+
+
+@pytest.mark.skipif("libasan" in os.environ.get("LD_PRELOAD", ""),
+                    reason="what a sanitizer remembers of each allocation grows anyway")
+def test_nothing_leaks(reader):
+    descriptors = len(os.listdir("/proc/self/fd"))
+    for _ in range(1000):
+        reader.absorbance(wavelengths=[450])
+    before = memory()
+    for _ in range(10000):
+        plate = reader.absorbance(wavelengths=[450])
+        assert plate[450].shape == (8, 12)
+    assert memory() - before < 1_000_000
+    assert len(os.listdir("/proc/self/fd")) == descriptors
