@@ -9,7 +9,6 @@
 
 #include <qelvalues/names.h>
 #include <qelvalues/observer.h>
-#include <qelvalues/valuecodec.h>
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QDateTime>
