@@ -1,8 +1,6 @@
 #include "instrument.h"
 
-#include "configurations.h"
-
-#include <qelvalues/features.h>
+#include "values.h"
 
 #include <QtCore/QMetaEnum>
 
@@ -167,8 +165,7 @@ QVector<Instrument::Feature> Instrument::configurable() const
         const bool isStuck = std::any_of(stuck.cbegin(), stuck.cend(), [feature](const Stuck &s) {
             return s.feature == feature;
         });
-        if (feature != Device::DF_None && !isStuck
-            && (m_subject.isUnsafe() || !values::isMoving(feature)))
+        if (feature != Device::DF_None && !isStuck && (m_subject.isUnsafe() || !isMoving(feature)))
             features += feature;
     }
     return features;
@@ -265,7 +262,7 @@ Instrument::Feature Instrument::startLongRun()
 {
     QVector<Feature> features = runnable();
     // The moving ones last longest.
-    std::stable_partition(features.begin(), features.end(), values::isMoving);
+    std::stable_partition(features.begin(), features.end(), isMoving);
     for (const Feature feature : std::as_const(features)) {
         const int start = m_recorder->count();
         setShortConfiguration(feature);
@@ -273,7 +270,7 @@ Instrument::Feature Instrument::startLongRun()
         const auto ended = [&] { return m_recorder->count(Event::Executed, start) > 0; };
         if (ended())
             continue;
-        if (values::isMoving(feature)) {
+        if (isMoving(feature)) {
             m_subject.waitFor(m_subject.limits().quiet, [&] {
                 return ended() || m_recorder->count(Event::TransientValue, start) > 1;
             });

@@ -1,7 +1,5 @@
 #include "tour.h"
-
-#include <qelvalues/results.h>
-#include <qelvalues/settings.h>
+#include "values.h"
 
 namespace qel::conformance {
 
@@ -19,17 +17,15 @@ static void checkOffered(Subject &subject)
         throw Broken{QStringLiteral("the open device offers DF_None")};
 }
 
-using Judge = QVector<values::Problem> (*)(Device::DeviceFeature, const QVariant &);
-
-static void checkEach(Subject &subject, Judge judge)
+static void checkEach(Subject &subject, QString (*fault)(Device::DeviceFeature, const QVariant &))
 {
     const Instrument &instrument = subject.opened();
     const auto features = instrument.offered();
     Offences offences;
     for (const auto feature : features) {
-        const auto problems = judge(feature, instrument->descriptor(feature));
-        if (!problems.isEmpty())
-            offences.add(QStringLiteral("%1: %2").arg(featureName(feature), toString(problems)),
+        const QString text = fault(feature, instrument->descriptor(feature));
+        if (!text.isEmpty())
+            offences.add(QStringLiteral("%1: %2").arg(featureName(feature), text),
                          QVector<Event>());
     }
     offences.conclude();
@@ -37,12 +33,12 @@ static void checkEach(Subject &subject, Judge judge)
 
 static void checkDescriptors(Subject &subject)
 {
-    checkEach(subject, values::checkDescriptor);
+    checkEach(subject, descriptorFault);
 }
 
 static void checkSettings(Subject &subject)
 {
-    checkEach(subject, values::checkSettings);
+    checkEach(subject, settingsFault);
 }
 
 QVector<Rule> featureRules()

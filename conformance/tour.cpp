@@ -1,6 +1,6 @@
 #include "tour.h"
 
-#include "configurations.h"
+#include "values.h"
 
 #include <algorithm>
 #include <iterator>

@@ -32,6 +32,14 @@ static QVariant descriptorWith(const QVariantHash &settings)
     return QVariantHash{{s("settings"), settings}};
 }
 
+static QString joined(const QVector<Problem> &problems)
+{
+    QStringList lines;
+    for (const Problem &problem : problems)
+        lines += toString(problem);
+    return lines.join(s("; "));
+}
+
 class SettingsTest : public QObject
 {
     Q_OBJECT
@@ -117,18 +125,18 @@ void SettingsTest::configurations()
     QFETCH(QString, problem);
     const QVariant configuration =
         value.isValid() ? QVariantHash{{s("x"), value}} : QVariantHash{{s("y"), 1}};
-    QCOMPARE(toString(checkConfiguration(configuration, descriptorWith({{s("x"), setting}}))),
+    QCOMPARE(joined(checkConfiguration(configuration, descriptorWith({{s("x"), setting}}))),
              problem);
 }
 
 void SettingsTest::wholeConfigurations()
 {
     const auto descriptor = descriptorWith({{s("a"), setting("int")}, {s("b"), setting("bool")}});
-    QCOMPARE(toString(checkConfiguration({}, descriptor)),
+    QCOMPARE(joined(checkConfiguration({}, descriptor)),
              s("a is missing; it takes int; b is missing; it takes bool"));
-    QCOMPARE(toString(checkConfiguration(QVariantList(), descriptor)),
+    QCOMPARE(joined(checkConfiguration(QVariantList(), descriptor)),
              s("the configuration is QVariantList, not QVariantHash"));
-    QCOMPARE(toString(checkConfiguration({}, {})), QString());
+    QCOMPARE(joined(checkConfiguration({}, {})), QString());
 }
 
 void SettingsTest::descriptions_data()
@@ -157,22 +165,21 @@ void SettingsTest::descriptions()
 {
     QFETCH(QVariant, description);
     QFETCH(QString, problem);
-    QCOMPARE(
-        toString(checkSettings(Device::DF_Calibration, descriptorWith({{s("x"), description}}))),
-        s("descriptor.settings.x") + problem);
+    QCOMPARE(joined(checkSettings(Device::DF_Calibration, descriptorWith({{s("x"), description}}))),
+             s("descriptor.settings.x") + problem);
 }
 
 void SettingsTest::fixedSettings()
 {
     const auto feature = Device::DF_LuminescenceMeasurement;
-    QCOMPARE(toString(checkSettings(feature, {})),
+    QCOMPARE(joined(checkSettings(feature, {})),
              s("descriptor.settings is missing, not QVariantHash"));
-    QCOMPARE(toString(checkSettings(Device::DF_Calibration, {})), QString());
+    QCOMPARE(joined(checkSettings(Device::DF_Calibration, {})), QString());
     const auto descriptor = descriptorWith({{s("integrationTime"), setting("int")}});
-    QCOMPARE(toString(checkSettings(feature, descriptor)),
+    QCOMPARE(joined(checkSettings(feature, descriptor)),
              s("descriptor.settings.integrationTime.type is \"int\","
                " not \"std::chrono::milliseconds\""));
-    QCOMPARE(toString(checkSettings(Device::DF_LedBarEffect, descriptor)), QString());
+    QCOMPARE(joined(checkSettings(Device::DF_LedBarEffect, descriptor)), QString());
 }
 
 QTEST_GUILESS_MAIN(SettingsTest)

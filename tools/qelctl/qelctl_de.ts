@@ -524,9 +524,17 @@ Regeln zählen nicht.</translation>
         <source></source>
         <translation>Wohin er geschrieben wird; ohne Angabe nach NAME.</translation>
     </message>
+    <message id="qelctl-new-driver-option-link">
+        <source></source>
+        <translation>Wie der Treiber sein Gerät erreicht: none (er spielt eins), serial oder tcp; die letzten beiden mit einem Emulator des Geräts.</translation>
+    </message>
+    <message id="qelctl-new-driver-no-link">
+        <source></source>
+        <translation>Eine Verbindung „%1“ gibt es nicht; es gibt none, serial und tcp.</translation>
+    </message>
     <message id="qelctl-new-driver-no-name">
         <source></source>
-        <translation>'%1' kann kein Treiber heißen. Erlaubt sind ein Kleinbuchstabe, dann Kleinbuchstaben, Ziffern, - und _, aber kein Name, den CMake selbst braucht, wie etwa test.</translation>
+        <translation>'%1' kann kein Treiber heißen; erlaubt sind ein Kleinbuchstabe, dann solche, Ziffern, - und _</translation>
     </message>
     <message id="qelctl-new-driver-not-empty">
         <source></source>

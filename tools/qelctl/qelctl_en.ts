@@ -523,9 +523,17 @@ keeps the rules; what it does not know is the protocol of your instrument. Look 
         <source></source>
         <translation>Where to write it; NAME unless given.</translation>
     </message>
+    <message id="qelctl-new-driver-option-link">
+        <source></source>
+        <translation>How the driver reaches its instrument: none (it plays one), serial or tcp; the last two with an emulator of the instrument.</translation>
+    </message>
+    <message id="qelctl-new-driver-no-link">
+        <source></source>
+        <translation>There is no link '%1'; there are none, serial and tcp.</translation>
+    </message>
     <message id="qelctl-new-driver-no-name">
         <source></source>
-        <translation>'%1' cannot be the name of a driver. Use a lower case letter, then such letters, digits, - and _, but no name that CMake keeps for itself, such as test.</translation>
+        <translation>'%1' cannot be the name of a driver; use a lower case letter, then such letters, digits, - and _</translation>
     </message>
     <message id="qelctl-new-driver-not-empty">
         <source></source>

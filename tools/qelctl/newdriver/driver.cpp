@@ -1,6 +1,7 @@
 #include "driver.h"
 
-#include "instrument.h"
+#include "connection.h"
+#include "reader.h"
 
 using namespace qel::devices;
 
@@ -9,12 +10,9 @@ QString Driver::name()
     return QStringLiteral("@name@");
 }
 
-// PROTOCOL: look for instruments here, for instance with QSerialPortInfo. Be quick, open nothing
-// that a device of this driver holds, and give an instrument the same record every time.
 QList<DeviceInfo> Driver::availableDevices()
 {
-    return {DeviceInfo(DeviceInfo::Simulator, name(), QStringLiteral("desk"),
-                       QStringLiteral("@name@ reader"), QStringLiteral("0001"))};
+    return Connection::instruments(name());
 }
 
 Device *Driver::createDevice(const DeviceInfo &info)
@@ -22,7 +20,7 @@ Device *Driver::createDevice(const DeviceInfo &info)
     const auto known = availableDevices();
     for (const DeviceInfo &candidate : known) {
         if (candidate.location() == info.location())
-            return new Instrument(info);
+            return new Reader(info);
     }
     return nullptr;
 }

@@ -15,5 +15,17 @@
         <source></source>
         <translation>The instrument does not answer. Check that it is switched on.</translation>
     </message>
+    <message id="@name@-no-connection">
+        <source></source>
+        <translation>There is no connection to the instrument. Check that it is switched on and connected.</translation>
+    </message>
+    <message id="@name@-gone">
+        <source></source>
+        <translation>The connection to the instrument is lost. Check the cable.</translation>
+    </message>
+    <message id="@name@-garbled">
+        <source></source>
+        <translation>The answer of the instrument cannot be read. Check the cable, then try again.</translation>
+    </message>
 </context>
 </TS>
