@@ -79,4 +79,20 @@ ${introduction}
 This package contains the command line tool qelctl and the driver of the
 simulated plate readers.")
 
+# Where the package was built: see QELDEVICES_PYTHON.
+if(TARGET qeldevices_python)
+    list(APPEND CPACK_COMPONENTS_ALL python)
+    set(CPACK_DEBIAN_PYTHON_PACKAGE_NAME python3-qeldevices)
+    set(CPACK_DEBIAN_PYTHON_PACKAGE_SECTION python)
+    set(CPACK_DEBIAN_PYTHON_PACKAGE_DEPENDS "libqelfrontend0 (= ${this_version}), python3-numpy, \
+python3 (>= ${QELDEVICES_PYTHON_VERSION}), python3 (<< ${QELDEVICES_PYTHON_NEXT_VERSION})")
+    set(CPACK_DEBIAN_PYTHON_PACKAGE_RECOMMENDS "python3-pandas, qeldevices-tools (= ${this_version})")
+    set(CPACK_DEBIAN_PYTHON_PACKAGE_SUGGESTS python3-tqdm)
+    set(CPACK_DEBIAN_PYTHON_DESCRIPTION "${summary} (Python 3)
+${introduction}
+.
+This package contains the Python package qeldevices, whose results are numpy
+arrays and data frames.")
+endif()
+
 include(CPack)

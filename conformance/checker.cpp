@@ -1,9 +1,9 @@
 #include "checker.h"
 
-#include "values.h"
 #include "worker_p.h"
 
 #include <qelisolation/childprocess.h>
+#include <qelvalues/features.h>
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QFileInfo>
@@ -150,7 +150,7 @@ void Checker::takeTally(const QJsonObject &tally)
             FeatureTally fresh;
             fresh.feature = feature;
             fresh.isTried = feature != devices::Device::DF_FirmwareUpdate
-                && (m_request.isUnsafe || !isMoving(feature));
+                && (m_request.isUnsafe || !values::isMoving(feature));
             place = m_report.features.insert(place, fresh);
         }
         return *place;

@@ -1,6 +1,8 @@
 #include "instrument.h"
 
-#include "values.h"
+#include "configurations.h"
+
+#include <qelvalues/features.h>
 
 #include <QtCore/QMetaEnum>
 
@@ -165,7 +167,8 @@ QVector<Instrument::Feature> Instrument::configurable() const
         const bool isStuck = std::any_of(stuck.cbegin(), stuck.cend(), [feature](const Stuck &s) {
             return s.feature == feature;
         });
-        if (feature != Device::DF_None && !isStuck && (m_subject.isUnsafe() || !isMoving(feature)))
+        if (feature != Device::DF_None && !isStuck
+            && (m_subject.isUnsafe() || !values::isMoving(feature)))
             features += feature;
     }
     return features;
@@ -262,7 +265,7 @@ Instrument::Feature Instrument::startLongRun()
 {
     QVector<Feature> features = runnable();
     // The moving ones last longest.
-    std::stable_partition(features.begin(), features.end(), isMoving);
+    std::stable_partition(features.begin(), features.end(), values::isMoving);
     for (const Feature feature : std::as_const(features)) {
         const int start = m_recorder->count();
         setShortConfiguration(feature);
@@ -270,7 +273,7 @@ Instrument::Feature Instrument::startLongRun()
         const auto ended = [&] { return m_recorder->count(Event::Executed, start) > 0; };
         if (ended())
             continue;
-        if (isMoving(feature)) {
+        if (values::isMoving(feature)) {
             m_subject.waitFor(m_subject.limits().quiet, [&] {
                 return ended() || m_recorder->count(Event::TransientValue, start) > 1;
             });

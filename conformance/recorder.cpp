@@ -3,8 +3,6 @@
 #include <qeldevices/deviceerrors.h>
 
 #include <QtCore/QDebug>
-#include <QtCore/QMetaEnum>
-#include <QtCore/QThread>
 
 #include <algorithm>
 #include <iterator>
@@ -12,12 +10,6 @@
 namespace qel::conformance {
 
 using devices::Device;
-
-QString featureName(Device::DeviceFeature feature)
-{
-    const char *name = QMetaEnum::fromType<Device::DeviceFeature>().valueToKey(feature);
-    return name ? QString::fromLatin1(name) : QString::number(feature);
-}
 
 static const char *const codeNames[] = {
     "ERROR_DEVICE_UNKNOWN",           "ERROR_DEVICE_VENDOR_SPECIFIC",
@@ -54,37 +46,36 @@ static QString text(const QVariant &value)
     return string.size() <= 80 ? string : string.left(77) + QStringLiteral("...");
 }
 
-static QString call(const Event &event)
+static QString argumentsOf(const Event &event)
 {
     const QString feature = featureName(event.feature);
     switch (event.kind) {
     case Event::OpenChanged:
-        return QStringLiteral("openChanged(%1)").arg(text(event.flag));
     case Event::BusyChanged:
-        return QStringLiteral("busyChanged(%1)").arg(text(event.flag));
+        return text(event.flag);
     case Event::TransientValue:
-        return QStringLiteral("transientValue(%1, %2)").arg(feature, text(event.value));
+        return QStringLiteral("%1, %2").arg(feature, text(event.value));
     case Event::Executed:
-        return QStringLiteral("executed(%1, %2, %3)")
-            .arg(feature, text(event.flag), text(event.value));
-    case Event::NameChanged:
-        return QStringLiteral("nameChanged()");
-    case Event::SerialChanged:
-        return QStringLiteral("serialChanged()");
+        return QStringLiteral("%1, %2, %3").arg(feature, text(event.flag), text(event.value));
     case Event::DescriptorChanged:
-        return QStringLiteral("descriptorChanged(%1)").arg(feature);
     case Event::ConfigurationChanged:
-        return QStringLiteral("configurationChanged(%1)").arg(feature);
-    case Event::FeaturesChanged:
-        return QStringLiteral("featuresChanged()");
-    case Event::ErrorChanged:
-        return QStringLiteral("errorChanged()");
+        return feature;
     case Event::ActionRequired:
-        return QStringLiteral("actionRequired(%1, \"%2\")").arg(event.actionId).arg(event.action);
+        return QStringLiteral("%1, \"%2\"").arg(event.actionId).arg(event.action);
     case Event::ActionConfirmed:
-        return QStringLiteral("actionConfirmed(%1)").arg(event.actionId);
+        return QString::number(event.actionId);
+    case Event::NameChanged:
+    case Event::SerialChanged:
+    case Event::FeaturesChanged:
+    case Event::ErrorChanged:
+        break;
     }
     return {};
+}
+
+static QString call(const Event &event)
+{
+    return QStringLiteral("%1(%2)").arg(QLatin1String(signalName(event.kind)), argumentsOf(event));
 }
 
 QString Event::toString() const
@@ -107,72 +98,7 @@ Recorder::Recorder()
 
 void Recorder::attach(Device *device)
 {
-    // Direct, so that the order, the state and the thread of the emission are what is seen.
-    const auto record = [this, device](auto signal, auto describe) {
-        QObject::connect(
-            device, signal, device,
-            [this, device, describe](auto... arguments) { add(device, describe(arguments...)); },
-            Qt::DirectConnection);
-    };
-    const auto plain = [](Event::Kind kind) {
-        return [kind] {
-            Event event;
-            event.kind = kind;
-            return event;
-        };
-    };
-    const auto flag = [](Event::Kind kind) {
-        return [kind](bool on) {
-            Event event;
-            event.kind = kind;
-            event.flag = on;
-            return event;
-        };
-    };
-    const auto ofFeature = [](Event::Kind kind) {
-        return [kind](Device::DeviceFeature feature) {
-            Event event;
-            event.kind = kind;
-            event.feature = feature;
-            return event;
-        };
-    };
-    record(&Device::openChanged, flag(Event::OpenChanged));
-    record(&Device::busyChanged, flag(Event::BusyChanged));
-    record(&Device::nameChanged, plain(Event::NameChanged));
-    record(&Device::serialChanged, plain(Event::SerialChanged));
-    record(&Device::featuresChanged, plain(Event::FeaturesChanged));
-    record(&Device::errorChanged, plain(Event::ErrorChanged));
-    record(&Device::descriptorChanged, ofFeature(Event::DescriptorChanged));
-    record(&Device::configurationChanged, ofFeature(Event::ConfigurationChanged));
-    record(&Device::transientValue, [](Device::DeviceFeature feature, const QVariant &value) {
-        Event event;
-        event.kind = Event::TransientValue;
-        event.feature = feature;
-        event.value = value;
-        return event;
-    });
-    record(&Device::executed, [](Device::DeviceFeature feature, bool ok, const QVariant &result) {
-        Event event;
-        event.kind = Event::Executed;
-        event.feature = feature;
-        event.flag = ok;
-        event.value = result;
-        return event;
-    });
-    record(&Device::actionRequired, [](int actionId, const QString &action) {
-        Event event;
-        event.kind = Event::ActionRequired;
-        event.actionId = actionId;
-        event.action = action;
-        return event;
-    });
-    record(&Device::actionConfirmed, [](int actionId) {
-        Event event;
-        event.kind = Event::ActionConfirmed;
-        event.actionId = actionId;
-        return event;
-    });
+    values::observe(device, device, [this](const values::Event &seen) { add(seen); });
 }
 
 void Recorder::setReaction(std::function<void(const Event &)> reaction)
@@ -180,13 +106,9 @@ void Recorder::setReaction(std::function<void(const Event &)> reaction)
     m_reaction = std::move(reaction);
 }
 
-void Recorder::add(Device *device, Event event)
+void Recorder::add(const values::Event &seen)
 {
-    event.isOwnThread = QThread::currentThread() == device->thread();
-    event.isOpen = device->isOpen();
-    event.isBusy = device->isBusy();
-    event.errorCode = device->errorCode();
-    event.additionalInfoTrId = device->errorAdditionalInfoTrId();
+    Event event{seen, 0};
     {
         const QMutexLocker locker(&m_mutex);
         event.milliseconds = m_clock.elapsed();

@@ -2,6 +2,8 @@
 #define QEL_CONFORMANCE_RECORDER_H
 
 #include <qeldevices/device.h>
+#include <qelvalues/names.h>
+#include <qelvalues/observer.h>
 
 #include <QtCore/QElapsedTimer>
 #include <QtCore/QMutex>
@@ -12,38 +14,12 @@
 
 namespace qel::conformance {
 
-/// One emission of a device's signal, with the device's state at that moment.
-struct Event
+using values::featureName;
+
+/// An event, and when it was seen.
+struct Event : values::Event
 {
-    enum Kind {
-        OpenChanged,
-        BusyChanged,
-        TransientValue,
-        Executed,
-        NameChanged,
-        SerialChanged,
-        DescriptorChanged,
-        ConfigurationChanged,
-        FeaturesChanged,
-        ErrorChanged,
-        ActionRequired,
-        ActionConfirmed,
-    };
-
-    Kind kind = OpenChanged;
-    /// The arguments, as far as the signal has them.
-    devices::Device::DeviceFeature feature = devices::Device::DF_None;
-    bool flag = false; ///< the open or busy flag, or the `ok` of an ending
-    QVariant value;    ///< a result or a transient value
-    int actionId = -1;
-    QString action;
-
-    qint64 milliseconds = 0;    ///< since the recorder began
-    bool isOwnThread = true;    ///< whether it came from the device's thread
-    bool isOpen = false;        ///< the device's flag
-    bool isBusy = false;        ///< the device's flag
-    int errorCode = 0;          ///< the device's error
-    QString additionalInfoTrId; ///< the device's error
+    qint64 milliseconds = 0; ///< since the recorder began
 
     /// As a line for people.
     QString toString() const;
@@ -73,7 +49,7 @@ public:
     bool hasRequest(int actionId) const;
 
 private:
-    void add(devices::Device *device, Event event);
+    void add(const values::Event &seen);
 
     mutable QMutex m_mutex;
     QElapsedTimer m_clock;
@@ -84,8 +60,6 @@ private:
 /// Events as lines for people; of a long list the middle is left out.
 QStringList toLines(const QVector<Event> &events);
 
-/// "DF_Orientation", or the number of a feature that has no name.
-QString featureName(devices::Device::DeviceFeature feature);
 /// "ERROR_DEVICE_TIMEOUT (0x8004)".
 QString errorName(int code);
 

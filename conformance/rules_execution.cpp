@@ -1,7 +1,8 @@
 #include "tour.h"
-#include "values.h"
 
 #include <qeldevices/deviceerrors.h>
+#include <qelvalues/features.h>
+#include <qelvalues/results.h>
 
 #include <algorithm>
 #include <iterator>
@@ -106,9 +107,10 @@ static void checkResults(Subject &subject)
         if (!run.isSuccess())
             continue;
         succeeded = true;
-        const QString fault = resultFault(run.feature, run.ending().value);
-        if (!fault.isEmpty())
-            offences.add(fault, run);
+        const auto problems =
+            values::checkResult(run.feature, run.descriptor, run.configuration, run.ending().value);
+        if (!problems.isEmpty())
+            offences.add(toString(problems), run);
         // An old error that stayed is another rule's matter.
         const int error = run.ending().errorCode;
         if (error != 0 && error != run.oldError)
@@ -194,12 +196,10 @@ static QString progressFault(const Run &run)
         const Event &event = run.events.at(i);
         if (event.kind != Event::TransientValue || event.feature != run.feature)
             continue;
-        const QVariant progress = event.value.toHash().value(QStringLiteral("progress"));
-        if (progress.userType() != QMetaType::Double)
-            return QStringLiteral("a transient value holds no 'progress' of type double");
-        const double now = progress.toDouble();
-        if (!(now >= 0 && now <= 1))
-            return QStringLiteral("a progress of %1").arg(now);
+        const auto problems = values::checkTransient(run.feature, event.value);
+        if (!problems.isEmpty())
+            return toString(problems);
+        const double now = event.value.toHash().value(QStringLiteral("progress")).toDouble();
         if (now < last)
             return QStringLiteral("the progress falls from %1 to %2").arg(last).arg(now);
         last = now;
@@ -216,7 +216,7 @@ static void checkProgress(Subject &subject)
     const auto runs = allowedRuns(subject);
     for (const Run &run : runs) {
         // A run that was refused at once has no progress to show.
-        if (!isMoving(run.feature) || !run.isSuccess())
+        if (!values::isMoving(run.feature) || !run.isSuccess())
             continue;
         found = true;
         const QString fault = progressFault(run);

@@ -1,5 +1,7 @@
 #include "tour.h"
-#include "values.h"
+
+#include <qelvalues/results.h>
+#include <qelvalues/settings.h>
 
 namespace qel::conformance {
 
@@ -17,15 +19,17 @@ static void checkOffered(Subject &subject)
         throw Broken{QStringLiteral("the open device offers DF_None")};
 }
 
-static void checkEach(Subject &subject, QString (*fault)(Device::DeviceFeature, const QVariant &))
+using Judge = QVector<values::Problem> (*)(Device::DeviceFeature, const QVariant &);
+
+static void checkEach(Subject &subject, Judge judge)
 {
     const Instrument &instrument = subject.opened();
     const auto features = instrument.offered();
     Offences offences;
     for (const auto feature : features) {
-        const QString text = fault(feature, instrument->descriptor(feature));
-        if (!text.isEmpty())
-            offences.add(QStringLiteral("%1: %2").arg(featureName(feature), text),
+        const auto problems = judge(feature, instrument->descriptor(feature));
+        if (!problems.isEmpty())
+            offences.add(QStringLiteral("%1: %2").arg(featureName(feature), toString(problems)),
                          QVector<Event>());
     }
     offences.conclude();
@@ -33,12 +37,12 @@ static void checkEach(Subject &subject, QString (*fault)(Device::DeviceFeature, 
 
 static void checkDescriptors(Subject &subject)
 {
-    checkEach(subject, descriptorFault);
+    checkEach(subject, values::checkDescriptor);
 }
 
 static void checkSettings(Subject &subject)
 {
-    checkEach(subject, settingsFault);
+    checkEach(subject, values::checkSettings);
 }
 
 QVector<Rule> featureRules()

@@ -1,6 +1,6 @@
 #include "tour.h"
 
-#include "values.h"
+#include "configurations.h"
 
 #include <algorithm>
 #include <iterator>

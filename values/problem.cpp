@@ -92,4 +92,12 @@ QString toString(const Problem &problem)
     return filledIn(QString::fromLatin1(textOf(problem.code).line), problem);
 }
 
+QString toString(const QVector<Problem> &problems)
+{
+    QStringList lines;
+    for (const Problem &problem : problems)
+        lines += toString(problem);
+    return lines.join(QStringLiteral("; "));
+}
+
 } // namespace qel::values

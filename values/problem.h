@@ -7,6 +7,7 @@
 #include <QtCore/QList>
 #include <QtCore/QString>
 #include <QtCore/QStringList>
+#include <QtCore/QVector>
 
 namespace qel::values {
 
@@ -76,6 +77,9 @@ QString filledIn(const QString &text, const Problem &problem);
 
 /// The problem as one line for logs and for developers, in English.
 QString toString(const Problem &problem);
+
+/// The problems as one line, with semicolons in between; empty when there are none.
+QString toString(const QVector<Problem> &problems);
 
 } // namespace qel::values
 

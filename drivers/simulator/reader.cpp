@@ -1,8 +1,8 @@
 #include "reader.h"
 
-#include "settings.h"
-
 #include <qeldevices/logging.h>
+#include <qelvalues/features.h>
+#include <qelvalues/settings.h>
 
 #include <QtCore/QPointer>
 
@@ -12,12 +12,6 @@
 namespace qel::simulator {
 
 using namespace qel::devices;
-
-static bool isMeasurement(Device::DeviceFeature feature)
-{
-    return feature == Device::DF_AbsorbanceMeasurement
-        || feature == Device::DF_LuminescenceMeasurement;
-}
 
 static bool strikes(const QVector<Fault> &faults, Fault::Action action)
 {
@@ -170,12 +164,10 @@ void Reader::executeImpl(DeviceFeature feature)
     if (m_task)
         return refuse(ERROR_DEVICE_NOT_READY, "qelsimulator-busy");
 
-    const QVariantHash settings =
-        descriptor(feature).toHash().value(QStringLiteral("settings")).toHash();
-    const QString mistake = checkConfiguration(configuration(feature), settings);
-    if (!settings.isEmpty() && !mistake.isEmpty()) {
+    const auto mistakes = values::checkConfiguration(configuration(feature), descriptor(feature));
+    if (values::findFeature(feature)->configuration.type && !mistakes.isEmpty()) {
         qCWarning(LogCDriver).noquote()
-            << QStringLiteral("Simulator '%1': %2").arg(serial(), mistake);
+            << QStringLiteral("Simulator '%1': %2").arg(serial(), toString(mistakes));
         return refuse(ERROR_DEVICE_INVALID_CONFIGURATION, "qelsimulator-configuration");
     }
     const QVector<Fault> faults = m_instrument->strike(Fault::Moment::Execute, feature);
@@ -185,7 +177,7 @@ void Reader::executeImpl(DeviceFeature feature)
     if (job.needsCalibration && !m_instrument->calibrated)
         return refuse(ERROR_DEVICE_NOT_CALIBRATED, "qelsimulator-calibrate");
 
-    if (isMeasurement(feature))
+    if (values::isMeasurement(feature))
         ++m_instrument->measurements;
     start(feature, job, faults);
 }

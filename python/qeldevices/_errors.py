@@ -16,6 +16,9 @@ class Error(Exception):
         instrument: the instrument's name and serial; may be empty
     """
 
+    def __init_subclass__(cls) -> None:
+        cls.__module__ = "qeldevices"  # as tracebacks should call it
+
     def __init__(self, sentence: str, *, code: int = 0, id: str = "", details: str = "",
                  instrument: str = "") -> None:
         self.sentence = sentence

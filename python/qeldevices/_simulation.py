@@ -14,6 +14,10 @@ from ._runtime import native
 _VARIABLE = "QELDEVICES_SIMULATOR"
 
 
+# Those that hold, the last one now.
+_labs: list[Lab] = []
+
+
 class Lab:
     """A simulated lab; it lasts until it is left, closed or the process ends.
 
@@ -22,12 +26,12 @@ class Lab:
     """
 
     def __init__(self, scenario: Mapping[str, Any]) -> None:
-        self._before = os.environ.get(_VARIABLE, "")
         folder = tempfile.mkdtemp(prefix="qeldevices-")
         self._remove = weakref.finalize(self, _remove, folder, os.getpid())
         self.file = os.path.join(folder, "lab.json")
         self.change(scenario)
-        native().set_variable(_VARIABLE, self.file)
+        _labs.append(self)
+        _use_last()
 
     def change(self, scenario: Mapping[str, Any]) -> None:
         """Makes it another lab: what is new in it is plugged in, what is gone is unplugged."""
@@ -37,15 +41,22 @@ class Lab:
         os.replace(written, self.file)
 
     def close(self) -> None:
-        """Puts the lab from before in its place."""
-        native().set_variable(_VARIABLE, self._before)
-        self._remove()
+        """Puts the lab from before in its place. Repeating it does nothing."""
+        if self in _labs:
+            _labs.remove(self)
+            _use_last()
+            self._remove()
 
     def __enter__(self) -> Lab:
         return self
 
     def __exit__(self, *error: Any) -> None:
         self.close()
+
+
+def _use_last() -> None:
+    file = _labs[-1].file if _labs else os.environ.get(_VARIABLE, "")
+    native().set_variable(_VARIABLE, file)
 
 
 # Not in a process that was forked from the one with the lab.

@@ -3,10 +3,13 @@
 import doctest
 import gc
 import importlib
+import json
 import os
 import pathlib
 import pkgutil
+import re
 import subprocess
+import sys
 
 import pytest
 
@@ -62,4 +65,34 @@ def test_nothing_leaks(reader):
         plate = reader.absorbance(wavelengths=[450])
         assert plate[450].shape == (8, 12)
     assert memory() - before < 1_000_000
-    assert len(os.listdir("/proc/self/fd")) == descriptors
+    assert len(os.listdir("/proc/self/fd")) <= descriptors
+
+
+def test_the_guide():
+    guide = pathlib.Path(__file__).parents[2] / "docs" / "python.md"
+    fences = re.compile("^```.*$", re.MULTILINE)
+    example = doctest.DocTestParser().get_doctest(
+        fences.sub("", guide.read_text()), {}, "python.md", str(guide), 0)
+    runner = doctest.DocTestRunner(optionflags=doctest.ELLIPSIS | doctest.REPORT_NDIFF)
+    try:
+        assert runner.run(example, clear_globs=False).failed == 0
+    finally:
+        if "lab" in example.globs:
+            example.globs["lab"].close()
+
+
+def test_notebook_shows_the_plate(tmp_path):
+    cells = [{"cell_type": "code", "id": str(number), "execution_count": None, "metadata": {},
+              "outputs": [], "source": source} for number, source in enumerate([
+                  "import qeldevices as qel",
+                  "with qel.open('SIM-A-0001') as reader:\n"
+                  "    plate = reader.absorbance(wavelengths=[450])\n"
+                  "plate"])]
+    (tmp_path / "tour.ipynb").write_text(json.dumps(
+        {"nbformat": 4, "nbformat_minor": 5, "cells": cells, "metadata": {
+            "kernelspec": {"name": "python3", "display_name": "Python 3", "language": "python"}}}))
+    subprocess.run(
+        [sys.executable, "-m", "nbconvert", "--to", "html", "--execute", "tour.ipynb"], check=True,
+        cwd=tmp_path, capture_output=True, env={**os.environ, "HOME": str(tmp_path)})
+    shown = (tmp_path / "tour.html").read_text()
+    assert "450 nm (OD)" in shown and shown.count("background:rgb(") == 96

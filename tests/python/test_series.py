@@ -1,11 +1,13 @@
 """Series, the files that keep them, and documents read back."""
 
+import gc
 import json
 import time
 
 import numpy as np
 import pytest
 
+import qeldevices
 import qeldevices as qel
 
 
@@ -71,3 +73,17 @@ def test_watch(lab):
         seen = {(change.kind, change.instrument.serial) for change in (next(changes), next(changes))}
     assert seen == {("left", "A-1"), ("arrived", "A-9")}
     assert "simulator" in qel.drivers()
+
+
+def test_labs_nest(lab):
+    lab({})
+    qel.simulate({"instruments": []})  # nobody holds it, and it holds
+    gc.collect()
+    assert qel.instruments() == []
+    inner = qel.simulate({"instruments": [{"model": "identity-only", "serial": "I-1"}]})
+    assert [instrument.serial for instrument in qel.instruments()] == ["I-1"]
+    inner.close()
+    inner.close()
+    assert qel.instruments() == []
+    qeldevices._simulation._labs[-1].close()
+    assert [instrument.serial for instrument in qel.instruments()] == ["A-1"]

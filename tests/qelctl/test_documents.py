@@ -1,12 +1,11 @@
 """What comes with the tool says what the tool says: catalogues, manual page, completion."""
 
-import pathlib
 import re
 import subprocess
 import unittest
 import xml.etree.ElementTree as ElementTree
 
-from harness import DOCS, QELCTL, SOURCE, ToolTest, reader
+from harness import QELCTL, SOURCE, ToolTest, reader
 
 TOOL = SOURCE / "tools" / "qelctl"
 
@@ -63,26 +62,6 @@ class Manual(ToolTest):
             options = re.findall(r"^  --([a-z-]+)", self.run_tool(command, "--help")[0], re.M)
             documented = re.findall(r"^\.It Fl -([a-z-]+)", sections[command], re.M)
             self.assertEqual(options, documented, command)
-
-
-class Guide(ToolTest):
-    def test_it_shows_what_the_tool_prints(self):
-        # The instruments that are there without a scenario, only quicker.
-        self.furnish(reader("SIM-A-0001", location="bench-1", seed=1,
-                            plate={"layout": "dilution-series", "dye": "tmb"}),
-                     reader("SIM-L-0001", "luminescence-96", location="bench-2", seed=2,
-                            plate={"layout": "dilution-series"}))
-        self.environment["PATH"] = f"{pathlib.Path(QELCTL).parent}:{self.environment['PATH']}"
-        text = (DOCS / "qelctl.md").read_text(encoding="utf-8")
-        examples = re.findall(r"^\$ (.*)\n((?:(?!\$ |```).*\n)*)", text, re.M)
-        self.assertGreater(len(examples), 10)
-        for command, shown in examples:
-            with self.subTest(command):
-                result = subprocess.run(["bash", "-c", command], stdin=subprocess.DEVNULL,
-                                        stdout=subprocess.PIPE, stderr=subprocess.STDOUT,
-                                        text=True, cwd=self.folder, env=self.environment,
-                                        check=False)
-                self.assertEqual(result.stdout, shown)
 
 
 class Completion(ToolTest):

@@ -49,12 +49,19 @@ class ExitCodes(ToolTest):
             ([*absorbance, "--set", "wavelengths=451"], '"451"', "405, 450"),
             ([*absorbance, "--set", "rapidMode=perhaps", "--set", "x=1"], "rapidMode", '"x"'),
             ([*absorbance, "--set", "rapidMode"], "KEY=VALUE"),
+            (["run", "A-1", "led", "--set", "color=#ff80"], '"#ff80"', "#ff8000"),
+            (["run", "A-1", "led", "--set", "mode=8"], '"8"', "reversed"),
+            *((["new-driver", name], "cannot be the name")
+              for name in ("test", "install", "Acme", "../acme")),
             (["run", "A-1", "orientation", "--set", "a=1"], "takes none"),
             (["run", "A-1", "orientation", "--format", "csv"], "orientation", "json"),
         ]:
             with self.subTest(arguments):
                 errors = self.check(2, arguments, *words)
                 self.assertEqual(errors.count("\n"), 1, errors)
+
+    def test_a_name_with_a_line_end_is_none(self):
+        self.check(2, ["new-driver", "acme\n", self.folder / "acme"], "cannot be the name")
 
     def test_unknown_and_ambiguous_names_list_the_candidates(self):
         self.furnish(reader("A-10"), reader("A-2", name="Left"), reader("L-3", "luminescence-96"))

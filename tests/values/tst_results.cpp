@@ -146,14 +146,6 @@ void ResultsTest::measurements_data()
         "result.values[0][5] has a value for a well that was not selected");
 }
 
-static QString joined(const QVector<Problem> &problems)
-{
-    QStringList lines;
-    for (const Problem &problem : problems)
-        lines += toString(problem);
-    return lines.join(s("; "));
-}
-
 void ResultsTest::measurements()
 {
     QFETCH(bool, isAbsorbance);
@@ -164,7 +156,7 @@ void ResultsTest::measurements()
         isAbsorbance ? Device::DF_AbsorbanceMeasurement : Device::DF_LuminescenceMeasurement;
     QVariantHash hash = result(feature);
     change(&hash);
-    QCOMPARE(joined(checkResult(feature, descriptor(feature), configuration, hash)), problem);
+    QCOMPARE(toString(checkResult(feature, descriptor(feature), configuration, hash)), problem);
 }
 
 void ResultsTest::otherResults_data()
@@ -200,7 +192,7 @@ void ResultsTest::otherResults()
     QFETCH(int, feature);
     QFETCH(QVariant, result);
     QFETCH(QString, problem);
-    QCOMPARE(joined(checkResult(static_cast<Device::DeviceFeature>(feature), {}, {}, result)),
+    QCOMPARE(toString(checkResult(static_cast<Device::DeviceFeature>(feature), {}, {}, result)),
              problem);
 }
 
@@ -236,13 +228,15 @@ void ResultsTest::descriptors()
     QFETCH(int, feature);
     QFETCH(QVariant, value);
     QFETCH(QString, problem);
-    QCOMPARE(joined(checkDescriptor(static_cast<Device::DeviceFeature>(feature), value)), problem);
+    QCOMPARE(toString(checkDescriptor(static_cast<Device::DeviceFeature>(feature), value)),
+             problem);
 }
 
 void ResultsTest::transients()
 {
     const auto progress = [](const QVariant &value) {
-        return joined(checkTransient(Device::DF_Calibration, QVariantHash{{s("progress"), value}}));
+        return toString(
+            checkTransient(Device::DF_Calibration, QVariantHash{{s("progress"), value}}));
     };
     QCOMPARE(progress(0.0), QString());
     QCOMPARE(progress(1.0), QString());

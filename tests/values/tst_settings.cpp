@@ -32,14 +32,6 @@ static QVariant descriptorWith(const QVariantHash &settings)
     return QVariantHash{{s("settings"), settings}};
 }
 
-static QString joined(const QVector<Problem> &problems)
-{
-    QStringList lines;
-    for (const Problem &problem : problems)
-        lines += toString(problem);
-    return lines.join(s("; "));
-}
-
 class SettingsTest : public QObject
 {
     Q_OBJECT
@@ -125,18 +117,18 @@ void SettingsTest::configurations()
     QFETCH(QString, problem);
     const QVariant configuration =
         value.isValid() ? QVariantHash{{s("x"), value}} : QVariantHash{{s("y"), 1}};
-    QCOMPARE(joined(checkConfiguration(configuration, descriptorWith({{s("x"), setting}}))),
+    QCOMPARE(toString(checkConfiguration(configuration, descriptorWith({{s("x"), setting}}))),
              problem);
 }
 
 void SettingsTest::wholeConfigurations()
 {
     const auto descriptor = descriptorWith({{s("a"), setting("int")}, {s("b"), setting("bool")}});
-    QCOMPARE(joined(checkConfiguration({}, descriptor)),
+    QCOMPARE(toString(checkConfiguration({}, descriptor)),
              s("a is missing; it takes int; b is missing; it takes bool"));
-    QCOMPARE(joined(checkConfiguration(QVariantList(), descriptor)),
+    QCOMPARE(toString(checkConfiguration(QVariantList(), descriptor)),
              s("the configuration is QVariantList, not QVariantHash"));
-    QCOMPARE(joined(checkConfiguration({}, {})), QString());
+    QCOMPARE(toString(checkConfiguration({}, {})), QString());
 }
 
 void SettingsTest::descriptions_data()
@@ -165,21 +157,22 @@ void SettingsTest::descriptions()
 {
     QFETCH(QVariant, description);
     QFETCH(QString, problem);
-    QCOMPARE(joined(checkSettings(Device::DF_Calibration, descriptorWith({{s("x"), description}}))),
-             s("descriptor.settings.x") + problem);
+    QCOMPARE(
+        toString(checkSettings(Device::DF_Calibration, descriptorWith({{s("x"), description}}))),
+        s("descriptor.settings.x") + problem);
 }
 
 void SettingsTest::fixedSettings()
 {
     const auto feature = Device::DF_LuminescenceMeasurement;
-    QCOMPARE(joined(checkSettings(feature, {})),
+    QCOMPARE(toString(checkSettings(feature, {})),
              s("descriptor.settings is missing, not QVariantHash"));
-    QCOMPARE(joined(checkSettings(Device::DF_Calibration, {})), QString());
+    QCOMPARE(toString(checkSettings(Device::DF_Calibration, {})), QString());
     const auto descriptor = descriptorWith({{s("integrationTime"), setting("int")}});
-    QCOMPARE(joined(checkSettings(feature, descriptor)),
+    QCOMPARE(toString(checkSettings(feature, descriptor)),
              s("descriptor.settings.integrationTime.type is \"int\","
                " not \"std::chrono::milliseconds\""));
-    QCOMPARE(joined(checkSettings(Device::DF_LedBarEffect, descriptor)), QString());
+    QCOMPARE(toString(checkSettings(Device::DF_LedBarEffect, descriptor)), QString());
 }
 
 QTEST_GUILESS_MAIN(SettingsTest)

@@ -6,7 +6,9 @@
 #include <qelfrontend/provenance.h>
 
 #include <QtCore/QDir>
+#include <QtCore/QHash>
 #include <QtCore/QJsonArray>
+#include <QtCore/QSet>
 
 namespace qelctl {
 
@@ -25,10 +27,10 @@ struct Failure
 // The plugin files that were tried in vain. Every loader is kept, also those that failed.
 QList<Failure> failures()
 {
-    QStringList loaded;
+    QSet<QString> loaded;
     const auto plugins = DeviceBroker::loadedPlugins();
     for (const PluginInfo &plugin : plugins)
-        loaded.append(QFileInfo(plugin.fileName).canonicalFilePath());
+        loaded.insert(QFileInfo(plugin.fileName).canonicalFilePath());
     QList<Failure> failed;
     for (const auto &loader : qAsConst(DeviceBroker::LOADERS)) {
         const QString fileName = loader->fileName();
@@ -41,26 +43,27 @@ QList<Failure> failures()
     return failed;
 }
 
-// What one plugin offers; a driver that another plugin has replaced since is not among it.
-QStringList driversOf(const PluginInfo &plugin)
+// What each plugin file offers, sorted; a driver that another plugin has replaced since is not
+// among it.
+QHash<QString, QStringList> driversOfFiles()
 {
-    QStringList names;
-    const QStringList drivers = DeviceBroker::availableDrivers();
-    for (const QString &driver : drivers) {
-        const auto origin = qel::frontend::pluginOfDriver(driver);
-        if (origin && origin->fileName == plugin.fileName)
-            names.append(driver);
-    }
+    QHash<QString, QStringList> drivers;
+    QStringList names = DeviceBroker::availableDrivers();
     names.sort();
-    return names;
+    for (const QString &name : qAsConst(names)) {
+        if (const auto origin = qel::frontend::pluginOfDriver(name))
+            drivers[origin->fileName].append(name);
+    }
+    return drivers;
 }
 
 QByteArray asTable(const QList<PluginInfo> &plugins, const QList<Failure> &failed)
 {
     QList<QStringList> rows{{text("qelctl-column-driver"), text("qelctl-column-version"),
                              text("qelctl-column-manufacturer"), text("qelctl-column-file")}};
+    const auto drivers = driversOfFiles();
     for (const PluginInfo &plugin : plugins) {
-        rows.append({driversOf(plugin).join(QStringLiteral(", ")), plugin.version,
+        rows.append({drivers.value(plugin.fileName).join(QStringLiteral(", ")), plugin.version,
                      plugin.manufacturer, QDir::toNativeSeparators(plugin.fileName)});
     }
     QByteArray lines = table(rows);
@@ -75,9 +78,10 @@ QByteArray asTable(const QList<PluginInfo> &plugins, const QList<Failure> &faile
 QByteArray asJson(const QList<PluginInfo> &plugins, const QList<Failure> &failed)
 {
     QJsonArray loaded;
+    const auto drivers = driversOfFiles();
     for (const PluginInfo &plugin : plugins) {
         loaded.append(QJsonObject{
-            {QStringLiteral("drivers"), QJsonArray::fromStringList(driversOf(plugin))},
+            {QStringLiteral("drivers"), QJsonArray::fromStringList(drivers.value(plugin.fileName))},
             {QStringLiteral("file"), plugin.fileName},
             {QStringLiteral("manufacturer"), plugin.manufacturer},
             {QStringLiteral("url"), plugin.url.toString()},

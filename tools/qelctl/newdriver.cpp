@@ -15,8 +15,22 @@ namespace {
 // Also a name of a CMake target, of a folder and of translation ids.
 bool isDriverName(const QString &name)
 {
-    static const QRegularExpression pattern(QStringLiteral("^[a-z][a-z0-9_-]{0,63}$"));
-    return pattern.match(name).hasMatch();
+    static const QRegularExpression pattern(
+        QRegularExpression::anchoredPattern(QStringLiteral("[a-z][a-z0-9_-]{0,63}")));
+    // The targets that every CMake project has.
+    static const QStringList reserved{
+        QStringLiteral("all"),
+        QStringLiteral("clean"),
+        QStringLiteral("edit_cache"),
+        QStringLiteral("help"),
+        QStringLiteral("install"),
+        QStringLiteral("package"),
+        QStringLiteral("package_source"),
+        QStringLiteral("preinstall"),
+        QStringLiteral("rebuild_cache"),
+        QStringLiteral("test"),
+    };
+    return pattern.match(name).hasMatch() && !reserved.contains(name);
 }
 
 // How the driver reaches its instrument. The first only plays one.

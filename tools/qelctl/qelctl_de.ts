@@ -534,7 +534,7 @@ Regeln zählen nicht.</translation>
     </message>
     <message id="qelctl-new-driver-no-name">
         <source></source>
-        <translation>'%1' kann kein Treiber heißen; erlaubt sind ein Kleinbuchstabe, dann solche, Ziffern, - und _</translation>
+        <translation>'%1' kann kein Treiber heißen. Erlaubt sind ein Kleinbuchstabe, dann Kleinbuchstaben, Ziffern, - und _, aber kein Name, den CMake selbst braucht, wie etwa test.</translation>
     </message>
     <message id="qelctl-new-driver-not-empty">
         <source></source>

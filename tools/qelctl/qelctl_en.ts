@@ -533,7 +533,7 @@ keeps the rules; what it does not know is the protocol of your instrument. Look 
     </message>
     <message id="qelctl-new-driver-no-name">
         <source></source>
-        <translation>'%1' cannot be the name of a driver; use a lower case letter, then such letters, digits, - and _</translation>
+        <translation>'%1' cannot be the name of a driver. Use a lower case letter, then such letters, digits, - and _, but no name that CMake keeps for itself, such as test.</translation>
     </message>
     <message id="qelctl-new-driver-not-empty">
         <source></source>

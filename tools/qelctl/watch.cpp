@@ -8,7 +8,7 @@
 #include <qelfrontend/selection.h>
 
 #include <qelvalues/names.h>
-#include <qelvalues/valuecodec.h>
+#include <qelvalues/observer.h>
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QDateTime>
@@ -35,82 +35,70 @@ public:
     }
 
 private:
-    void print(const char *signal, QJsonObject values);
+    void print(const Event &event);
 
-    Device *m_device;
     int m_state = Done;
 };
 
-QJsonObject about(Device::DeviceFeature feature)
+// What the event brings, beside its name and time.
+QJsonObject contentOf(const Event &event)
 {
-    return {{QStringLiteral("feature"), featureName(feature)}};
+    const QJsonObject about{{QStringLiteral("feature"), featureName(event.feature)}};
+    const auto aboutValue = [&](const QString &key) {
+        QJsonObject content = about;
+        content.insert(key, valueOrProblem(event.value));
+        return content;
+    };
+    switch (event.kind) {
+    case Event::OpenChanged:
+        return {{QStringLiteral("open"), event.flag}};
+    case Event::BusyChanged:
+        return {{QStringLiteral("isBusy"), event.flag}};
+    case Event::TransientValue:
+        return aboutValue(QStringLiteral("value"));
+    case Event::Executed: {
+        QJsonObject content = aboutValue(QStringLiteral("result"));
+        content.insert(QStringLiteral("ok"), event.flag);
+        return content;
+    }
+    case Event::NameChanged:
+        return {{QStringLiteral("name"), event.value.toString()}};
+    case Event::SerialChanged:
+        return {{QStringLiteral("serial"), event.value.toString()}};
+    case Event::DescriptorChanged:
+        return aboutValue(QStringLiteral("descriptor"));
+    case Event::ConfigurationChanged:
+        return aboutValue(QStringLiteral("configuration"));
+    case Event::FeaturesChanged:
+        break;
+    case Event::ErrorChanged:
+        return {{QStringLiteral("code"), event.errorCode},
+                {QStringLiteral("id"), event.errorTrId},
+                {QStringLiteral("additionalId"), event.additionalInfoTrId}};
+    case Event::ActionRequired:
+        return {{QStringLiteral("actionId"), event.actionId},
+                {QStringLiteral("action"), event.action},
+                {QStringLiteral("sentence"), translated(event.action)}};
+    case Event::ActionConfirmed:
+        return {{QStringLiteral("actionId"), event.actionId}};
+    }
+    return {};
 }
 
 Watcher::Watcher(Device *device)
-    : m_device(device)
 {
-    connect(device, &Device::openChanged, this, [this](bool open) {
-        print("openChanged", {{QStringLiteral("open"), open}});
-    });
-    connect(device, &Device::busyChanged, this, [this](bool isBusy) {
-        print("busyChanged", {{QStringLiteral("isBusy"), isBusy}});
-    });
-    connect(device, &Device::transientValue, this,
-            [this](Device::DeviceFeature feature, const QVariant &value) {
-                QJsonObject values = about(feature);
-                values.insert(QStringLiteral("value"), valueOrProblem(value));
-                print("transientValue", values);
-            });
-    connect(device, &Device::executed, this,
-            [this](Device::DeviceFeature feature, bool ok, const QVariant &result) {
-                QJsonObject values = about(feature);
-                values.insert(QStringLiteral("ok"), ok);
-                values.insert(QStringLiteral("result"), valueOrProblem(result));
-                print("executed", values);
-            });
-    connect(device, &Device::nameChanged, this, [this] {
-        print("nameChanged", {{QStringLiteral("name"), m_device->name()}});
-    });
-    connect(device, &Device::serialChanged, this, [this] {
-        print("serialChanged", {{QStringLiteral("serial"), m_device->serial()}});
-    });
-    connect(device, &Device::descriptorChanged, this, [this](Device::DeviceFeature feature) {
-        QJsonObject values = about(feature);
-        values.insert(QStringLiteral("descriptor"), valueOrProblem(m_device->descriptor(feature)));
-        print("descriptorChanged", values);
-    });
-    connect(device, &Device::configurationChanged, this, [this](Device::DeviceFeature feature) {
-        QJsonObject values = about(feature);
-        values.insert(QStringLiteral("configuration"),
-                      valueOrProblem(m_device->configuration(feature)));
-        print("configurationChanged", values);
-    });
-    connect(device, &Device::featuresChanged, this, [this] { print("featuresChanged", {}); });
-    connect(device, &Device::errorChanged, this, [this] {
-        print("errorChanged",
-              {{QStringLiteral("code"), m_device->errorCode()},
-               {QStringLiteral("id"), m_device->errorTrId()},
-               {QStringLiteral("additionalId"), m_device->errorAdditionalInfoTrId()}});
-    });
-    connect(device, &Device::actionRequired, this, [this](int actionId, const QString &action) {
-        print("actionRequired",
-              {{QStringLiteral("actionId"), actionId},
-               {QStringLiteral("action"), action},
-               {QStringLiteral("sentence"), translated(action)}});
-    });
-    connect(device, &Device::actionConfirmed, this, [this](int actionId) {
-        print("actionConfirmed", {{QStringLiteral("actionId"), actionId}});
-    });
+    observe(device, this, [this](const Event &event) { print(event); });
 }
 
-void Watcher::print(const char *signal, QJsonObject values)
+void Watcher::print(const Event &event)
 {
     if (m_state != Done)
         return;
-    values.insert(QStringLiteral("signal"), QString::fromLatin1(signal));
-    values.insert(QStringLiteral("time"),
-                  QDateTime::currentDateTimeUtc().toString(Qt::ISODateWithMs));
-    m_state = printData(inOneLine(values));
+    QJsonObject line = contentOf(event);
+    line.insert(QStringLiteral("signal"), QLatin1String(signalName(event.kind)));
+    line.insert(QStringLiteral("time"),
+                QDateTime::currentDateTimeUtc().toString(Qt::ISODateWithMs));
+    m_state = printData(inOneLine(line));
     if (m_state != Done)
         QCoreApplication::exit(m_state);
 }
