@@ -90,7 +90,7 @@ struct RunRequest
 /// Lives in the device's thread and needs its event loop. Slots connected to any signal but
 /// finished() are called from within the driver's own code: do not delete the device or the run
 /// there.
-class QELFRONTEND_EXPORT QELFRONTEND_EXPORT QELFRONTEND_EXPORT Run : public QObject
+class QELFRONTEND_EXPORT Run : public QObject
 {
     Q_OBJECT
 
