@@ -1,73 +1,69 @@
-// Lists the instruments, measures a plate on the first one that can measure absorbance, prints it.
-#include <qeldevices/device.h>
+// Measures a plate on the instrument that the command line names, or on the first one, and prints
+// it.
+#include <qelfrontend/enumeration.h>
+#include <qelfrontend/plate.h>
+#include <qelfrontend/platetext.h>
+#include <qelfrontend/run.h>
+#include <qelfrontend/selection.h>
+#include <qelfrontend/startup.h>
+
 #include <qeldevices/devicebroker.h>
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QTextStream>
-#include <QtCore/QTimer>
+
+#include <memory>
 
 using namespace qel::devices;
+using namespace qel::frontend;
 
-static void print(const QVariantHash &plate)
+static int print(const Outcome &outcome)
 {
-    QTextStream out(stdout);
-    out << Qt::fixed << qSetRealNumberPrecision(3);
-    const int columns = plate.value(QStringLiteral("columns")).toInt();
-    const auto reads = plate.value(QStringLiteral("values")).toList();
-    const auto values = reads.value(0).value<QVector<double>>();
-    for (int well = 0; well < values.size(); ++well)
-        out << values.at(well) << ((well + 1) % columns == 0 ? '\n' : '\t');
-}
-
-static void fail(const QString &sentence)
-{
-    QTextStream(stderr) << sentence << '\n';
-    QCoreApplication::exit(1);
-}
-
-static void measureOnFirstOf(QList<DeviceInfo> instruments)
-{
-    if (instruments.isEmpty())
-        return fail(QStringLiteral("No instrument here can measure absorbance."));
-    Device *reader = DeviceBroker::createDevice(instruments.takeFirst());
-    if (!reader) // unplugged meanwhile
-        return measureOnFirstOf(instruments);
-    reader->setParent(qApp);
-
-    QObject::connect(reader, &Device::openChanged, reader, [reader, instruments](bool open) {
-        if (!open)
-            return;
-        if (!reader->hasFeature(Device::DF_AbsorbanceMeasurement)) {
-            reader->deleteLater();
-            return measureOnFirstOf(instruments);
+    QString sentence = outcome.sentence;
+    if (outcome.isResult()) {
+        const auto plate =
+            plateFromResult(Device::DF_AbsorbanceMeasurement, outcome.result, &sentence);
+        if (plate) {
+            QTextStream(stdout) << plateText(*plate);
+            return 0;
         }
-        AbsorbanceMeasurement_config configuration;
-        configuration.setWavelengths({450});
-        reader->setConfiguration(Device::DF_AbsorbanceMeasurement, configuration);
-        reader->execute(Device::DF_AbsorbanceMeasurement);
-    });
-    QObject::connect(reader, &Device::executed, reader,
-                     [](Device::DeviceFeature, bool ok, const QVariant &result) {
-                         print(result.toHash());
-                         QCoreApplication::exit(ok ? 0 : 1);
-                     });
-    QObject::connect(reader, &Device::actionRequired, reader, [](int, const QString &action) {
-        fail(qtTrId(action.toUtf8())); // not confirmed: it is up to the user, then to another run
-    });
-    QObject::connect(reader, &Device::errorChanged, reader, [reader] {
-        fail(reader->name() + QStringLiteral(": ") + qtTrId(reader->errorTrId().toUtf8()));
-    });
-    reader->open();
+    }
+    QTextStream(stderr) << sentence << ' ' << outcome.additionalInfo << '\n';
+    return 1;
 }
 
 int main(int argc, char *argv[])
 {
     QCoreApplication application(argc, argv);
-    qel::devices::init();
+    startLibrary();
 
-    const QList<DeviceInfo> instruments = DeviceBroker::availableDevices();
-    for (const DeviceInfo &instrument : instruments)
-        QTextStream(stdout) << instrument.serial() << '\t' << instrument.name() << '\n';
-    QTimer::singleShot(0, [instruments] { measureOnFirstOf(instruments); });
+    const QList<DeviceInfo> instruments = enumerate().devices();
+    QString problem;
+    const auto chosen = argc > 1 || instruments.isEmpty()
+        ? selectDevice(QString::fromLocal8Bit(argv[argc - 1]), instruments, &problem)
+        : instruments.first();
+    const std::unique_ptr<Device> reader(chosen ? DeviceBroker::createDevice(*chosen) : nullptr);
+    if (!reader) {
+        QTextStream(stderr) << (chosen ? QStringLiteral("The instrument has gone.") : problem)
+                            << '\n';
+        return 1;
+    }
+
+    RunRequest request;
+    request.feature = Device::DF_AbsorbanceMeasurement;
+    request.deadline = std::chrono::minutes(10);
+    request.configure = [](const QVariant &, QString *) {
+        AbsorbanceMeasurement_config configuration;
+        configuration.setWavelengths({450});
+        return QVariant(configuration);
+    };
+    Run run(reader.get(), request);
+    QObject::connect(&run, &Run::actionRequired, &run, [&run](int id, const QString &text) {
+        QTextStream(stderr) << text << '\n';
+        run.abortAction(id); // there is nobody to do it
+    });
+    QObject::connect(&run, &Run::finished,
+                     [](const Outcome &outcome) { QCoreApplication::exit(print(outcome)); });
+    run.start();
     return QCoreApplication::exec();
 }

@@ -69,7 +69,7 @@ is_movable()
 # has_plate FILE: eight rows of twelve numbers.
 has_plate()
 {
-    rows=$(awk -F '\t' 'NF == 12 && $1 > 0 && $12 > 0' "$1" | wc -l)
+    rows=$(awk 'NF == 13 && /^[A-H]/ && $2 > 0 && $13 > 0' "$1" | wc -l)
     test "$rows" -eq 8 || { cat "$1"; fail "expected 8 rows of 12 values, found $rows"; }
 }
 
@@ -122,11 +122,30 @@ END
 application)
     build_against_installation "$SOURCE_DIR/examples/minimal-application"
     "$prefix/bin/minimal-application" >"$scratch/result"
-    has "$scratch/result" SIM-A-0001
+    has_plate "$scratch/result"
+    "$prefix/bin/minimal-application" SIM-A-0001 >"$scratch/result"
+    has_plate "$scratch/result"
+    ! "$prefix/bin/minimal-application" nonesuch 2>"$scratch/result" || fail "it knows 'nonesuch'"
+    has "$scratch/result" 'no instrument "nonesuch"'
+    # Elsewhere it finds no driver but those it is told of.
+    mv "$prefix/bin/devicedrivers" "$scratch/drivers"
+    ! "$prefix/bin/minimal-application" 2>"$scratch/result" || fail "it measures without drivers"
+    QELDEVICES_PLUGIN_PATH=$scratch/drivers "$prefix/bin/minimal-application" >"$scratch/result"
     has_plate "$scratch/result"
     ;;
+widgets)
+    cp -r "$SOURCE_DIR/examples/widgets-application" "$scratch/project"
+    build_against_installation "$scratch/project"
+    cp "$SOURCE_DIR/tests/widgets-application/main.cpp" "$scratch/project"
+    cat >>"$scratch/project/CMakeLists.txt" <<'END'
+find_package(Qt5 REQUIRED COMPONENTS Test)
+target_link_libraries(widgets-application PRIVATE Qt5::Test)
+END
+    build_against_installation "$scratch/project"
+    QT_QPA_PLATFORM=offscreen quietly "$prefix/bin/widgets-application"
+    ;;
 pkg_config)
-    flags=$(PKG_CONFIG_PATH=$prefix/lib/pkgconfig pkg-config --cflags --libs qeldevices)
+    flags=$(PKG_CONFIG_PATH=$prefix/lib/pkgconfig pkg-config --cflags --libs qelfrontend)
     # shellcheck disable=SC2086 # several words each
     quietly "$CXX" -std=c++17 $CXXFLAGS "$SOURCE_DIR/examples/minimal-application/main.cpp" \
         -o "$prefix/bin/by-hand" $flags -Wl,-rpath,"$prefix/lib"
