@@ -5,9 +5,11 @@
 #include <qeldevices/device.h>
 
 #include <QtCore/QCoreApplication>
+#include <QtCore/QDirIterator>
 #include <QtCore/QPointer>
 #include <QtCore/QTranslator>
 
+#include <map>
 #include <memory>
 #include <utility>
 
@@ -71,13 +73,38 @@ static const std::pair<const char *, const char *> deviceErrors[] = {
     {"libqeldevices-ERROR_DEVICE_API_TOO_NEW", "qelfrontend-error-api-too-new"},
 };
 
+// What the English catalogue of a plugin says; empty when none knows the id.
+static QString english(const QByteArray &id)
+{
+    static std::map<QString, std::unique_ptr<QTranslator>> known; // by path
+    QDirIterator catalogues(QStringLiteral(":/qel/devices"), {QStringLiteral("plugin_en.qm")},
+                            QDir::Files, QDirIterator::Subdirectories);
+    while (catalogues.hasNext()) {
+        const QString path = catalogues.next();
+        auto &translator = known[path];
+        if (!translator) {
+            translator = std::make_unique<QTranslator>();
+            translator->load(path);
+        }
+        const QString text = translator->translate("", id.constData());
+        if (!text.isEmpty())
+            return text;
+    }
+    return QString();
+}
+
 QString translated(const QString &id)
 {
     for (const auto &[ofLibrary, own] : deviceErrors) {
         if (id == QLatin1String(ofLibrary))
             return message(own);
     }
-    return qtTrId(id.toUtf8().constData());
+    const QByteArray key = id.toUtf8();
+    const QString text = qtTrId(key.constData());
+    if (text != id)
+        return text;
+    const QString fallback = english(key);
+    return fallback.isEmpty() ? id : fallback;
 }
 
 QString message(const char *id)

@@ -21,7 +21,8 @@ QELFRONTEND_EXPORT void registerMetaTypes();
 QELFRONTEND_EXPORT void installTranslations(const QLocale &locale = QLocale());
 
 /// What `id`, a translation id that a driver or the library has handed out, says in the user's
-/// language; `id` itself when no installed catalogue holds it.
+/// language; in English where there is no catalogue for that; `id` itself where no catalogue holds
+/// it.
 QELFRONTEND_EXPORT QString translated(const QString &id);
 
 /// `text`, which comes from outside, as one line that a terminal shows and does not act on: what is

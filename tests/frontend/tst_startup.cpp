@@ -1,4 +1,5 @@
 // Where drivers come from. One process can start the library once, so this is one story.
+#include <qelfrontend/frontend.h>
 #include <qelfrontend/provenance.h>
 #include <qelfrontend/startup.h>
 
@@ -18,6 +19,7 @@ private slots:
     void complainsAboutFolders();
     void knowsTheOrigin_data();
     void knowsTheOrigin();
+    void speaksEnglishToOthers();
     void leavesTheLogAlone();
 
 private:
@@ -37,6 +39,7 @@ void StartupTest::initTestCase()
 {
     m_handlerBefore = messageHandler();
     QLoggingCategory::setFilterRules(QStringLiteral("qel.devices.info=false"));
+    QLocale::setDefault(QLocale(QLocale::French));
     qputenv("QELDEVICES_PLUGIN_PATH", ORIGINS "/green:" ORIGINS "/red::nowhere-at-all");
     m_problems = qel::frontend::startLibrary({QString(), QStringLiteral(ORIGINS "/blue")});
     m_handlerAfter = messageHandler();
@@ -66,6 +69,16 @@ void StartupTest::knowsTheOrigin()
     const auto plugin = qel::frontend::pluginOfDriver(QString::fromLatin1(QTest::currentDataTag()));
     QVERIFY(plugin);
     QCOMPARE(QFileInfo(plugin->fileName).baseName(), file);
+}
+
+// The plugin brings English texts only.
+void StartupTest::speaksEnglishToOthers()
+{
+    using qel::frontend::translated;
+    QCOMPARE(QLocale().language(), QLocale::French);
+    QCOMPARE(translated(QStringLiteral("laboratory-ORIGIN")),
+             QStringLiteral("From the laboratory"));
+    QCOMPARE(translated(QStringLiteral("nobody-knows")), QStringLiteral("nobody-knows"));
 }
 
 void StartupTest::leavesTheLogAlone()
