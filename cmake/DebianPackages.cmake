@@ -4,7 +4,8 @@
 set(CPACK_GENERATOR DEB)
 set(CPACK_OUTPUT_FILE_PREFIX packages)
 set(CPACK_PACKAGE_CONTACT "The qeldevices developers <developers@qeldevices.invalid>")
-set(CPACK_COMPONENTS_ALL library development frontend frontend_development tools)
+set(CPACK_COMPONENTS_ALL library development frontend frontend_development tools
+    documentation)
 set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_STRIP_FILES ON)
 # Staged below DESTDIR: the prefix itself says where the drivers go, and must stay what it is.
@@ -38,6 +39,7 @@ This package contains the library.")
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME libqeldevices-dev)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION "libdevel${multiarch}")
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "libqeldevices1 (= ${this_version}), qtbase5-dev")
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SUGGESTS qeldevices-doc)
 # For drivers: the linguist tools compile their catalogues, qelctl tests them.
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_RECOMMENDS
     "cmake, qttools5-dev, qttools5-dev-tools, qeldevices-tools (= ${this_version})")
@@ -94,5 +96,15 @@ ${introduction}
 This package contains the Python package qeldevices, whose results are numpy
 arrays and data frames.")
 endif()
+
+set(CPACK_DEBIAN_DOCUMENTATION_PACKAGE_NAME qeldevices-doc)
+set(CPACK_DEBIAN_DOCUMENTATION_PACKAGE_SECTION doc)
+set(CPACK_DEBIAN_DOCUMENTATION_PACKAGE_ARCHITECTURE all)
+set(CPACK_DEBIAN_DOCUMENTATION_PACKAGE_SHLIBDEPS OFF)
+set(CPACK_DEBIAN_DOCUMENTATION_DESCRIPTION "${summary} (documentation)
+${introduction}
+.
+This package contains the guides for operators, application developers and
+driver authors, the schemas of everything that qelctl prints, and examples.")
 
 include(CPack)

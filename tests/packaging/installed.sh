@@ -79,16 +79,18 @@ if test "$case" = install; then
     exit
 fi
 cp -a "$SCRATCH_DIR/install/prefix" "$prefix"
+examples=$prefix/share/doc/qeldevices/examples
 
 case $case in
 system_prefix)
     DESTDIR=$scratch/stage quietly cmake --install "$BUILD_DIR" --prefix /usr
     plugins=$("$(pkg-config --variable=host_bins Qt5Core)/qmake" -query QT_INSTALL_PLUGINS)
     is_tight "$scratch/stage$plugins/devicedrivers/simulator.so"
+    test -f "$scratch/stage/usr/share/doc/qeldevices/doctor.schema.json" || fail "no schemas"
     test ! -e "$scratch/stage/usr/bin/devicedrivers" || fail "a driver stands beside the tool"
     ;;
 driver)
-    build_against_installation "$SOURCE_DIR/examples/minimal-driver"
+    build_against_installation "$examples/minimal-driver"
     is_tight "$prefix/bin/devicedrivers/minimal.so"
     keeps_rules minimal_conformance
     "$prefix/bin/qelctl" list >"$scratch/list"
@@ -97,7 +99,7 @@ driver)
     has "$scratch/result" '21\.5'
     ;;
 incomplete_driver)
-    cp -r "$SOURCE_DIR/examples/minimal-driver" "$scratch/project"
+    cp -r "$examples/minimal-driver" "$scratch/project"
     echo 'void forgotten(); void user() { forgotten(); }' >>"$scratch/project/plugin.cpp"
     if (build_against_installation "$scratch/project") >"$scratch/messages"; then
         fail "a driver with an undefined symbol was linked"
@@ -120,7 +122,7 @@ END
     has "$scratch/list" SIM-A-0001
     ;;
 application)
-    build_against_installation "$SOURCE_DIR/examples/minimal-application"
+    build_against_installation "$examples/minimal-application"
     "$prefix/bin/minimal-application" >"$scratch/result"
     has_plate "$scratch/result"
     "$prefix/bin/minimal-application" SIM-A-0001 >"$scratch/result"
@@ -134,7 +136,7 @@ application)
     has_plate "$scratch/result"
     ;;
 widgets)
-    cp -r "$SOURCE_DIR/examples/widgets-application" "$scratch/project"
+    cp -r "$examples/widgets-application" "$scratch/project"
     build_against_installation "$scratch/project"
     cp "$SOURCE_DIR/tests/widgets-application/main.cpp" "$scratch/project"
     cat >>"$scratch/project/CMakeLists.txt" <<'END'
