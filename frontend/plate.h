@@ -31,16 +31,12 @@ struct Plate
     QString unit;             ///< of the values
     QVector<PlateRead> reads; ///< in the order of measurement; each has rows × columns values
     std::optional<std::chrono::milliseconds> integrationTime; ///< for each well
-    QDateTime startedAt;               ///< in UTC; invalid when the device did not tell
+    QDateTime startedAt;               ///< in UTC
     std::optional<double> temperature; ///< inside the instrument, in °C
 };
 
-/// Whether `feature` delivers a plate.
-QELFRONTEND_EXPORT bool isMeasurement(devices::Device::DeviceFeature feature);
-
 /// Reads the result of a measuring feature.
-/// @return nothing, and a sentence in `problem`, when it is not shaped as one: keys missing, of
-/// another type, or with the wrong number of values
+/// @return nothing, and a sentence in `problem`, when values::checkResult() finds fault with it
 QELFRONTEND_EXPORT std::optional<Plate> plateFromResult(devices::Device::DeviceFeature feature,
                                                         const QVariant &result, QString *problem);
 

@@ -2,10 +2,12 @@
 
 #include "frontend.h"
 #include "messages_p.h"
+#include "problems.h"
 #include "selection.h"
 
 #include <qeldevices/deviceerrors.h>
 #include <qelvalues/names.h>
+#include <qelvalues/results.h>
 
 #include <QtCore/QStringList>
 
@@ -407,11 +409,23 @@ void Run::onExecuted(Device::DeviceFeature feature, bool ok, const QVariant &res
     else if (m_state != Executing)
         return;
     else if (ok)
-        end(Outcome::Result, QString(), result);
+        judge(result);
     else if (m_lost && m_outcome.code == NO_DEVICE_ERROR)
         end(Outcome::DeviceGone);
     else
         end(m_executeReturned ? Outcome::Failed : Outcome::Refused);
+}
+
+// What is not shaped as the feature's results are is none: nobody could tell what was measured.
+void Run::judge(const QVariant &result)
+{
+    const auto feature = *m_request.feature;
+    const auto problems = checkResult(feature, m_device->descriptor(feature),
+                                      m_device->configuration(feature), result);
+    if (problems.isEmpty())
+        end(Outcome::Result, QString(), result);
+    else
+        end(Outcome::Failed, explain(problems.first()));
 }
 
 void Run::onGraceOver()

@@ -26,10 +26,10 @@ struct QELFRONTEND_EXPORT Outcome
 {
     /// The ways in which a run can end.
     enum Kind {
-        Result,        ///< done; `result` holds what the device delivered
+        Result,        ///< done; `result` holds what the device delivered, shaped as it has to be
         Refused,       ///< not begun: no such feature, or the driver or the caller said no at once
         CannotOpen,    ///< the device did not open
-        Failed,        ///< begun, and ended by the device without a result
+        Failed,        ///< begun, and ended by the device without a result that is one
         AbortedByUser, ///< ended by Run::cancel() or Run::abortAction()
         TimedOut,      ///< ended by the deadline
         DeviceGone,    ///< the device was closed, unplugged or deleted in the middle
@@ -168,6 +168,7 @@ private:
     void onTransientValue(devices::Device::DeviceFeature feature, const QVariant &value);
     void onActionRequired(int actionId, const QString &action);
     void onExecuted(devices::Device::DeviceFeature feature, bool ok, const QVariant &result);
+    void judge(const QVariant &result);
     void onGraceOver();
 
     QPointer<devices::Device> m_device;

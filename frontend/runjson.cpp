@@ -5,6 +5,7 @@
 #include "problems.h"
 #include "selection.h"
 
+#include <qelvalues/features.h>
 #include <qelvalues/names.h>
 #include <qelvalues/valuecodec.h>
 

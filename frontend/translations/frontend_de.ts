@@ -211,10 +211,6 @@
         <source></source>
         <translation>Das Gerät hat „%1“ als %2 geliefert, was nicht sein kann; melden Sie das dem Hersteller des Treibers</translation>
     </message>
-    <message id="qelfrontend-plate-empty">
-        <source></source>
-        <translation>Das Gerät hat eine Platte ohne Werte geliefert; melden Sie das dem Hersteller des Treibers</translation>
-    </message>
     <message id="qelfrontend-plate-impossible">
         <source></source>
         <translation>Das Gerät hat „%1“ mit einer Platte aus %2 mal %3 Kavitäten geliefert, was nicht sein kann; melden Sie das dem Hersteller des Treibers</translation>
@@ -222,22 +218,6 @@
     <message id="qelfrontend-plate-none">
         <source></source>
         <translation>Dieses Ergebnis ist keine Platte</translation>
-    </message>
-    <message id="qelfrontend-plate-size">
-        <source></source>
-        <translation>Das Gerät hat eine Platte mit %1 mal %2 Kavitäten geliefert, was nicht sein kann; melden Sie das dem Hersteller des Treibers</translation>
-    </message>
-    <message id="qelfrontend-plate-type">
-        <source></source>
-        <translation>Das Gerät hat ein fehlerhaftes Ergebnis geliefert: „%1“ müsste %2 sein und ist „%3“; melden Sie das dem Hersteller des Treibers</translation>
-    </message>
-    <message id="qelfrontend-plate-values">
-        <source></source>
-        <translation>Das Gerät hat ein fehlerhaftes Ergebnis geliefert: Messung %1 hat %2 Werte für %3 mal %4 Kavitäten; melden Sie das dem Hersteller des Treibers</translation>
-    </message>
-    <message id="qelfrontend-plate-wavelengths">
-        <source></source>
-        <translation>Das Gerät hat ein fehlerhaftes Ergebnis geliefert: %1 Wellenlängen für %2 Messungen; melden Sie das dem Hersteller des Treibers</translation>
     </message>
     <message id="qelfrontend-read-count">
         <source></source>

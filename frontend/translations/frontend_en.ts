@@ -211,10 +211,6 @@
         <source></source>
         <translation>the device delivered &quot;%1&quot; as %2, which cannot be; report this to the maker of its driver</translation>
     </message>
-    <message id="qelfrontend-plate-empty">
-        <source></source>
-        <translation>the device delivered a plate without values; report this to the maker of its driver</translation>
-    </message>
     <message id="qelfrontend-plate-impossible">
         <source></source>
         <translation>the device delivered &quot;%1&quot; with a plate of %2 by %3 wells, which cannot be; report this to the maker of its driver</translation>
@@ -222,22 +218,6 @@
     <message id="qelfrontend-plate-none">
         <source></source>
         <translation>this result is no plate</translation>
-    </message>
-    <message id="qelfrontend-plate-size">
-        <source></source>
-        <translation>the device delivered a plate of %1 by %2 wells, which cannot be; report this to the maker of its driver</translation>
-    </message>
-    <message id="qelfrontend-plate-type">
-        <source></source>
-        <translation>the device delivered a malformed result: &quot;%1&quot; should be %2 and is &quot;%3&quot;; report this to the maker of its driver</translation>
-    </message>
-    <message id="qelfrontend-plate-values">
-        <source></source>
-        <translation>the device delivered a malformed result: read %1 has %2 values for %3 by %4 wells; report this to the maker of its driver</translation>
-    </message>
-    <message id="qelfrontend-plate-wavelengths">
-        <source></source>
-        <translation>the device delivered a malformed result: %1 wavelengths for %2 reads; report this to the maker of its driver</translation>
     </message>
     <message id="qelfrontend-read-count">
         <source></source>

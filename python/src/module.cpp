@@ -9,6 +9,7 @@
 #include <qelfrontend/platecsv.h>
 #include <qelfrontend/problems.h>
 #include <qelfrontend/selection.h>
+#include <qelvalues/features.h>
 #include <qelvalues/names.h>
 #include <qelvalues/results.h>
 #include <qelvalues/valuecodec.h>

@@ -24,12 +24,12 @@ public:
 
     // What the operations do; the defaults are those of a well-behaved device.
     std::function<bool(FakeDevice *)> onOpen = [](FakeDevice *device) {
-        device->addFeature(DF_Orientation);
+        device->addFeature(DF_AmbientTemperature);
         device->setOpen(true);
         return true;
     };
     Action onExecute = [](FakeDevice *device) {
-        device->later([device] { emit device->executed(DF_Orientation, true, 42); });
+        device->later([device] { emit device->executed(DF_AmbientTemperature, true, 42.0); });
     };
     Action onClose = [](FakeDevice *device) { device->setOpen(false); };
     Action onReset = [](FakeDevice *) {};

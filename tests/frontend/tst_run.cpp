@@ -18,14 +18,14 @@ using namespace std::chrono_literals;
 using Prepare = std::function<void(FakeDevice *)>;
 Q_DECLARE_METATYPE(Prepare)
 
-// Runs DF_Orientation on a fake device whose behaviour a test changes.
+// Runs DF_AmbientTemperature on a fake device whose behaviour a test changes.
 class Bench
 {
 public:
     Bench()
         : device(new FakeDevice)
     {
-        request.feature = Device::DF_Orientation;
+        request.feature = Device::DF_AmbientTemperature;
         request.deadline = 400ms;
         request.grace = 40ms;
     }
@@ -102,7 +102,8 @@ static void endLater(FakeDevice *device, bool ok, int code, int ms = 5)
     device->later(
         [=] {
             device->setError(code, QString());
-            emit device->executed(Device::DF_Orientation, ok, ok ? QVariant(42) : QVariant());
+            emit device->executed(Device::DF_AmbientTemperature, ok,
+                                  ok ? QVariant(42.0) : QVariant());
         },
         ms);
 }
@@ -129,14 +130,14 @@ void RunTest::endsOnce_data()
     row("opens later, describes later still", Outcome::Result, 0, [](FakeDevice *device) {
         device->onOpen = [](FakeDevice *d) {
             d->later([d] { d->setOpen(true); });
-            d->later([d] { d->setDescriptor(Device::DF_Orientation, 1); }, 20);
+            d->later([d] { d->setDescriptor(Device::DF_AmbientTemperature, 1); }, 20);
             return true;
         };
     });
     row("offers the feature without a word", Outcome::Result, 0, [](FakeDevice *device) {
         device->onOpen = [](FakeDevice *d) {
             d->setOpen(true);
-            d->later([d] { d->setDescriptor(Device::DF_Orientation, QVariant()); }, 20);
+            d->later([d] { d->setDescriptor(Device::DF_AmbientTemperature, QVariant()); }, 20);
             // Nothing announces the feature; it is looked up when the time is over.
             return true;
         };
@@ -174,22 +175,24 @@ void RunTest::endsOnce_data()
         [](FakeDevice *device) { device->later([device] { delete device; }, 0); });
 
     onExecute("answers at once", Outcome::Result, 0,
-              [](FakeDevice *d) { emit d->executed(Device::DF_Orientation, true, 42); });
+              [](FakeDevice *d) { emit d->executed(Device::DF_AmbientTemperature, true, 42.0); });
     onExecute("answers twice", Outcome::Result, 0, [](FakeDevice *d) {
         endLater(d, true, 0);
         endLater(d, false, ERROR_DEVICE_TIMEOUT);
     });
+    onExecute("answers with what is no result", Outcome::Failed, 0,
+              [](FakeDevice *d) { emit d->executed(Device::DF_AmbientTemperature, true, 42); });
     onExecute("answers for another feature", Outcome::TimedOut, 0,
               [](FakeDevice *d) { emit d->executed(Device::DF_PartsAligned, true, 1); });
     onExecute("never answers", Outcome::TimedOut, 0, [](FakeDevice *) {});
     onExecute("answers when it is too late", Outcome::TimedOut, 0,
               [](FakeDevice *d) { endLater(d, true, 0, 600); });
     onExecute("refuses at once", Outcome::Refused, 0,
-              [](FakeDevice *d) { emit d->executed(Device::DF_Orientation, false); });
+              [](FakeDevice *d) { emit d->executed(Device::DF_AmbientTemperature, false); });
     onExecute("refuses at once with a reason", Outcome::Failed, ERROR_DEVICE_INVALID_CONFIGURATION,
               [](FakeDevice *d) {
                   d->setError(ERROR_DEVICE_INVALID_CONFIGURATION, QString());
-                  emit d->executed(Device::DF_Orientation, false);
+                  emit d->executed(Device::DF_AmbientTemperature, false);
               });
     onExecute("fails", Outcome::Failed, ERROR_DEVICE_CHECKSUM_MISMATCH,
               [](FakeDevice *d) { endLater(d, false, ERROR_DEVICE_CHECKSUM_MISMATCH); });
@@ -198,7 +201,7 @@ void RunTest::endsOnce_data()
     onExecute("gives the reason after the end", Outcome::Failed, ERROR_DEVICE_NOT_READY,
               [](FakeDevice *d) {
                   d->later([d] {
-                      emit d->executed(Device::DF_Orientation, false);
+                      emit d->executed(Device::DF_AmbientTemperature, false);
                       d->setError(ERROR_DEVICE_NOT_READY, QString());
                   });
               });
@@ -225,7 +228,7 @@ void RunTest::endsOnce_data()
               [](FakeDevice *d) { d->later([d] { delete d; }); });
     onExecute("deleted right after the answer", Outcome::Result, 0, [](FakeDevice *d) {
         d->later([d] {
-            emit d->executed(Device::DF_Orientation, true, 42);
+            emit d->executed(Device::DF_AmbientTemperature, true, 42.0);
             delete d;
         });
     });
@@ -244,7 +247,7 @@ void RunTest::endsOnce()
     QCOMPARE(int(outcome.kind), kind);
     QCOMPARE(outcome.code, code);
     QCOMPARE(outcome.trId.isEmpty(), code == 0);
-    QCOMPARE(outcome.result, kind == Outcome::Result ? QVariant(42) : QVariant());
+    QCOMPARE(outcome.result, kind == Outcome::Result ? QVariant(42.0) : QVariant());
     QCOMPARE(outcome.sentence.isEmpty(), kind == Outcome::Result);
     QVERIFY2(!outcome.sentence.contains(QLatin1String("qelfrontend-"))
                  && !outcome.sentence.contains(u'%'),
@@ -252,7 +255,7 @@ void RunTest::endsOnce()
     QVERIFY(outcome.elapsed >= 0ms && outcome.elapsed < 5000ms);
     // An answer after the end changes nothing.
     if (bench.device) {
-        emit bench.device->executed(Device::DF_Orientation, true, 43);
+        emit bench.device->executed(Device::DF_AmbientTemperature, true, 43.0);
         QTest::qWait(5);
         QCOMPARE(bench.outcomes.size(), 1);
         QCOMPARE(bench.run->outcome().result, outcome.result);
@@ -280,7 +283,7 @@ void RunTest::earlierErrorIsNotTheRuns()
         d->later([d, repeated] {
             if (repeated)
                 d->setError(repeated, QString());
-            emit d->executed(Device::DF_Orientation, false);
+            emit d->executed(Device::DF_AmbientTemperature, false);
         });
     };
     const Outcome outcome = bench.runToEnd();
@@ -303,7 +306,7 @@ void RunTest::cancelClimbsTheLadder_data()
     };
     const auto never = [](FakeDevice *) {};
     const auto ask = [](FakeDevice *d) { d->emitActionRequired(QStringLiteral("do-it")); };
-    const auto obey = [](FakeDevice *d) { emit d->executed(Device::DF_Orientation, false); };
+    const auto obey = [](FakeDevice *d) { emit d->executed(Device::DF_AmbientTemperature, false); };
 
     row("obeys a reset", "open execute reset", [=](FakeDevice *device) {
         device->onExecute = never;
@@ -311,7 +314,9 @@ void RunTest::cancelClimbsTheLadder_data()
     });
     row("has its result ready by then", "open execute reset", [=](FakeDevice *device) {
         device->onExecute = never;
-        device->onReset = [](FakeDevice *d) { emit d->executed(Device::DF_Orientation, true, 42); };
+        device->onReset = [](FakeDevice *d) {
+            emit d->executed(Device::DF_AmbientTemperature, true, 42.0);
+        };
     });
     row("obeys a close", "open execute reset close",
         [=](FakeDevice *device) { device->onExecute = never; });
@@ -387,9 +392,9 @@ void RunTest::waitsForTheBusyDevice()
     bench.device->later([&bench] {
         bench.device->setBusy(false);
         // The end of what it did before.
-        emit bench.device->executed(Device::DF_Orientation, true, 1);
+        emit bench.device->executed(Device::DF_AmbientTemperature, true, 1.0);
     });
-    QCOMPARE(bench.runToEnd().result, QVariant(42));
+    QCOMPARE(bench.runToEnd().result, QVariant(42.0));
 }
 
 void RunTest::asksTheUser()
@@ -427,7 +432,7 @@ void RunTest::forwardsProgressAndValues()
     bench.device->onExecute = [](FakeDevice *d) {
         const QVariant sent[] = {0.0, 0.5, 0.25, 1.5, qQNaN(), 0.5, 1.0, QStringLiteral("soon")};
         for (const QVariant &value : sent)
-            emit d->transientValue(Device::DF_Orientation,
+            emit d->transientValue(Device::DF_AmbientTemperature,
                                    QVariantHash{{QStringLiteral("progress"), value}});
         emit d->transientValue(Device::DF_PlateDetection, 7);
         endLater(d, true, 0);
@@ -451,19 +456,20 @@ void RunTest::configures()
     Bench bench;
     bench.device->onOpen = [](FakeDevice *d) {
         d->setOpen(true);
-        d->setDescriptor(Device::DF_Orientation, QStringLiteral("described"));
+        d->setDescriptor(Device::DF_AmbientTemperature, 20.0);
         return true;
     };
     bench.device->onExecute = [](FakeDevice *d) {
-        emit d->executed(Device::DF_Orientation, true, d->configuration(Device::DF_Orientation));
+        emit d->executed(Device::DF_AmbientTemperature, true,
+                         d->configuration(Device::DF_AmbientTemperature));
     };
     bench.request.configure = [](const QVariant &descriptor, QString *) {
-        return std::make_optional(QVariant(descriptor.toString() + QLatin1String(" so")));
+        return std::make_optional(QVariant(descriptor.toDouble() + 1));
     };
     // What ends before the run has begun is something else.
     connect(bench.device, &Device::configurationChanged, this,
-            [&bench] { emit bench.device->executed(Device::DF_Orientation, true, 1); });
-    QCOMPARE(bench.runToEnd().result, QVariant(QStringLiteral("described so")));
+            [&bench] { emit bench.device->executed(Device::DF_AmbientTemperature, true, 1.0); });
+    QCOMPARE(bench.runToEnd().result, QVariant(21.0));
 }
 
 void RunTest::refusesAWrongConfiguration()
@@ -506,7 +512,7 @@ void RunTest::mayBeDeletedAtTheEnd()
 {
     Bench bench;
     bench.device->onExecute = [](FakeDevice *d) {
-        emit d->executed(Device::DF_Orientation, true, 42);
+        emit d->executed(Device::DF_AmbientTemperature, true, 42.0);
         // Would be a use of freed memory if the end were reported from in here.
         d->calls += QStringLiteral("returned");
     };

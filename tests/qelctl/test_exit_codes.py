@@ -95,11 +95,16 @@ class ExitCodes(ToolTest):
         measure = ["run", "A-1", "absorbance", "--timeout", "20"]
         for code, arguments, faults, more, *words in [
             (1, measure, [at_run("partial-data")], {}, "48 values"),
-            (1, measure, [at_run("wrong-type")], {}, "no plate"),
+            (1, measure, [at_run("wrong-type")], {}, "QVariantHash"),
             *((1, ["run", "A-1", feature, "--format", format], [at_run("wrong-type")], {}, due)
               for format in ("table", "json")
-              for feature, due in [("ambient", '"double"'), ("orientation", '"QVariantHash"'),
-                                   ("plate-detection", "SlotStatus"), ("reference", '"int"')]),
+              for feature, due in [("ambient", "double"), ("orientation", "QVariantHash"),
+                                   ("plate-detection", "SlotStatus"), ("reference", "int")]),
+            (1, ["run", "A-1", "firmware-info"], [at_run("partial-data")], {}, "result."),
+            (1, ["run", "A-1", "calibration"], [at_run("partial-data")], {"plate": None},
+             "result.calibratedAt"),
+            (1, ["run", "A-1", "orientation"], [at_run("partial-data")], {}, "result."),
+            (1, ["run", "A-1", "led-bar-effect"], [at_run("wrong-type")], {}, "nothing belongs"),
             (4, measure, [at_open("refuse")], {}, "Reader 1 (A-1)"),
             (4, ["show", "A-1"], [at_open("error", code="ERROR_DEVICE_BOOT_FAIL")], {}, "bootloader"),
             (4, ["watch", "A-1"], [at_open("refuse")], {}, "Reader 1 (A-1)"),

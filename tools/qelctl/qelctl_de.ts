@@ -387,10 +387,6 @@ Rückgabewerte: 0 erledigt, 1 Lauf fehlgeschlagen, 2 falscher Aufruf, 3 Gerät o
         <source></source>
         <translation>Das Ergebnis von %1 ist keine Platte. Benutzen Sie --format table oder json.</translation>
     </message>
-    <message id="qelctl-run-wrong-type">
-        <source></source>
-        <translation>Das Gerät lieferte ein fehlerhaftes Ergebnis: Es ist ein &quot;%1&quot; und sollte ein &quot;%2&quot; sein. Melden Sie das dem Hersteller des Treibers.</translation>
-    </message>
     <message id="qelctl-prompt">
         <source></source>
         <translation>%1 [Eingabetaste: erledigt, n: abbrechen]</translation>

@@ -387,10 +387,6 @@ Exit codes: 0 done, 1 run failed, 2 wrong usage, 3 no such device or feature, 4 
         <source></source>
         <translation>The result of %1 is no plate. Use --format table or json.</translation>
     </message>
-    <message id="qelctl-run-wrong-type">
-        <source></source>
-        <translation>The device delivered a malformed result: it is a &quot;%1&quot; and should be a &quot;%2&quot;. Report this to the maker of its driver.</translation>
-    </message>
     <message id="qelctl-prompt">
         <source></source>
         <translation>%1 [Enter: done, n: abort]</translation>

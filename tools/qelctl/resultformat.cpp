@@ -12,6 +12,7 @@
 #include <qelfrontend/provenance.h>
 #include <qelfrontend/runjson.h>
 
+#include <qelvalues/features.h>
 #include <qelvalues/valuecodec.h>
 
 #include <QtCore/QDateTime>
@@ -84,39 +85,6 @@ static QByteArray asText(const QVariant &result, const ResultContext &context)
     return lines.toUtf8();
 }
 
-// The type that results of a feature have; null where there is none. Plates are checked by their
-// reader.
-static const char *typeOfResult(Device::DeviceFeature feature)
-{
-    switch (feature) {
-    case Device::DF_AmbientTemperature:
-        return "double";
-    case Device::DF_PlateDetection:
-        return "qel::devices::SlotStatus";
-    case Device::DF_ReferenceNumber:
-        return "QString";
-    case Device::DF_PartsAligned:
-        return "bool";
-    case Device::DF_Calibration:
-    case Device::DF_FirmwareInfo:
-    case Device::DF_FirmwareUpdate:
-    case Device::DF_Orientation:
-        return "QVariantHash";
-    default:
-        return nullptr;
-    }
-}
-
-static bool hasDueType(const QVariant &result, Device::DeviceFeature feature, QString *problem)
-{
-    const char *due = typeOfResult(feature);
-    if (!due || qstrcmp(due, result.typeName()) == 0)
-        return true;
-    *problem = text("qelctl-run-wrong-type", QString::fromLatin1(result.typeName()),
-                    QString::fromLatin1(due));
-    return false;
-}
-
 static std::optional<QByteArray> asJson(const Outcome &outcome, const ResultContext &context,
                                         QString *problem)
 {
@@ -136,8 +104,6 @@ static std::optional<QByteArray> asJson(const Outcome &outcome, const ResultCont
 std::optional<QByteArray> formatResult(const Outcome &outcome, Format format,
                                        const ResultContext &context, QString *problem)
 {
-    if (!hasDueType(outcome.result, context.feature, problem))
-        return std::nullopt;
     if (format == Format::Json)
         return asJson(outcome, context, problem);
     if (!isMeasurement(context.feature))
