@@ -147,13 +147,9 @@ END
     QT_QPA_PLATFORM=offscreen quietly "$prefix/bin/widgets-application"
     ;;
 pkg_config)
-    # The program that the guide begins with.
-    awk '/^```cpp/ { inside = 1; next } /^```/ && inside { exit } inside' \
-        "$SOURCE_DIR/docs/writing-an-application.md" >"$scratch/program.cpp"
-    has "$scratch/program.cpp" 'int main'
     flags=$(PKG_CONFIG_PATH=$prefix/lib/pkgconfig pkg-config --cflags --libs qelfrontend)
     # shellcheck disable=SC2086 # several words each
-    quietly "$CXX" -std=c++17 $CXXFLAGS "$scratch/program.cpp" \
+    quietly "$CXX" -std=c++17 $CXXFLAGS "$examples/minimal-application/main.cpp" \
         -o "$prefix/bin/by-hand" $flags -Wl,-rpath,"$prefix/lib"
     "$prefix/bin/by-hand" >"$scratch/result"
     has_plate "$scratch/result"
