@@ -92,6 +92,7 @@ QVector<Rule> actionRules();
 QVector<Rule> errorRules();
 QVector<Rule> lifeRules();
 QVector<Rule> timeRules();
+QVector<Rule> resultRules();
 
 } // namespace qel::conformance
 

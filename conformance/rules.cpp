@@ -6,7 +6,7 @@ const QVector<Rule> &allRules()
 {
     static const QVector<Rule> rules = pluginFileRules() + enumerationRules() + identityRules()
         + openRules() + featureRules() + executionRules() + actionRules() + errorRules()
-        + lifeRules() + timeRules();
+        + lifeRules() + timeRules() + resultRules();
     return rules;
 }
 

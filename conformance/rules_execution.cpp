@@ -1,3 +1,4 @@
+#include "configurations.h"
 #include "tour.h"
 
 #include <qeldevices/deviceerrors.h>
@@ -107,10 +108,9 @@ static void checkResults(Subject &subject)
         if (!run.isSuccess())
             continue;
         succeeded = true;
-        const auto problems =
-            values::checkResult(run.feature, run.descriptor, run.configuration, run.ending().value);
-        if (!problems.isEmpty())
-            offences.add(toString(problems), run);
+        const QString fault = shapeFault(run);
+        if (!fault.isEmpty())
+            offences.add(fault, run);
         // An old error that stayed is another rule's matter.
         const int error = run.ending().errorCode;
         if (error != 0 && error != run.oldError)
@@ -176,14 +176,17 @@ static void checkSettingsUntouched(Subject &subject)
     Offences offences;
     const auto runs = allowedRuns(subject);
     for (const Run &run : runs) {
+        if (run.kind == Run::Changed)
+            continue;
         const auto changed = [&](Event::Kind kind) {
             return std::any_of(run.events.cbegin(), run.events.cend(), [&](const Event &event) {
                 return event.kind == kind && event.feature == run.feature;
             });
         };
-        if (run.configurationAfter != run.configuration || changed(Event::ConfigurationChanged))
+        if (!isSame(run.configurationAfter, run.configuration)
+            || changed(Event::ConfigurationChanged))
             offences.add(QStringLiteral("the run changed the configuration"), run);
-        if (run.descriptorAfter != run.descriptor || changed(Event::DescriptorChanged))
+        if (!isSame(run.descriptorAfter, run.descriptor) || changed(Event::DescriptorChanged))
             offences.add(QStringLiteral("the run changed the descriptor"), run);
     }
     offences.conclude();

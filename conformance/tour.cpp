@@ -2,6 +2,9 @@
 
 #include "configurations.h"
 
+#include <qelvalues/features.h>
+#include <qelvalues/results.h>
+
 #include <algorithm>
 #include <iterator>
 
@@ -27,8 +30,9 @@ bool Run::hasRequest() const
 static QVector<Run> ended(const QVector<Run> &runs, bool isForbidden)
 {
     QVector<Run> some;
-    std::copy_if(runs.cbegin(), runs.cend(), std::back_inserter(some),
-                 [&](const Run &run) { return run.isEnded && run.isForbidden == isForbidden; });
+    std::copy_if(runs.cbegin(), runs.cend(), std::back_inserter(some), [&](const Run &run) {
+        return run.isEnded && (run.kind == Run::Forbidden) == isForbidden;
+    });
     return some;
 }
 
@@ -37,9 +41,38 @@ QVector<Run> Tour::allowed() const
     return ended(runs, false);
 }
 
+QVector<Run> Tour::successful() const
+{
+    QVector<Run> some;
+    const QVector<Run> all = allowed();
+    std::copy_if(all.cbegin(), all.cend(), std::back_inserter(some),
+                 [](const Run &run) { return run.isSuccess(); });
+    return some;
+}
+
 QVector<Run> Tour::forbidden() const
 {
     return ended(runs, true);
+}
+
+QString shapeFault(const Run &run)
+{
+    QStringList texts;
+    const auto problems =
+        values::checkResult(run.feature, run.descriptor, run.configuration, run.ending().value);
+    for (const values::Problem &problem : problems) {
+        // What does not fit its run is a matter of values, not of shape.
+        if (problem.code != values::Problem::NotAsConfigured
+            && problem.code != values::Problem::NotAsDescribed
+            && problem.code != values::Problem::NotSelected)
+            texts += values::toString(problem);
+    }
+    return texts.join(QStringLiteral(", "));
+}
+
+bool isMisshapen(const Run &run)
+{
+    return !shapeFault(run).isEmpty();
 }
 
 void Offences::add(const QString &seen, const QVector<Event> &around)
@@ -86,7 +119,9 @@ private:
     void tryForbidden(Feature feature);
     Run begin(Feature feature, const QVariant &configuration, const QString &what);
     void end(Instrument &instrument, Run *run, int start);
-    void add(Feature feature, const QVariant &configuration, const QString &what);
+    void add(Feature feature, Run::Kind kind, const QVariant &configuration, const QString &what,
+             const QVariant &next = {});
+    void chain(Feature feature);
     void provoke();
     void overlap();
 
@@ -135,14 +170,19 @@ void Guide::end(Instrument &instrument, Run *run, int start)
     run->configurationAfter = instrument->configuration(run->feature);
 }
 
-void Guide::add(Feature feature, const QVariant &configuration, const QString &what)
+// @param next the configuration that is set when execute() has returned; invalid for none
+void Guide::add(Feature feature, Run::Kind kind, const QVariant &configuration, const QString &what,
+                const QVariant &next)
 {
     Run run = begin(feature, configuration, what);
+    run.kind = kind;
     Instrument &instrument = m_subject.opened();
     const int start = instrument.seen().count();
     instrument.callExecute(feature);
     run.eventsWithin = instrument.seen().count() - start;
     run.isBusyOnReturn = instrument->isBusy();
+    if (next.isValid())
+        instrument->setConfiguration(feature, next);
     try {
         instrument.awaitRun(feature, start, true);
         run.endedAt = QDateTime::currentDateTimeUtc();
@@ -160,7 +200,7 @@ void Guide::tryForbidden(Feature feature)
     for (const WrongConfiguration &configuration : wrong) {
         Run run =
             begin(feature, configuration.value, QStringLiteral("with %1").arg(configuration.what));
-        run.isForbidden = true;
+        run.kind = Run::Forbidden;
         Instrument &instrument = m_subject.opened();
         const int start = instrument.seen().count();
         try {
@@ -194,12 +234,50 @@ void Guide::provoke()
 
 void Guide::visit(Feature feature)
 {
-    Instrument &instrument = m_subject.opened();
-    const auto runnable = instrument.runnable();
-    if (!runnable.contains(feature))
+    const auto isRunnable = [&] { return m_subject.opened().runnable().contains(feature); };
+    if (!isRunnable())
         return;
+    const QVariant descriptor = m_subject.opened()->descriptor(feature);
+    const QVariant shortest = shortConfiguration(feature, descriptor);
     provoke();
-    add(feature, shortConfiguration(feature, instrument->descriptor(feature)), {});
+    add(feature, Run::Short, shortest, {});
+    // What it says of a run that fails has been seen.
+    const bool isFailed = !m_tour.runs.constLast().isSuccess();
+    if (shortest.isValid() && hasDefaults(descriptor) && !isFailed && isRunnable())
+        add(feature, Run::Defaults, {}, QStringLiteral("without a configuration"));
+    const auto others = otherConfigurations(feature, descriptor);
+    for (const OtherConfiguration &other : others) {
+        if (!isFailed && isRunnable())
+            add(feature, Run::Other, other.value, QStringLiteral("with ") + other.what);
+    }
+    if (!others.isEmpty() && !isFailed && isRunnable()) {
+        add(feature, Run::Changed, shortest,
+            QStringLiteral("with another configuration set during the run"),
+            others.constFirst().value);
+    }
+}
+
+void Guide::chain(Feature feature)
+{
+    Instrument &instrument = m_subject.opened();
+    instrument.setShortConfiguration(feature);
+    int left = 1;
+    instrument.recorder().setReaction([&](const Event &event) {
+        if (event.kind == Event::Executed && left-- > 0)
+            instrument.callExecute(feature);
+    });
+    Run run = begin(feature, shortConfiguration(feature, instrument->descriptor(feature)),
+                    QStringLiteral("executed again by the receiver of its ending"));
+    const int start = instrument.seen().count();
+    instrument.callExecute(feature);
+    if (!instrument.awaitEndings(start, 2, true)) {
+        m_subject.reportStuck(
+            {feature, 615, QStringLiteral("%1 has fewer than two endings").arg(run.what)});
+    }
+    m_subject.settle();
+    instrument.recorder().setReaction({});
+    end(instrument, &run, start);
+    m_tour.chains += run;
 }
 
 void Guide::overlap()
@@ -227,9 +305,8 @@ void Guide::overlap()
 Tour Guide::make()
 {
     Instrument &instrument = m_subject.opened();
-    const int start = instrument.seen().count();
     m_subject.settle();
-    m_tour.idle = instrument.seen().events(start);
+    m_tour.idle = instrument.seen().events();
 
     const auto configurable = instrument.configurable();
     try {
@@ -238,6 +315,10 @@ Tour Guide::make()
         for (const Feature feature : configurable)
             visit(feature);
         overlap();
+        for (const Feature feature : configurable) {
+            if (!values::isMoving(feature) && m_subject.opened().runnable().contains(feature))
+                chain(feature);
+        }
     } catch (const Unmet &) {
         // The instrument was lost on the way: what has been seen until then counts.
     }

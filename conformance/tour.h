@@ -13,15 +13,22 @@ struct Run
     using Feature = devices::Device::DeviceFeature;
 
     Feature feature = devices::Device::DF_None;
-    QString what;             ///< the feature, and what is special about the run, for people
-    bool isForbidden = false; ///< whether the descriptor forbids the configuration
-    QVariant descriptor;      ///< at the start
-    QVariant configuration;   ///< as it was set
-    QDateTime startedAt;      ///< UTC, a moment before execute()
-    QDateTime endedAt;        ///< UTC, a moment after the ending
-    int oldError = 0;         ///< the error of the device before execute()
-    bool isEnded = false;     ///< whether there was an ending
-    int eventsWithin = 0;     ///< how many events there were when execute() returned
+    QString what; ///< the feature, and what is special about the run, for people
+    enum Kind {
+        Short,     ///< with the configuration that makes for the shortest run
+        Defaults,  ///< without a configuration
+        Other,     ///< with another one that is allowed
+        Changed,   ///< with another one being set right after execute()
+        Forbidden, ///< with one that the descriptor forbids
+    };
+    Kind kind = Short;
+    QVariant descriptor;    ///< at the start
+    QVariant configuration; ///< as it was set
+    QDateTime startedAt;    ///< UTC, a moment before execute()
+    QDateTime endedAt;      ///< UTC, a moment after the ending
+    int oldError = 0;       ///< the error of the device before execute()
+    bool isEnded = false;   ///< whether there was an ending
+    int eventsWithin = 0;   ///< how many events there were when execute() returned
     bool isBusyOnReturn = false;
     bool isOpenAfter = false;
     bool isBusyAfter = false;
@@ -46,19 +53,29 @@ struct Run
 };
 
 /// What is seen when every feature that may be run is run: with its shortest configuration, with
-/// others, and with those that the descriptor forbids; and when a run is started during another.
+/// others, and with those that the descriptor forbids; and when a run is started during another, or
+/// by the receiver of an ending.
 struct Tour
 {
-    QVector<Event> idle; ///< of a quiet moment of the open device before the first run
+    QVector<Event> idle; ///< of the device before the first run
     QVector<Run> runs;
     /// A run during which the same feature was executed once more.
     std::optional<Run> overlap;
+    /// Runs whose ending made its receiver execute the same feature once more.
+    QVector<Run> chains;
 
     /// The runs with a configuration that is allowed and an ending.
     QVector<Run> allowed() const;
+    /// Of these, the ones that succeeded.
+    QVector<Run> successful() const;
     /// The runs with a configuration that is forbidden and an ending.
     QVector<Run> forbidden() const;
 };
+
+/// Whether the result of a run that succeeded has not the shape that its feature delivers.
+bool isMisshapen(const Run &run);
+/// What is wrong with that shape, in words.
+QString shapeFault(const Run &run);
 
 /// Makes the tour with the instrument under test.
 Tour makeTour(Subject &subject);

@@ -8,6 +8,14 @@
 using namespace qel::devices;
 
 static const int tick = 3;
+static const int rows = 2;
+static const int columns = 3;
+
+static QString unitOf(Device::DeviceFeature feature)
+{
+    return feature == Device::DF_AbsorbanceMeasurement ? QStringLiteral("OD")
+                                                       : QStringLiteral("RLU/s");
+}
 
 GoodDevice::GoodDevice(const DeviceInfo &info)
     : Device(info, nullptr)
@@ -44,8 +52,9 @@ void GoodDevice::connected()
 
 void GoodDevice::fillFeatures()
 {
-    for (const DeviceFeature feature : {DF_AmbientTemperature, DF_LuminescenceMeasurement,
-                                        DF_Calibration, DF_ReferenceNumber, DF_LedBarEffect}) {
+    for (const DeviceFeature feature :
+         {DF_AmbientTemperature, DF_AbsorbanceMeasurement, DF_LuminescenceMeasurement,
+          DF_Calibration, DF_ReferenceNumber, DF_Orientation, DF_LedBarEffect}) {
         setDescriptor(feature, descriptorOf(feature));
         addFeature(feature);
     }
@@ -57,31 +66,66 @@ static QVariantHash setting(const QVariant &preset)
             {QStringLiteral("default"), preset}};
 }
 
-QVariant GoodDevice::descriptorOf(DeviceFeature feature) const
+static QVariantHash ledSettings()
 {
     QVariantHash settings;
-    if (feature == DF_LedBarEffect) {
-        const LedBarEffect_config presets(LedBarEffect_Effect::Solid, {}, {}, 0);
-        for (auto it = presets.cbegin(); it != presets.cend(); ++it)
-            settings.insert(it.key(), setting(*it));
-        return QVariantHash{{QStringLiteral("settings"), settings}};
+    const LedBarEffect_config presets(LedBarEffect_Effect::Solid, {}, {}, 0);
+    for (auto it = presets.cbegin(); it != presets.cend(); ++it)
+        settings.insert(it.key(), setting(*it));
+    const auto choose = [&](const QString &key, const QVariantList &choices) {
+        QVariantHash described = settings.value(key).toHash();
+        described.insert(QStringLiteral("choices"), choices);
+        settings.insert(key, described);
+    };
+    choose(QStringLiteral("effect"), {0, 1, 3});
+    choose(QStringLiteral("mode"), {1, 2});
+    return settings;
+}
+
+static QVariantHash measuringSettings(Device::DeviceFeature feature)
+{
+    if (feature == Device::DF_AbsorbanceMeasurement) {
+        QVariantHash wavelengths = setting(QVariant::fromValue(QList<int>{450}));
+        wavelengths.insert(QStringLiteral("choices"), QVariantList{405, 450, 620});
+        return {{QStringLiteral("wavelengths"), wavelengths},
+                {QStringLiteral("rapidMode"), setting(false)}};
     }
-    if (feature != DF_AmbientTemperature && feature != DF_LuminescenceMeasurement)
+    QVariantHash time = setting(QVariant::fromValue(std::chrono::milliseconds(100)));
+    time.insert(QStringLiteral("minimum"), 10);
+    time.insert(QStringLiteral("maximum"), 1000);
+    time.insert(QStringLiteral("step"), 10);
+    QVariantHash wells = setting(QVariant::fromValue(QVector<bool>()));
+    wells.insert(QStringLiteral("length"), rows * columns);
+    return {{QStringLiteral("integrationTime"), time}, {QStringLiteral("selectedWells"), wells}};
+}
+
+QVariant GoodDevice::descriptorOf(DeviceFeature feature) const
+{
+    const QString unit = QStringLiteral("unit");
+    const QString settings = QStringLiteral("settings");
+    const QVariantHash range = {{QStringLiteral("minimum"), 0.0},
+                                {QStringLiteral("maximum"), 100.0}};
+    QVariantHash descriptor;
+    switch (feature) {
+    case DF_AmbientTemperature:
+        descriptor = range;
+        descriptor.insert(unit, QStringLiteral("°C"));
+        return descriptor;
+    case DF_AbsorbanceMeasurement:
+    case DF_LuminescenceMeasurement:
+        descriptor = range;
+        descriptor.insert(unit, unitOf(feature));
+        descriptor.insert(QStringLiteral("rows"), rows);
+        descriptor.insert(QStringLiteral("columns"), columns);
+        descriptor.insert(settings, measuringSettings(feature));
+        return descriptor;
+    case DF_Orientation:
+        return QVariantHash{{unit, QStringLiteral("m/s²")}};
+    case DF_LedBarEffect:
+        return QVariantHash{{settings, ledSettings()}};
+    default:
         return {};
-    QVariantHash descriptor = {{QStringLiteral("unit"), QStringLiteral("°C")},
-                               {QStringLiteral("minimum"), 0.0},
-                               {QStringLiteral("maximum"), 100.0}};
-    if (feature == DF_LuminescenceMeasurement) {
-        QVariantHash time = setting(QVariant::fromValue(std::chrono::milliseconds(100)));
-        time.insert(QStringLiteral("minimum"), 10);
-        time.insert(QStringLiteral("maximum"), 1000);
-        settings.insert(QStringLiteral("integrationTime"), time);
-        descriptor.insert(QStringLiteral("settings"), settings);
-        descriptor.insert(QStringLiteral("unit"), QStringLiteral("RLU/s"));
-        descriptor.insert(QStringLiteral("rows"), 2);
-        descriptor.insert(QStringLiteral("columns"), 3);
     }
-    return descriptor;
 }
 
 void GoodDevice::close()
@@ -125,6 +169,48 @@ void GoodDevice::executeImpl(DeviceFeature feature)
     start(feature);
 }
 
+// The number behind each value or element that a setting limits.
+static QVector<qint64> numbersIn(const QVariant &value)
+{
+    using Modes = LedBarEffect_config::Modes;
+    QVector<qint64> numbers;
+    if (value.userType() == qMetaTypeId<std::chrono::milliseconds>())
+        numbers += value.value<std::chrono::milliseconds>().count();
+    else if (value.userType() == qMetaTypeId<QList<int>>())
+        for (const int number : value.value<QList<int>>())
+            numbers += number;
+    else if (value.userType() == qMetaTypeId<LedBarEffect_Effect>())
+        numbers += qint64(value.value<LedBarEffect_Effect>());
+    else if (value.userType() == qMetaTypeId<Modes>())
+        for (int bit = 1; bit <= int(value.value<Modes>()); bit *= 2)
+            if (value.value<Modes>() & LedBarEffect_config::Mode(bit))
+                numbers += bit;
+    return numbers;
+}
+
+bool GoodDevice::allows(const QVariantHash &rules, const QVariant &value) const
+{
+    if (rules.value(QStringLiteral("type")) != QLatin1String(value.typeName()))
+        return false;
+    const QVariant wells = rules.value(QStringLiteral("length"));
+    const int size = value.value<QVector<bool>>().size();
+    if (wells.isValid() && size > 0 && size != wells.toInt())
+        return false;
+    const QVariantList choices = rules.value(QStringLiteral("choices")).toList();
+    const QVariant minimum = rules.value(QStringLiteral("minimum"));
+    const QVariant maximum = rules.value(QStringLiteral("maximum"));
+    const int step = rules.value(QStringLiteral("step"), 1).toInt();
+    const auto numbers = numbersIn(value);
+    for (const qint64 number : numbers) {
+        if ((minimum.isValid() && number < minimum.toLongLong())
+            || (maximum.isValid() && number > maximum.toLongLong())
+            || (number - minimum.toLongLong()) % step != 0
+            || (!choices.isEmpty() && !choices.contains(int(number))))
+            return false;
+    }
+    return true;
+}
+
 bool GoodDevice::accepts(DeviceFeature feature) const
 {
     const QVariantHash values = configuration(feature).toHash();
@@ -132,17 +218,8 @@ bool GoodDevice::accepts(DeviceFeature feature) const
         descriptor(feature).toHash().value(QStringLiteral("settings")).toHash();
     for (auto it = settings.cbegin(); it != settings.cend(); ++it) {
         const QVariant value = values.value(it.key());
-        const QVariantHash rules = it->toHash();
-        if (!value.isValid())
-            continue;
-        if (rules.value(QStringLiteral("type")) != QLatin1String(value.typeName()))
+        if (value.isValid() && !allows(it->toHash(), value))
             return false;
-        if (value.canConvert<std::chrono::milliseconds>()) {
-            const auto count = value.value<std::chrono::milliseconds>().count();
-            if (count < rules.value(QStringLiteral("minimum")).toInt()
-                || count > rules.value(QStringLiteral("maximum")).toInt())
-                return false;
-        }
     }
     return true;
 }
@@ -156,13 +233,15 @@ void GoodDevice::refuse(DeviceFeature feature, int code, const QString &details)
 void GoodDevice::start(DeviceFeature feature)
 {
     m_running = feature;
+    m_configuration = configuration(feature).toHash();
+    m_startedAt = QDateTime::currentDateTimeUtc();
     m_step = 0;
     if (feature == DF_ReferenceNumber || feature == DF_LedBarEffect)
         return finish(true);
     setBusy(true);
     if (feature == DF_Calibration)
         askForEmptySlot();
-    else if (feature == DF_LuminescenceMeasurement)
+    else if (feature == DF_LuminescenceMeasurement || feature == DF_AbsorbanceMeasurement)
         step();
     else
         after(tick, [this] { finish(true); });
@@ -205,6 +284,48 @@ void GoodDevice::reportProgress(double progress)
     emit transientValue(m_running, QVariantHash{{QStringLiteral("progress"), progress}});
 }
 
+QVariant GoodDevice::setTo(DeviceFeature feature, const char *key) const
+{
+    const QVariantHash settings =
+        descriptor(feature).toHash().value(QStringLiteral("settings")).toHash();
+    const QVariantHash described = settings.value(QLatin1String(key)).toHash();
+    return m_configuration.value(QLatin1String(key), described.value(QStringLiteral("default")));
+}
+
+QVector<double> GoodDevice::readPlate(const QVector<bool> &selected) const
+{
+    QVector<double> values(rows * columns, 50.0);
+    for (int i = 0; i < values.size(); ++i) {
+        if (!selected.value(i, selected.isEmpty()))
+            values[i] = qQNaN();
+    }
+    return values;
+}
+
+QVariantHash GoodDevice::measured(DeviceFeature feature) const
+{
+    QVariantHash result = {{QStringLiteral("rows"), rows},
+                           {QStringLiteral("columns"), columns},
+                           {QStringLiteral("unit"), unitOf(feature)},
+                           {QStringLiteral("startedAt"), m_startedAt},
+                           {QStringLiteral("temperature"), 21.5}};
+    QVariantList reads;
+    if (feature == DF_LuminescenceMeasurement) {
+        const QVariant selected = setTo(feature, "selectedWells");
+        reads += QVariant::fromValue(readPlate(selected.value<QVector<bool>>()));
+        result.insert(QStringLiteral("integrationTime"), setTo(feature, "integrationTime"));
+    } else {
+        auto wavelengths = setTo(feature, "wavelengths").value<QList<int>>();
+        if (wavelengths.isEmpty())
+            wavelengths = {405, 450, 620};
+        for (int i = 0; i < wavelengths.size(); ++i)
+            reads += QVariant::fromValue(readPlate({}));
+        result.insert(QStringLiteral("wavelengths"), QVariant::fromValue(wavelengths));
+    }
+    result.insert(QStringLiteral("values"), reads);
+    return result;
+}
+
 QVariant GoodDevice::resultOf(DeviceFeature feature) const
 {
     switch (feature) {
@@ -212,18 +333,13 @@ QVariant GoodDevice::resultOf(DeviceFeature feature) const
         return 21.5;
     case DF_ReferenceNumber:
         return QStringLiteral("G-1");
+    case DF_Orientation:
+        return QVariantHash(Orientation_result(0.0F, 0.0F, 9.81F, Orientation_result::Side::Top));
     case DF_Calibration:
         return QVariantHash{{QStringLiteral("calibratedAt"), QDateTime::currentDateTimeUtc()}};
+    case DF_AbsorbanceMeasurement:
     case DF_LuminescenceMeasurement:
-        return QVariantHash{{QStringLiteral("rows"), 2},
-                            {QStringLiteral("columns"), 3},
-                            {QStringLiteral("unit"), QStringLiteral("RLU/s")},
-                            {QStringLiteral("values"),
-                             QVariantList{QVariant::fromValue(QVector<double>(6, 1000.0))}},
-                            {QStringLiteral("startedAt"), QDateTime::currentDateTimeUtc()},
-                            {QStringLiteral("temperature"), 21.5},
-                            {QStringLiteral("integrationTime"),
-                             QVariant::fromValue(std::chrono::milliseconds(10))}};
+        return measured(feature);
     default:
         return {};
     }

@@ -5,6 +5,7 @@
 #include <qeldevices/devicebroker.h>
 #include <qeldevices/deviceerrors.h>
 
+#include <QtCore/QDateTime>
 #include <QtCore/QTimer>
 
 #include <functional>
@@ -35,11 +36,18 @@ protected:
     virtual QVariant descriptorOf(DeviceFeature feature) const;
     /// Whether the configuration of `feature` is one that its descriptor allows.
     virtual bool accepts(DeviceFeature feature) const;
+    /// Whether a setting with the description `rules` may have the value.
+    virtual bool allows(const QVariantHash &rules, const QVariant &value) const;
     /// Does the work of `feature`, and begins with its first step.
     virtual void start(DeviceFeature feature);
     virtual void askForEmptySlot();
     virtual void reportProgress(double progress);
     virtual QVariant resultOf(DeviceFeature feature) const;
+    virtual QVariantHash measured(DeviceFeature feature) const;
+    /// One read of the plate, with a selection of its wells or all.
+    virtual QVector<double> readPlate(const QVector<bool> &selected) const;
+    /// What `key` is set to in the run at work.
+    virtual QVariant setTo(DeviceFeature feature, const char *key) const;
     /// A second execute() during a run.
     virtual void refuse(DeviceFeature feature, int code, const QString &details);
     /// The only way out of a run.
@@ -53,6 +61,8 @@ protected:
 
     bool m_isOpening = false;
     DeviceFeature m_running = DF_None;
+    QVariantHash m_configuration; // of the run at work
+    QDateTime m_startedAt;
     int m_request = -1;
     int m_step = 0;
     QTimer m_timer;
