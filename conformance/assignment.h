@@ -34,7 +34,7 @@ struct Assignment
     bool isUnsafe = false; ///< whether parts of the instrument may be moved
     Answers answers = Answers::Decline;
     Limits limits;
-    QVector<int> rules;   ///< the rules to judge
+    QVector<int> rules;   ///< the rules to judge, in this order
     QStringList hung;     ///< calls that did not return in an earlier process
     QVector<Stuck> stuck; ///< features whose run had no end in an earlier process
 

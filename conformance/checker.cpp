@@ -67,6 +67,9 @@ Report Checker::run(const std::function<void(const Result &)> &report)
         if (m_request.rules.isEmpty() || m_request.rules.contains(rule.number))
             pending += &rule;
     }
+    // Whatever the other rules have recorded is gone with the process.
+    std::stable_partition(pending.begin(), pending.end(),
+                          [](const Rule *rule) { return !rule->coversExit; });
     while (!pending.isEmpty() && m_report.error.isEmpty()) {
         const QString why = whyNot(*pending.constFirst());
         if (why.isEmpty())
@@ -74,6 +77,8 @@ Report Checker::run(const std::function<void(const Result &)> &report)
         else
             leaveOut(*pending.takeFirst());
     }
+    std::sort(m_report.results.begin(), m_report.results.end(),
+              [](const Result &a, const Result &b) { return a.rule->number < b.rule->number; });
     return m_report;
 }
 

@@ -98,6 +98,18 @@ QVariant shortConfiguration(Feature feature, const QVariant &descriptor)
     return configuration.isEmpty() ? QVariant() : QVariant(configuration);
 }
 
+QVariant someConfiguration(Feature feature, const QVariant &descriptor)
+{
+    QVariantHash configuration = shortConfiguration(feature, descriptor).toHash();
+    const QVariantHash settings = settingsOf(descriptor);
+    for (auto it = settings.cbegin(); it != settings.cend(); ++it) {
+        const QVariant preset = it->toHash().value(QStringLiteral("default"));
+        if (preset.isValid() && !configuration.contains(it.key()))
+            configuration.insert(it.key(), preset);
+    }
+    return configuration.isEmpty() ? QVariant() : QVariant(configuration);
+}
+
 bool hasDefaults(const QVariant &descriptor)
 {
     const QVariantHash settings = settingsOf(descriptor);

@@ -10,6 +10,9 @@ namespace qel::conformance {
 /// The valid configuration that makes for the shortest run; invalid where none is needed.
 QVariant shortConfiguration(devices::Device::DeviceFeature feature, const QVariant &descriptor);
 
+/// A valid configuration; invalid only where the feature takes none.
+QVariant someConfiguration(devices::Device::DeviceFeature feature, const QVariant &descriptor);
+
 /// Whether two values are equal in type and content. QVariant compares some types, QList<int> for
 /// instance, by their place in memory.
 bool isSame(const QVariant &left, const QVariant &right);

@@ -78,6 +78,9 @@ struct Hindered
 /// All rules, by ascending number.
 const QVector<Rule> &allRules();
 
+/// The rule with that number; null when there is none.
+const Rule *findRule(int number);
+
 /// The page of documentation that lists all rules, in Markdown.
 QString rulesPage();
 
@@ -93,6 +96,7 @@ QVector<Rule> errorRules();
 QVector<Rule> lifeRules();
 QVector<Rule> timeRules();
 QVector<Rule> resultRules();
+QVector<Rule> surroundingsRules();
 
 } // namespace qel::conformance
 

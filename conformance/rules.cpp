@@ -1,13 +1,23 @@
 #include "rule.h"
 
+#include <algorithm>
+
 namespace qel::conformance {
 
 const QVector<Rule> &allRules()
 {
     static const QVector<Rule> rules = pluginFileRules() + enumerationRules() + identityRules()
         + openRules() + featureRules() + executionRules() + actionRules() + errorRules()
-        + lifeRules() + timeRules() + resultRules();
+        + lifeRules() + timeRules() + resultRules() + surroundingsRules();
     return rules;
+}
+
+const Rule *findRule(int number)
+{
+    const auto &rules = allRules();
+    const auto rule = std::find_if(rules.cbegin(), rules.cend(),
+                                   [number](const Rule &r) { return r.number == number; });
+    return rule == rules.cend() ? nullptr : &*rule;
 }
 
 QString rulesPage()

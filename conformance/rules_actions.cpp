@@ -178,6 +178,51 @@ static void checkAnswerWithin(Subject &subject)
     }
 }
 
+static void checkForgottenRequest(Subject &subject)
+{
+    for (const bool closes : {false, true}) {
+        Instrument instrument(subject);
+        instrument.open();
+        Device::DeviceFeature feature = Device::DF_None;
+        const int id = instrument.startRequest(&feature);
+        const int start = instrument.seen().count();
+        if (closes)
+            instrument.callClose();
+        else
+            instrument.callReset();
+        // That the run ends is another rule's matter.
+        subject.waitFor(subject.limits().open, [&] {
+            return instrument.seen().count(Event::Executed, start) > 0 && !instrument->isBusy()
+                && instrument->isOpen() != closes;
+        });
+        subject.settle();
+        expectSilence(subject, instrument,
+                      QStringLiteral("confirming a request after %1")
+                          .arg(closes ? QStringLiteral("close()") : QStringLiteral("reset()")),
+                      [&] { instrument.confirm(id); });
+        if (instrument->isBusy())
+            throw Broken{QStringLiteral("the late confirmation made the device busy")};
+    }
+}
+
+static void checkCalibrationAsks(Subject &subject)
+{
+    Offences offences;
+    bool found = false;
+    const auto runs = subject.tour().allowed();
+    for (const Run &run : runs) {
+        if (run.feature != Device::DF_Calibration || !run.isSuccess())
+            continue;
+        found = true;
+        if (!run.hasRequest())
+            offences.add(QStringLiteral("it succeeds, and nobody was asked to empty the slot"),
+                         run);
+    }
+    offences.conclude();
+    if (!found)
+        throw NotApplicable{QStringLiteral("no calibration succeeded")};
+}
+
 QVector<Rule> actionRules()
 {
     return {
@@ -207,6 +252,15 @@ QVector<Rule> actionRules()
          "Learn the id from the signal actionRequired() itself, connected in the constructor, not "
          "from the returned value.",
          checkAnswerWithin},
+        {706, group, Severity::Failure, true, Needs::Open,
+         "An open request is forgotten by close() and reset(): a late answer starts nothing.",
+         "The person comes back and confirms; parts move of an instrument that nobody uses.",
+         "Forget the id of the request where the run is forgotten.", checkForgottenRequest},
+        {707, group, Severity::Recommendation, true, Needs::Open,
+         "A calibration asks for an empty slot before it starts.",
+         "With a plate in the slot every later measurement is wrong.",
+         "Call emitActionRequired() first, unless the instrument senses that its slot is empty.",
+         checkCalibrationAsks},
     };
 }
 

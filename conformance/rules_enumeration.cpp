@@ -1,5 +1,7 @@
 #include "instrument.h"
 
+#include <algorithm>
+
 namespace qel::conformance {
 
 using devices::DeviceInfo;
@@ -82,6 +84,37 @@ static void checkUndisturbed(Subject &subject)
     }
 }
 
+static void checkRunUndisturbed(Subject &subject)
+{
+    Instrument &instrument = subject.opened();
+    const auto feature = instrument.startLongRun();
+    const int start = instrument.runStart();
+    if (instrument.seen().count(Event::Executed, start) > 0)
+        throw NotApplicable{QStringLiteral("no run lasts long enough")};
+    const int before = instrument.seen().count();
+    subject.records();
+    // What enumeration does shows at once; what the run itself does is other rules' matter.
+    const auto events = instrument.seen().events(before);
+    for (const Event &event : events) {
+        if (event.kind == Event::Executed || event.kind == Event::OpenChanged)
+            throw Broken{
+                QStringLiteral("availableDevices() ended a run of %1").arg(featureName(feature))};
+    }
+    instrument.awaitRun(feature, start, true);
+}
+
+static void checkListedWhileOpen(Subject &subject)
+{
+    const DeviceInfo record = subject.opened()->deviceInfo();
+    const auto records = subject.records();
+    const bool isListed =
+        std::any_of(records.cbegin(), records.cend(), [&](const DeviceInfo &info) {
+            return info.location() == record.location();
+        });
+    if (!isListed)
+        throw Broken{QStringLiteral("while it is open, the list lacks %1").arg(describe(record))};
+}
+
 QVector<Rule> enumerationRules()
 {
     return {
@@ -109,6 +142,16 @@ QVector<Rule> enumerationRules()
          "Do not open or probe a connection that one of the driver's devices holds; list it from "
          "memory.",
          checkUndisturbed},
+        {206, group, Severity::Failure, false, Needs::Open,
+         "An instrument that is open stays in the list.",
+         "A front end takes an instrument that is not listed for unplugged, and closes its window.",
+         "List the instruments that the driver's own devices hold from memory.",
+         checkListedWhileOpen},
+        {207, group, Severity::Failure, false, Needs::Open,
+         "Enumeration leaves a run in progress alone.",
+         "Another part of the application looks for instruments every few seconds.",
+         "Do not talk to an instrument that one of the driver's devices holds.",
+         checkRunUndisturbed},
     };
 }
 

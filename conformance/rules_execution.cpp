@@ -241,11 +241,120 @@ static void checkSecondRun(Subject &subject)
                      [](const Event &event) { return event.kind == Event::Executed; });
         if (endings.size() != 2)
             offences.add(QStringLiteral("%1 endings").arg(endings.size()), *overlap);
+        // A code that is none is another rule's matter.
+        else if (endings.constFirst().flag
+                 || (endings.constFirst().errorCode != devices::ERROR_DEVICE_NOT_READY
+                     && endings.constFirst().errorCode <= devices::ERROR_DEVICE_API_TOO_NEW))
+            offences.add(QStringLiteral("the first ending is not that of the second run, refused "
+                                        "with ERROR_DEVICE_NOT_READY, but %1 with error %2")
+                             .arg(endings.constFirst().flag ? QStringLiteral("a success")
+                                                            : QStringLiteral("a failure"),
+                                  errorName(endings.constFirst().errorCode)),
+                         *overlap);
     }
     offences.addStuck(subject, 610);
     offences.conclude();
     if (!overlap)
         throw NotApplicable{QStringLiteral("every run ends before execute() returns")};
+}
+
+static void checkFailureSaysWhy(Subject &subject)
+{
+    Offences offences;
+    const auto runs = allowedRuns(subject);
+    for (const Run &run : runs) {
+        // A run whose request was declined is none that failed by itself.
+        if (run.isSuccess() || run.hasRequest())
+            continue;
+        const bool isSet = std::any_of(
+            run.events.cbegin(), run.events.cbegin() + run.endingIndex(), [](const Event &event) {
+                return event.kind == Event::ErrorChanged && event.errorCode;
+            });
+        if (run.ending().errorCode == 0)
+            offences.add(QStringLiteral("the run fails without an error"), run);
+        else if (!isSet)
+            offences.add(QStringLiteral("the run fails with the error of an earlier one"), run);
+    }
+    offences.conclude();
+}
+
+static void checkProgressBegins(Subject &subject)
+{
+    Offences offences;
+    bool found = false;
+    const auto runs = allowedRuns(subject);
+    for (const Run &run : runs) {
+        if (!values::isMoving(run.feature) || !run.isSuccess())
+            continue;
+        const auto first =
+            std::find_if(run.events.cbegin(), run.events.cend(), [&](const Event &event) {
+                return event.kind == Event::TransientValue && event.feature == run.feature;
+            });
+        if (first == run.events.cend())
+            continue;
+        found = true;
+        const double progress = first->value.toHash().value(QStringLiteral("progress")).toDouble();
+        // What lies outside of 0 to 1, or falls, is another rule's matter.
+        if (progress >= 0.5 && progress <= 1 && progressFault(run).isEmpty())
+            offences.add(QStringLiteral("the first progress is %1").arg(progress), run);
+    }
+    offences.conclude();
+    if (!found)
+        throw NotApplicable{QStringLiteral("no run that shows progress succeeded")};
+}
+
+static void checkIdleIsSilent(Subject &subject)
+{
+    Offences offences;
+    const Tour &tour = subject.tour();
+    for (const Event &event : tour.idle) {
+        if (event.kind == Event::TransientValue && event.feature != Device::DF_PlateDetection)
+            offences.add(QStringLiteral("a transient value of %1").arg(featureName(event.feature)),
+                         tour.idle);
+    }
+    offences.conclude();
+}
+
+static void checkFeatureStays(Subject &subject)
+{
+    Offences offences;
+    const auto runs = allowedRuns(subject);
+    for (const Run &run : runs) {
+        if (run.isOpenAfter && !run.isOfferedAfter)
+            offences.add(QStringLiteral("the feature is gone after the run"), run);
+    }
+    offences.conclude();
+}
+
+static int endingsOf(Subject &subject, Device::DeviceFeature feature)
+{
+    int endings = 0;
+    const auto &runs = subject.tour().runs;
+    for (const Run &run : runs) {
+        if (run.feature != feature || run.kind != Run::Short)
+            continue;
+        for (const Event &event : run.events)
+            endings += event.kind == Event::Executed ? 1 : 0;
+    }
+    return endings;
+}
+
+static void checkChain(Subject &subject)
+{
+    Offences offences;
+    const auto chains = subject.tour().chains;
+    for (const Run &run : chains) {
+        int endings = 0;
+        for (const Event &event : run.events)
+            endings += event.kind == Event::Executed ? 1 : 0;
+        // A run that has two endings by itself is another rule's matter.
+        if (endings > 2 && endingsOf(subject, run.feature) == 1)
+            offences.add(QStringLiteral("%1 endings").arg(endings), run);
+    }
+    offences.addStuck(subject, 615);
+    offences.conclude();
+    if (chains.isEmpty())
+        throw NotApplicable{QStringLiteral("no feature may be run")};
 }
 
 QVector<Rule> executionRules()
@@ -295,12 +404,36 @@ QVector<Rule> executionRules()
          "start and 1 before the ending.",
          checkProgress},
         {610, group, Severity::Failure, false, Needs::Open,
-         "A second execute() while the device is busy has an ending of its own, and the first run "
-         "keeps its ending.",
+         "A second execute() while the device is busy is refused with ERROR_DEVICE_NOT_READY and "
+         "an "
+         "ending of its own, and the first run keeps its ending.",
          "Two parts of an application may use one device; neither must wait in vain.",
          "Refuse the second with ERROR_DEVICE_NOT_READY and executed(feature, false); do not touch "
          "the run in progress.",
          checkSecondRun},
+        {611, group, Severity::Failure, false, Needs::Open,
+         "A run that fails by itself says why: it sets an error.",
+         "Without one, or with that of an earlier run, nobody knows that the instrument needs "
+         "help.",
+         "Call setError() before an ending that is not ok, unless the user aborted the run.",
+         checkFailureSaysWhy},
+        {612, group, Severity::Failure, true, Needs::Open,
+         "The first progress of a run is sent when it starts, and is less than a half.",
+         "A bar that appears in the middle hides that the instrument did nothing until then.",
+         "Emit a progress of 0 in executeImpl().", checkProgressBegins},
+        {613, group, Severity::Failure, false, Needs::Open,
+         "An idle device emits no transient values, except of plate detection.",
+         "They are taken for values of the next run.",
+         "Stop timers and subscriptions with the run they belong to.", checkIdleIsSilent},
+        {614, group, Severity::Failure, false, Needs::Open,
+         "A feature stays available when it has been run.",
+         "Front ends drop its form, and what the user has set with it.",
+         "Call removeFeature() only when the instrument has lost the feature.", checkFeatureStays},
+        {615, group, Severity::Failure, false, Needs::Open,
+         "A receiver of executed() may start the next run at once.",
+         "Series of runs are made like that.",
+         "Forget the run before emitting executed(), and touch nothing of it afterwards.",
+         checkChain},
     };
 }
 

@@ -1,4 +1,7 @@
+#include "configurations.h"
 #include "instrument.h"
+
+#include <algorithm>
 
 namespace qel::conformance {
 
@@ -27,11 +30,13 @@ static void checkFresh(Subject &subject)
 
 static void checkIdentity(Subject &subject)
 {
-    const DeviceInfo record = subject.record();
-    const std::unique_ptr<Device> device(subject.create(record));
-    if (!device)
-        throw Broken{QStringLiteral("createDevice() returned null for a listed instrument")};
-    if (!(device->deviceInfo() == record)) {
+    const auto records = subject.records();
+    for (const DeviceInfo &record : records) {
+        const std::unique_ptr<Device> device(subject.create(record));
+        if (!device)
+            throw Broken{QStringLiteral("createDevice() returned null for a listed instrument")};
+        if (device->deviceInfo() == record)
+            continue;
         const DeviceInfo own = device->deviceInfo();
         throw Broken{
             QStringLiteral("the record is (%1, '%2', '%3', '%4', '%5'), the device's (%6, '%7', "
@@ -77,6 +82,51 @@ static void checkSilent(Subject &subject)
         throw Broken{QStringLiteral("the device emitted before it was used")};
 }
 
+static void checkApart(Subject &subject)
+{
+    const auto records = subject.records();
+    const DeviceInfo first = subject.record();
+    Instrument one(subject);
+    const auto other = std::find_if(records.cbegin(), records.cend(),
+                                    [&](const DeviceInfo &info) { return !(info == first); });
+    if (other == records.cend())
+        throw NotApplicable{QStringLiteral("the driver lists one instrument only")};
+    Instrument two(subject, *other);
+    one.open();
+    two.callOpen();
+    subject.waitFor(subject.limits().open, [&] { return two->isOpen() || two->errorCode() != 0; });
+    if (!two->isOpen())
+        throw NotApplicable{QStringLiteral("a second instrument does not open, error %1")
+                                .arg(errorName(two->errorCode()))};
+    subject.awaitTable(two.device());
+    if (!one->isOpen())
+        throw Broken{QStringLiteral("opening one device closed another")};
+    const auto features = one.configurable();
+    for (const auto feature : features) {
+        const QVariant configuration = someConfiguration(feature, one->descriptor(feature));
+        one->setConfiguration(feature, configuration);
+        if (configuration.isValid() && isSame(two->configuration(feature), configuration))
+            throw Broken{QStringLiteral("two devices share the configuration of %1")
+                             .arg(featureName(feature))};
+    }
+    const int start = two.seen().count();
+    try {
+        const auto feature = one.startLongRun();
+        if (two->isBusy())
+            throw Broken{
+                QStringLiteral("a run of %1 makes another device busy").arg(featureName(feature))};
+    } catch (const NotApplicable &) {
+        // Then nothing is busy.
+    }
+    one.close();
+    const auto events = two.seen().events(start);
+    for (const Event &event : events) {
+        // A plate may come at any time.
+        if (event.kind != Event::TransientValue)
+            throw Broken{QStringLiteral("what one device does makes another emit")};
+    }
+}
+
 QVector<Rule> identityRules()
 {
     return {
@@ -101,6 +151,11 @@ QVector<Rule> identityRules()
          "A device emits nothing until it is used.",
          "Signals of an object that nobody has opened are mistaken for the outcome of a call.",
          "Start timers and connections in open().", checkSilent},
+        {306, group, Severity::Failure, false, Needs::Open,
+         "Devices of different instruments have nothing to do with each other.",
+         "Laboratories have several instruments of a kind, and measure with them at the same time.",
+         "Keep all state in the device; share what is behind a connection, such as a bus, only.",
+         checkApart},
     };
 }
 

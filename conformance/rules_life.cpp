@@ -1,7 +1,9 @@
-#include "instrument.h"
+#include "tour.h"
 
 #include <QtCore/QDir>
 #include <QtCore/QThreadPool>
+
+#include <algorithm>
 
 namespace qel::conformance {
 
@@ -225,6 +227,19 @@ static int entriesOf(const char *folder)
         .size();
 }
 
+static void dieAtWork(Subject &subject)
+{
+    Instrument instrument(subject);
+    instrument.open();
+    try {
+        instrument.startLongRun();
+    } catch (const NotApplicable &) {
+        // Being open must do.
+    }
+    instrument.destroy();
+    subject.settle();
+}
+
 static void liveOnce(Subject &subject)
 {
     {
@@ -246,18 +261,89 @@ static void checkLeftovers(Subject &subject)
     QThreadPool::globalInstance()->setExpiryTimeout(1);
     // What the first life builds for all later ones is no leftover.
     liveOnce(subject);
+    dieAtWork(subject);
     const int threads = entriesOf("/proc/self/task");
     const int files = entriesOf("/proc/self/fd");
     if (threads == 0)
         throw NotApplicable{QStringLiteral("this system does not tell threads and open files")};
-    for (int i = 0; i < 3; ++i)
+    for (int i = 0; i < 2; ++i) {
         liveOnce(subject);
+        dieAtWork(subject);
+    }
     const int moreThreads = entriesOf("/proc/self/task") - threads;
     const int moreFiles = entriesOf("/proc/self/fd") - files;
     if (moreThreads > 0 || moreFiles > 0)
-        throw Broken{QStringLiteral("three more lives left %1 threads and %2 open files")
+        throw Broken{QStringLiteral("four more lives left %1 threads and %2 open files")
                          .arg(moreThreads)
                          .arg(moreFiles)};
+}
+
+static void checkUpdateInRun(Subject &subject)
+{
+    Instrument &instrument = subject.opened();
+    try {
+        const int error = instrument.provokeError();
+        instrument.callUpdate();
+        subject.settle();
+        if (instrument->errorCode() != error)
+            throw Broken{QStringLiteral("update() changed the error from %1 to %2")
+                             .arg(errorName(error), errorName(instrument->errorCode()))};
+    } catch (const NotApplicable &) {
+        // Then there is none to change.
+    }
+    const auto feature = instrument.startLongRun();
+    const int before = instrument.seen().count();
+    instrument.callUpdate();
+    const auto events = instrument.seen().events(before);
+    for (const Event &event : events) {
+        if (event.kind == Event::Executed)
+            throw Broken{QStringLiteral("update() ended a run of %1").arg(featureName(feature))};
+    }
+    instrument.awaitRun(feature, instrument.runStart(), true);
+    subject.settle();
+    int endings = 0;
+    const auto all = instrument.seen().events(instrument.runStart());
+    for (const Event &event : all)
+        endings += event.kind == Event::Executed ? 1 : 0;
+    if (endings != 1)
+        throw Broken{QStringLiteral("with update(), a run of %1 has %2 endings")
+                         .arg(featureName(feature))
+                         .arg(endings)};
+}
+
+// Long enough for what a run that was cut short would still have delivered.
+static int longestRun(Subject &subject)
+{
+    qint64 longest = 0;
+    const auto runs = subject.tour().runs;
+    for (const Run &run : runs)
+        longest = std::max(longest, run.startedAt.msecsTo(run.endedAt));
+    return int(std::min(longest, qint64(subject.limits().run)));
+}
+
+static void checkLongSilence(Subject &subject)
+{
+    const int patience = longestRun(subject) + subject.limits().late + 5 * subject.limits().quiet;
+    Instrument idle(subject);
+    idle.open();
+    idle.close();
+    Instrument busy(subject);
+    busy.open();
+    try {
+        busy.startLongRun();
+    } catch (const NotApplicable &) {
+        // Then it is closed when idle once more.
+    }
+    busy.close();
+    const int idleStart = idle.seen().count();
+    const int busyStart = busy.seen().count();
+    subject.waitFor(patience, [&] {
+        return idle.seen().count() > idleStart || busy.seen().count() > busyStart;
+    });
+    if (idle.seen().count() > idleStart)
+        throw Broken{QStringLiteral("a device that was closed when idle emitted a signal")};
+    if (busy.seen().count() > busyStart)
+        throw Broken{QStringLiteral("a device that was closed during a run emitted a signal")};
 }
 
 static void checkExit(Subject &subject)
@@ -296,8 +382,7 @@ QVector<Rule> lifeRules()
          "Return early in reset() unless the device is open.", checkResetClosed},
         {905, group, Severity::Failure, false, Needs::Open,
          "update() of an open device leaves it open and emits no executed().",
-         "Nobody has started a run.",
-         "Report what update() finds through setters and transientValue().", checkUpdate},
+         "Nobody has started a run.", "Report what update() finds through setters.", checkUpdate},
         {906, group, Severity::Failure, false, Needs::Instrument,
          "A device can be deleted at every stage, and emits nothing when it is.",
          "The user may end the program at any time; receivers of the signals may be half gone.",
@@ -322,6 +407,16 @@ QVector<Rule> lifeRules()
          "of "
          "other libraries nor those of the plugin's own files, which are gone by then.",
          checkExit, true},
+        {910, group, Severity::Failure, false, Needs::Open,
+         "update() leaves a run in progress and the error alone.",
+         "Front ends update what they show at any time.",
+         "Read what update() asks for from a queue behind the run, or not at all during one.",
+         checkUpdateInRun},
+        {911, group, Severity::Failure, false, Needs::Open,
+         "A closed device is silent, however long one listens.",
+         "The answer of the instrument to what was cut short comes seconds later, and is taken for "
+         "something else.",
+         "Drop the connection in close(), or the answers that come over it.", checkLongSilence},
     };
 }
 

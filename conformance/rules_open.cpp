@@ -1,5 +1,5 @@
-#include "tour.h"
 #include "configurations.h"
+#include "tour.h"
 
 #include <QtCore/QElapsedTimer>
 
@@ -200,6 +200,31 @@ static void checkOpensOften(Subject &subject)
     }
 }
 
+static void checkSettingsSurvive(Subject &subject)
+{
+    Instrument instrument(subject);
+    instrument.open();
+    const auto features = instrument.configurable();
+    bool found = false;
+    for (const auto feature : features) {
+        const QVariant configuration = someConfiguration(feature, instrument->descriptor(feature));
+        if (!configuration.isValid())
+            continue;
+        found = true;
+        instrument->setConfiguration(feature, configuration);
+    }
+    if (!found)
+        throw NotApplicable{QStringLiteral("no feature that may be tried takes a configuration")};
+    instrument.close();
+    instrument.open();
+    for (const auto feature : features) {
+        const QVariant configuration = someConfiguration(feature, instrument->descriptor(feature));
+        if (configuration.isValid() && !isSame(instrument->configuration(feature), configuration))
+            throw Broken{
+                QStringLiteral("the configuration of %1 changed").arg(featureName(feature))};
+    }
+}
+
 QVector<Rule> openRules()
 {
     return {
@@ -254,6 +279,10 @@ QVector<Rule> openRules()
          "before was deleted while it was open.",
          "A port that is never released is found busy by the next one who opens it.",
          "Release the connection in close() and in the destructor.", checkOpensOften},
+        {411, group, Severity::Failure, false, Needs::Open,
+         "close() and open() leave the stored configurations as they are.",
+         "What the user has set is lost, and the next run is made with something else.",
+         "Never call setConfiguration() in a driver.", checkSettingsSurvive},
     };
 }
 

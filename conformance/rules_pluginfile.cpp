@@ -1,6 +1,9 @@
 #include "subject.h"
 
+#include <QtCore/QDataStream>
+#include <QtCore/QDir>
 #include <QtCore/QFile>
+#include <QtCore/QSet>
 #include <QtCore/QUrl>
 
 namespace qel::conformance {
@@ -78,6 +81,60 @@ static void checkCatalogues(Subject &subject)
     throw Broken{QStringLiteral("no folder below ':/qel/devices' holds a catalogue")};
 }
 
+// The hashes of the ids in a compiled catalogue: all that is kept of them.
+static QSet<quint32> idsIn(const QString &fileName)
+{
+    QFile file(fileName);
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    QDataStream stream(&file);
+    const int magic = 16;
+    stream.skipRawData(magic);
+    const quint8 hashes = 0x42;
+    while (!stream.atEnd()) {
+        quint8 section = 0;
+        quint32 length = 0;
+        stream >> section >> length;
+        if (stream.status() != QDataStream::Ok)
+            break;
+        if (section != hashes) {
+            stream.skipRawData(int(length));
+            continue;
+        }
+        QSet<quint32> ids;
+        for (quint32 i = 0; i < length / 8 && stream.status() == QDataStream::Ok; ++i) {
+            quint32 hash = 0;
+            quint32 offset = 0;
+            stream >> hash >> offset;
+            ids += hash;
+        }
+        return ids;
+    }
+    return {};
+}
+
+static void checkSameIds(Subject &subject)
+{
+    subject.plugin();
+    QStringList faults;
+    const QStringList folders = subject.catalogueFolders();
+    for (const QString &folder : folders) {
+        const auto files = QDir(folder).entryList({QStringLiteral("plugin_*.qm")}, QDir::Files);
+        QSet<quint32> all;
+        for (const QString &file : files)
+            all += idsIn(folder + QLatin1Char('/') + file);
+        for (const QString &file : files) {
+            const int lacking = (all - idsIn(folder + QLatin1Char('/') + file)).size();
+            if (lacking > 0)
+                faults += QStringLiteral("'%1/%2' lacks %3 texts that another language has")
+                              .arg(folder, file)
+                              .arg(lacking);
+        }
+    }
+    if (!faults.isEmpty())
+        throw Broken{faults.join(QStringLiteral("; ")), {}, true};
+}
+
 QVector<Rule> pluginFileRules()
 {
     return {
@@ -115,6 +172,10 @@ QVector<Rule> pluginFileRules()
          "Texts for people leave a driver as translation ids; without a catalogue the user reads "
          "the id.",
          "Pass both .ts files to qel_add_driver() under TRANSLATIONS.", checkCatalogues},
+        {107, group, Severity::Failure, false, Needs::Plugin,
+         "All catalogues of the plugin translate the same ids.",
+         "A text that one language lacks is found out by the user who needs it.",
+         "Compare the ids in the .ts files; finish what is marked as unfinished.", checkSameIds},
     };
 }
 

@@ -85,6 +85,16 @@ static void checkThread(Subject &subject)
     offences.conclude();
 }
 
+static void checkNoNestedLoop(Subject &subject)
+{
+    subject.tour();
+    if (!subject.hasTimeOf(QStringLiteral("update()"))
+        || !subject.hasTimeOf(QStringLiteral("reset()")))
+        useAll(subject);
+    if (!subject.nestedLoop().isEmpty())
+        throw Broken{QStringLiteral("events were handled %1").arg(subject.nestedLoop()), {}, true};
+}
+
 QVector<Rule> timeRules()
 {
     return {
@@ -103,6 +113,13 @@ QVector<Rule> timeRules()
          "Bring results from other threads back with a queued call "
          "(QMetaObject::invokeMethod()) before emitting.",
          checkThread},
+        {1004, group, Severity::Failure, false, Needs::Open,
+         "A driver runs no event loop of its own inside a call or a slot, and does not call "
+         "processEvents().",
+         "What the user clicks meanwhile reaches the device in the middle of a step; it can be "
+         "deleted there.",
+         "Return, and go on when the answer arrives; work that must wait belongs in a thread.",
+         checkNoNestedLoop},
     };
 }
 

@@ -4,6 +4,7 @@
 #include "tour.h"
 #include "worker_p.h"
 
+#include <QtCore/QAbstractEventDispatcher>
 #include <QtCore/QCoreApplication>
 #include <QtCore/QDir>
 #include <QtCore/QDirIterator>
@@ -11,6 +12,7 @@
 #include <QtCore/QFile>
 #include <QtCore/QJsonArray>
 #include <QtCore/QLocale>
+#include <QtCore/QThread>
 #include <QtCore/QTimer>
 #include <QtCore/QTranslator>
 
@@ -31,6 +33,13 @@ Subject::Subject(const Assignment &assignment, std::function<void(const QJsonObj
     , m_ask(std::move(ask))
     , m_loader(assignment.fileName)
 {
+    collectOutput();
+    // Whoever lets events be handled while a call has not returned nests a loop.
+    QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::awake,
+                     &m_loader, [this] {
+                         if (m_callDepth > 0 && m_nestedLoop.isEmpty())
+                             m_nestedLoop = QStringLiteral("in %1").arg(m_callName);
+                     });
     m_beat.start();
 }
 
@@ -174,7 +183,10 @@ void Subject::call(const QString &name, const std::function<void()> &work, Featu
         throw Hindered{QStringLiteral("%1 does not return").arg(name)};
     m_tell({{keyCall, name}, {keyFeature, int(feature)}});
     m_callClock.start();
+    m_callName = name;
+    ++m_callDepth;
     work();
+    --m_callDepth;
     m_callClock.invalidate();
     m_tell({{keyReturned, true}});
 }
@@ -202,6 +214,14 @@ bool Subject::isOverdue() const
         || (m_waitClock.isValid() && m_waitClock.elapsed() > qint64(m_waitLimit) + silent);
 }
 
+// Somebody else has ended the loop: the application was told to quit, and forgets it when it has.
+void Subject::recoverFromQuit()
+{
+    m_isQuit = true;
+    QTimer::singleShot(0, qApp, &QCoreApplication::quit);
+    QCoreApplication::exec();
+}
+
 bool Subject::waitFor(int milliseconds, const std::function<bool()> &condition)
 {
     m_waitLimit = milliseconds;
@@ -210,16 +230,22 @@ bool Subject::waitFor(int milliseconds, const std::function<bool()> &condition)
     QEventLoop loop;
     QTimer poll;
     poll.setTimerType(Qt::PreciseTimer);
+    const int level = QThread::currentThread()->loopLevel() + 1;
     QObject::connect(&poll, &QTimer::timeout, &loop, [&] {
         beat();
+        if (QThread::currentThread()->loopLevel() > level && m_nestedLoop.isEmpty())
+            m_nestedLoop = QStringLiteral("in the event loop, after %1").arg(m_callName);
         holds = condition();
         if (holds || m_waitClock.elapsed() >= milliseconds)
             loop.quit();
     });
     poll.start(2);
     m_beat.restart();
-    if (!holds)
+    while (!holds && m_waitClock.elapsed() < milliseconds) {
         loop.exec();
+        if (!holds && m_waitClock.elapsed() < milliseconds)
+            recoverFromQuit();
+    }
     m_waitClock.invalidate();
     return holds;
 }

@@ -4,6 +4,7 @@
 #include "assignment.h"
 #include "recorder.h"
 #include "rule.h"
+#include "surroundings.h"
 
 #include <qeldevices/device.h>
 #include <qeldevices/devicebroker.h>
@@ -100,6 +101,22 @@ public:
         return m_assignment.stuck;
     }
 
+    /// What the process shared with the plugin before it was loaded.
+    const Surroundings &surroundings() const
+    {
+        return m_surroundings;
+    }
+    /// Whether the plugin has told the application to quit.
+    bool isQuit() const
+    {
+        return m_isQuit;
+    }
+    /// What was seen of the plugin in nested event loops, in words; empty when there was none.
+    QString nestedLoop() const
+    {
+        return m_nestedLoop;
+    }
+
     /// The longest time of each kind of call since the last call of this function, and under an
     /// empty name the longest hold-up of the event loop between calls.
     QMap<QString, qint64> takeTimes();
@@ -138,6 +155,7 @@ private:
         int counted = 0;
     };
     void beat();
+    void recoverFromQuit();
     void noteUnopened(const QString &why);
 
     Assignment m_assignment;
@@ -155,6 +173,11 @@ private:
     QVector<Watched> m_recorders;
     QVector<Feature> m_offered;
     std::shared_ptr<Recorder> m_lastRecorder;
+    Surroundings m_surroundings;
+    bool m_isQuit = false;
+    int m_callDepth = 0;
+    QString m_callName;
+    QString m_nestedLoop;
     std::unique_ptr<Tour> m_tour;
     std::unique_ptr<Instrument> m_opened;
 };

@@ -106,9 +106,8 @@ int runWorker(int argc, char **argv)
     });
     pulse.start(assignment.limits.silent / 5);
 
-    for (const Rule &rule : allRules()) {
-        if (!assignment.rules.contains(rule.number))
-            continue;
+    for (const int number : assignment.rules) {
+        const Rule &rule = *findRule(number);
         answer({{keyRule, rule.number}});
         bool isFit = true;
         const QJsonObject result = judge(rule, *subject, &isFit);

@@ -2,11 +2,16 @@
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QDate>
+#include <QtCore/QDir>
 #include <QtCore/QEvent>
+#include <QtCore/QEventLoop>
+#include <QtCore/QLocale>
 #include <QtCore/QPointer>
 #include <QtCore/QThread>
 
 #include <algorithm>
+#include <csignal>
+#include <cstdio>
 #include <fcntl.h>
 #include <thread>
 #include <utility>
@@ -69,7 +74,7 @@ struct EnumerationCloses : GoodDriver
 {
     QList<DeviceInfo> availableDevices() override
     {
-        if (m_last)
+        if (m_last && !m_last->isBusy())
             m_last->close();
         return GoodDriver::availableDevices();
     }
@@ -79,6 +84,48 @@ struct EnumerationCloses : GoodDriver
         return m_last;
     }
     QPointer<Device> m_last;
+};
+
+struct HidesOpen : GoodDriver
+{
+    QList<DeviceInfo> availableDevices() override
+    {
+        QList<DeviceInfo> records = GoodDriver::availableDevices();
+        if (m_last && m_last->isOpen())
+            records.removeOne(m_last->deviceInfo());
+        return records;
+    }
+    Device *makeDevice(const DeviceInfo &info) override
+    {
+        m_last = GoodDriver::makeDevice(info);
+        return m_last;
+    }
+    QPointer<Device> m_last;
+};
+
+struct EnumerationResets : GoodDriver
+{
+    QList<DeviceInfo> availableDevices() override
+    {
+        if (m_last && m_last->isBusy())
+            m_last->reset();
+        return GoodDriver::availableDevices();
+    }
+    Device *makeDevice(const DeviceInfo &info) override
+    {
+        m_last = GoodDriver::makeDevice(info);
+        return m_last;
+    }
+    QPointer<Device> m_last;
+};
+
+struct AlwaysTheFirst : GoodDriver
+{
+    Device *createDevice(const DeviceInfo &info) override
+    {
+        const bool isKnown = availableDevices().contains(info);
+        return isKnown ? makeDevice(availableDevices().constFirst()) : nullptr;
+    }
 };
 
 struct HasParent : GoodDriver
@@ -105,6 +152,8 @@ struct SharedObject : GoodDriver
 {
     Device *makeDevice(const DeviceInfo &info) override
     {
+        if (info.location() != QLatin1String("left"))
+            return GoodDriver::makeDevice(info);
         if (!m_device)
             m_device = GoodDriver::makeDevice(info);
         return m_device;
@@ -641,15 +690,6 @@ struct PlainRequest : GoodDevice
     }
 };
 
-struct EnglishRequest : GoodDevice
-{
-    using GoodDevice::GoodDevice;
-    void askForEmptySlot() override
-    {
-        emitActionRequired(QStringLiteral("good-english-only"));
-    }
-};
-
 struct IgnoresConfirmation : GoodDevice
 {
     using GoodDevice::GoodDevice;
@@ -807,7 +847,7 @@ struct UpdateEnds : GoodDevice
     using GoodDevice::GoodDevice;
     void update() override
     {
-        if (isOpen())
+        if (isOpen() && !isBusy())
             emitEnding(DF_AmbientTemperature, true, 20.0);
     }
 };
@@ -1065,6 +1105,279 @@ struct ReadsSettingsLate : GoodDevice
     }
 };
 
+// Several devices.
+
+struct SharedBusy : GoodDevice
+{
+    explicit SharedBusy(const DeviceInfo &info)
+        : GoodDevice(info)
+    {
+        all += this;
+    }
+    void start(DeviceFeature feature) override
+    {
+        for (const auto &device : qAsConst(all)) {
+            if (device && device != this && device->isOpen())
+                device->setBusy(true);
+        }
+        GoodDevice::start(feature);
+    }
+    static QVector<QPointer<SharedBusy>> all;
+};
+QVector<QPointer<SharedBusy>> SharedBusy::all;
+
+struct OneAtATime : GoodDevice
+{
+    using GoodDevice::GoodDevice;
+    void connected() override
+    {
+        static QPointer<OneAtATime> last;
+        if (last && last != this && last->isOpen())
+            last->close();
+        last = this;
+        GoodDevice::connected();
+    }
+};
+
+struct ForgetsSettings : GoodDevice
+{
+    using GoodDevice::GoodDevice;
+    void connected() override
+    {
+        setConfiguration(DF_LedBarEffect, {});
+        GoodDevice::connected();
+    }
+};
+
+// Runs, once more.
+
+struct QueuesSecondRun : GoodDevice
+{
+    using GoodDevice::GoodDevice;
+    void executeImpl(DeviceFeature feature) override
+    {
+        if (m_running != DF_None)
+            m_queued = feature;
+        else
+            GoodDevice::executeImpl(feature);
+    }
+    void finish(bool ok) override
+    {
+        GoodDevice::finish(ok);
+        const DeviceFeature next = std::exchange(m_queued, DF_None);
+        if (next != DF_None)
+            GoodDevice::executeImpl(next);
+    }
+    DeviceFeature m_queued = DF_None;
+};
+
+struct OtherRefusalWhenBusy : GoodDevice
+{
+    using GoodDevice::GoodDevice;
+    void refuse(DeviceFeature feature, int code, const QString &details) override
+    {
+        const int other = code == ERROR_DEVICE_NOT_READY ? int(ERROR_DEVICE_VENDOR_SPECIFIC) : code;
+        GoodDevice::refuse(feature, other, details);
+    }
+};
+
+struct WordlessFailure : GoodDevice
+{
+    using GoodDevice::GoodDevice;
+    void start(DeviceFeature feature) override
+    {
+        if (feature == DF_ReferenceNumber)
+            emitEnding(feature, false, {});
+        else
+            GoodDevice::start(feature);
+    }
+};
+
+struct OldError : GoodDevice
+{
+    using GoodDevice::GoodDevice;
+    void executeImpl(DeviceFeature feature) override
+    {
+        if (feature == DF_ReferenceNumber && m_running == DF_None)
+            emitEnding(feature, false, {});
+        else
+            GoodDevice::executeImpl(feature);
+    }
+};
+
+struct BeginsInTheMiddle : GoodDevice
+{
+    using GoodDevice::GoodDevice;
+    void reportProgress(double progress) override
+    {
+        GoodDevice::reportProgress(0.5 + progress / 2);
+    }
+};
+
+struct IdleValues : GoodDevice
+{
+    using GoodDevice::GoodDevice;
+    void connected() override
+    {
+        GoodDevice::connected();
+        QTimer::singleShot(1, this, [this] { emit transientValue(DF_AmbientTemperature, 20.0); });
+    }
+};
+
+struct FeatureVanishes : GoodDevice
+{
+    using GoodDevice::GoodDevice;
+    void finish(bool ok) override
+    {
+        if (m_running == DF_AmbientTemperature)
+            removeFeature(DF_AmbientTemperature);
+        GoodDevice::finish(ok);
+    }
+};
+
+struct ForgetsNextRun : GoodDevice
+{
+    using GoodDevice::GoodDevice;
+    void finish(bool ok) override
+    {
+        const bool forgets = m_running == DF_AmbientTemperature;
+        GoodDevice::finish(ok);
+        if (forgets)
+            stopWork();
+    }
+};
+
+struct ResetKeepsRequest : GoodDevice
+{
+    using GoodDevice::GoodDevice;
+    void reset() override
+    {
+        const int request = m_request;
+        GoodDevice::reset();
+        m_request = request;
+    }
+};
+
+struct CalibratesUnasked : GoodDevice
+{
+    using GoodDevice::GoodDevice;
+    void askForEmptySlot() override
+    {
+        step();
+    }
+};
+
+struct LeaksWhenDeletedOpen : GoodDevice
+{
+    using GoodDevice::GoodDevice;
+    ~LeaksWhenDeletedOpen() override
+    {
+        if (isOpen() && ::open("/dev/null", O_RDONLY | O_CLOEXEC) < 0)
+            qFatal("there is no /dev/null");
+    }
+};
+
+struct UpdateEndsRun : GoodDevice
+{
+    using GoodDevice::GoodDevice;
+    void update() override
+    {
+        if (m_running != DF_None)
+            finish(false);
+    }
+};
+
+struct UpdateClearsError : GoodDevice
+{
+    using GoodDevice::GoodDevice;
+    void update() override
+    {
+        setError(NO_DEVICE_ERROR, {});
+    }
+};
+
+struct LateAnswer : GoodDevice
+{
+    using GoodDevice::GoodDevice;
+    void close() override
+    {
+        const DeviceFeature feature = m_running;
+        GoodDevice::close();
+        const int late = 120;
+        if (feature != DF_None)
+            after(late, [this, feature] { emitEnding(feature, false, {}); });
+    }
+};
+
+struct NestedLoopInCall : GoodDevice
+{
+    using GoodDevice::GoodDevice;
+    void update() override
+    {
+        QEventLoop loop;
+        QTimer::singleShot(5, &loop, &QEventLoop::quit);
+        loop.exec();
+    }
+};
+
+struct NestedLoopInSlot : NestedLoopInCall
+{
+    using NestedLoopInCall::NestedLoopInCall;
+    void update() override { }
+    void finish(bool ok) override
+    {
+        if (m_running == DF_AmbientTemperature)
+            NestedLoopInCall::update();
+        if (m_running != DF_None)
+            GoodDevice::finish(ok);
+    }
+};
+
+// Surroundings.
+
+template<void (*Change)()>
+struct Disturbing : GoodDevice
+{
+    using GoodDevice::GoodDevice;
+    void connected() override
+    {
+        Change();
+        GoodDevice::connected();
+    }
+};
+
+void setLocale()
+{
+    QLocale::setDefault(QLocale(QLocale::German));
+}
+
+void changeFolder()
+{
+    QDir::setCurrent(QStringLiteral("/"));
+}
+
+void setVariable()
+{
+    qputenv("GOOD_READER", "yes");
+}
+
+void takeSignal()
+{
+    std::signal(SIGUSR1, [](int) {});
+}
+
+void takeMessages()
+{
+    qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &text) {
+        std::fputs(qPrintable(text), stderr);
+    });
+}
+
+void print()
+{
+    std::puts("Here I am.");
+}
+
 template<typename MutantDevice>
 struct DriverOf : GoodDriver
 {
@@ -1094,7 +1407,7 @@ std::shared_ptr<DeviceDriver> makeDriverOf()
 
 } // namespace
 
-// The build makes a plugin of each line.
+// The build makes a plugin of each.
 static const Mutant mutants[] = {
     {"0-slow-close", makeDriverOf<SlowClose>},
     {"104-no-driver", makeDriver<GoodDriver>},
@@ -1105,12 +1418,17 @@ static const Mutant mutants[] = {
     {"203-listed-twice", makeDriver<ListedTwice>},
     {"204-counting-name", makeDriver<CountingName>},
     {"205-enumeration-closes", makeDriver<EnumerationCloses>},
+    {"206-hides-open", makeDriver<HidesOpen>},
+    {"207-enumeration-resets", makeDriver<EnumerationResets>},
     {"301-early-features", makeDriverOf<EarlyFeatures>},
     {"301-has-parent", makeDriver<HasParent>},
     {"302-other-serial", makeDriver<OtherSerial>},
+    {"302-always-the-first", makeDriver<AlwaysTheFirst>},
     {"303-shared-object", makeDriver<SharedObject>},
     {"304-any-location", makeDriver<AnyLocation>},
     {"305-chatty", makeDriverOf<Chatty>},
+    {"306-one-at-a-time", makeDriverOf<OneAtATime>},
+    {"306-shared-busy", makeDriverOf<SharedBusy>},
     {"401-never-opens", makeDriverOf<NeverOpens>},
     {"401-wordless-refusal", makeDriverOf<WordlessRefusal>},
     {"402-late-features", makeDriverOf<LateFeatures>},
@@ -1123,6 +1441,7 @@ static const Mutant mutants[] = {
     {"409-close-clears-error", makeDriverOf<CloseClearsError>},
     {"409-error-stays-at-open", makeDriverOf<ErrorStaysAtOpen>},
     {"410-opens-four-times", makeDriverOf<OpensFourTimes>},
+    {"411-forgets-settings", makeDriverOf<ForgetsSettings>},
     {"501-offers-none", makeDriverOf<OffersNone>},
     {"502-rows-as-text", makeDriverOf<RowsAsText>},
     {"503-other-default", makeDriverOf<OtherDefault>},
@@ -1150,13 +1469,22 @@ static const Mutant mutants[] = {
     {"609-falling-progress", makeDriverOf<FallingProgress>},
     {"609-percents", makeDriverOf<Percents>},
     {"610-second-run-takes-over", makeDriverOf<SecondRunTakesOver>},
-    {"701-english-request", makeDriverOf<EnglishRequest>},
+    {"610-other-refusal", makeDriverOf<OtherRefusalWhenBusy>},
+    {"610-queues-second-run", makeDriverOf<QueuesSecondRun>},
+    {"611-old-error", makeDriverOf<OldError>},
+    {"611-wordless-failure", makeDriverOf<WordlessFailure>},
+    {"612-begins-in-the-middle", makeDriverOf<BeginsInTheMiddle>},
+    {"613-idle-values", makeDriverOf<IdleValues>},
+    {"614-feature-vanishes", makeDriverOf<FeatureVanishes>},
+    {"615-forgets-next-run", makeDriverOf<ForgetsNextRun>},
     {"701-plain-request", makeDriverOf<PlainRequest>},
     {"702-ignores-confirmation", makeDriverOf<IgnoresConfirmation>},
     {"703-abort-is-an-error", makeDriverOf<AbortIsAnError>},
     {"704-any-answer", makeDriverOf<AnyAnswer>},
     {"704-hangs-on-stray-answer", makeDriverOf<HangsOnStrayAnswer>},
     {"705-learns-id-late", makeDriverOf<LearnsIdLate>},
+    {"706-reset-keeps-request", makeDriverOf<ResetKeepsRequest>},
+    {"707-calibrates-unasked", makeDriverOf<CalibratesUnasked>},
     {"801-odd-code", makeDriverOf<OddCode>},
     {"802-plain-details", makeDriverOf<PlainDetails>},
     {"901-close-forgets-run", makeDriverOf<CloseForgetsRun>},
@@ -1171,11 +1499,17 @@ static const Mutant mutants[] = {
     {"906-dies-while-opening", makeDriverOf<DiesWhileOpening>},
     {"907-dies-of-deferred-deletion", makeDriverOf<DiesOfDeferredDeletion>},
     {"908-leaves-file", makeDriverOf<LeavesFile>},
+    {"908-leaks-when-deleted-open", makeDriverOf<LeaksWhenDeletedOpen>},
     {"908-leaves-thread", makeDriverOf<LeavesThread>},
     {"909-asks-the-application", makeDriver<AsksTheApplication>},
+    {"910-update-clears-error", makeDriverOf<UpdateClearsError>},
+    {"910-update-ends-run", makeDriverOf<UpdateEndsRun>},
+    {"911-late-answer", makeDriverOf<LateAnswer>},
     {"1001-blocking-update", makeDriverOf<BlockingUpdate>},
     {"1002-blocking-slot", makeDriverOf<BlockingSlot>},
     {"1003-other-thread", makeDriverOf<OtherThread>},
+    {"1004-nested-loop-in-call", makeDriverOf<NestedLoopInCall>},
+    {"1004-nested-loop-in-slot", makeDriverOf<NestedLoopInSlot>},
     {"1101-above-maximum", makeDriverOf<Misread<AboveMaximum>>},
     {"1101-cold-blooded", makeDriverOf<ColdBlooded>},
     {"1101-infinite", makeDriverOf<Misread<ToInfinity>>},
@@ -1190,7 +1524,22 @@ static const Mutant mutants[] = {
     {"1105-acceleration-in-g", makeDriverOf<AccelerationInG>},
     {"1201-second-default", makeDriverOf<SecondDefault>},
     {"1202-reads-settings-late", makeDriverOf<ReadsSettingsLate>},
+    {"1301-sets-locale", makeDriverOf<Disturbing<setLocale>>},
+    {"1302-changes-folder", makeDriverOf<Disturbing<changeFolder>>},
+    {"1303-sets-variable", makeDriverOf<Disturbing<setVariable>>},
+    {"1304-takes-signal", makeDriverOf<Disturbing<takeSignal>>},
+    {"1305-takes-messages", makeDriverOf<Disturbing<takeMessages>>},
+    {"1306-prints", makeDriverOf<Disturbing<print>>},
+    {"1307-quits", makeDriverOf<Disturbing<QCoreApplication::quit>>},
 };
+
+QStringList mutantNames()
+{
+    QStringList names;
+    for (const Mutant &mutant : mutants)
+        names += QLatin1String(mutant.name);
+    return names;
+}
 
 std::shared_ptr<DeviceDriver> makeDriver(const QString &name)
 {

@@ -3,9 +3,12 @@
 
 #include "good.h"
 
-#include <QtCore/QString>
+#include <QtCore/QStringList>
 
 #include <memory>
+
+/// The names of all mutants that differ from the good plugin in their code only.
+QStringList mutantNames();
 
 /// The driver of the mutant `name`, which begins with the number of the rule that finds it out; the
 /// good one for any other name.

@@ -11,9 +11,5 @@
         <source></source>
         <translation>A setting is not one that the reader knows.</translation>
     </message>
-    <message id="good-english-only">
-        <source></source>
-        <translation>Take the plate out of the slot.</translation>
-    </message>
 </context>
 </TS>
