@@ -13,7 +13,7 @@
     </message>
     <message id="qelfrontend-device-none">
         <source></source>
-        <translation>Es gibt kein Gerät „%1“: Kein Treiber hat eines gefunden; prüfen Sie, ob es angeschlossen und eingeschaltet ist</translation>
+        <translation>Es gibt kein Gerät „%1“: Kein Treiber hat eines gefunden. Prüfen Sie, ob es angeschlossen und eingeschaltet ist.</translation>
     </message>
     <message id="qelfrontend-device-unknown">
         <source></source>
@@ -73,11 +73,11 @@
     </message>
     <message id="qelfrontend-feature-ambiguous">
         <source></source>
-        <translation>„%1“ trifft auf mehrere Funktionen zu; geben Sie eine davon an: %2</translation>
+        <translation>„%1“ trifft auf mehrere Funktionen zu; geben Sie eine davon an: %2.</translation>
     </message>
     <message id="qelfrontend-feature-unknown">
         <source></source>
-        <translation>Es gibt keine Funktion „%1“; es gibt: %2</translation>
+        <translation>Es gibt keine Funktion „%1“; es gibt: %2.</translation>
     </message>
     <message id="qelfrontend-file-kind">
         <source></source>
@@ -293,7 +293,7 @@
     </message>
     <message id="qelfrontend-setting-unknown">
         <source></source>
-        <translation>Es gibt keine Einstellung „%1“; es gibt: %2</translation>
+        <translation>Es gibt keine Einstellung „%1“; es gibt: %2.</translation>
     </message>
     <message id="qelfrontend-setting-wells">
         <source></source>

@@ -13,11 +13,11 @@
     </message>
     <message id="qelfrontend-device-none">
         <source></source>
-        <translation>there is no instrument &quot;%1&quot;: no driver has found any; check that it is connected and switched on</translation>
+        <translation>There is no instrument &quot;%1&quot;: no driver has found any. Check that it is connected and switched on.</translation>
     </message>
     <message id="qelfrontend-device-unknown">
         <source></source>
-        <translation>there is no instrument &quot;%1&quot;; these are connected:%2</translation>
+        <translation>There is no instrument &quot;%1&quot;; these are connected:%2</translation>
     </message>
     <message id="qelfrontend-error-none">
         <source></source>
@@ -73,11 +73,11 @@
     </message>
     <message id="qelfrontend-feature-ambiguous">
         <source></source>
-        <translation>&quot;%1&quot; means more than one feature; write one of: %2</translation>
+        <translation>&quot;%1&quot; means more than one feature; write one of: %2.</translation>
     </message>
     <message id="qelfrontend-feature-unknown">
         <source></source>
-        <translation>there is no feature &quot;%1&quot;; there are: %2</translation>
+        <translation>There is no feature &quot;%1&quot;; there are: %2.</translation>
     </message>
     <message id="qelfrontend-file-kind">
         <source></source>

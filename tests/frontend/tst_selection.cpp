@@ -50,13 +50,13 @@ void SelectionTest::selectsDevice_data()
     row("usb", "hid");
     row("Reader", "one");
     row("reader 2", "two");
-    row("SN-100 ", "there is no instrument \"SN-100 \"", 5);
+    row("SN-100 ", "There is no instrument \"SN-100 \"", 5);
     row("SN-1", "means more than one", 2);
     row("sim", "means more than one", 2);
     row("Ä", "hid");
     row("SN-DUP", "means more than one", 2);
-    row("one", "there is no instrument", 5);
-    row("", "there is no instrument", 5);
+    row("one", "There is no instrument", 5);
+    row("", "There is no instrument", 5);
     row("\033[2J", "\357\277\275[2J", 5);
 }
 
@@ -104,7 +104,7 @@ void SelectionTest::selectsFeature_data()
     row("none", -1, "ambient-temperature, absorbance-measurement");
     row("df_", -1, "led-bar-effect");
     row("", -1, "led-bar-effect");
-    row("absorbances", -1, "there is no feature \"absorbances\"");
+    row("absorbances", -1, "There is no feature \"absorbances\"");
 }
 
 void SelectionTest::selectsFeature()
@@ -213,7 +213,7 @@ void SelectionTest::speaksTheInstalledLanguage()
         selectDevice(QStringLiteral("x"), {}, &problem);
         return problem.left(20);
     };
-    const QString english = QStringLiteral("there is no instrume");
+    const QString english = QStringLiteral("There is no instrume");
     QCOMPARE(ask(), english);
     installTranslations(QLocale(QLocale::German, QLocale::Austria));
     QCOMPARE(ask(), QStringLiteral("Es gibt kein Gerät „"));

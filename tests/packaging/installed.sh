@@ -128,7 +128,7 @@ application)
     "$prefix/bin/minimal-application" SIM-A-0001 >"$scratch/result"
     has_plate "$scratch/result"
     ! "$prefix/bin/minimal-application" nonesuch 2>"$scratch/result" || fail "it knows 'nonesuch'"
-    has "$scratch/result" 'no instrument "nonesuch"'
+    has "$scratch/result" 'There is no instrument "nonesuch"'
     # Elsewhere it finds no driver but those it is told of.
     mv "$prefix/bin/devicedrivers" "$scratch/drivers"
     ! "$prefix/bin/minimal-application" 2>"$scratch/result" || fail "it measures without drivers"
