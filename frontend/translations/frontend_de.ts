@@ -5,7 +5,7 @@
     <name></name>
     <message id="qelfrontend-configuration-type">
         <source></source>
-        <translation>Angegeben ist eine Konfiguration vom Typ %2, nötig ist ein QVariantHash</translation>
+        <translation>Angegeben ist eine Konfiguration vom Typ %2, nötig ist ein QVariantHash.</translation>
     </message>
     <message id="qelfrontend-device-ambiguous">
         <source></source>
@@ -89,19 +89,19 @@
     </message>
     <message id="qelfrontend-json-duplicate-key">
         <source></source>
-        <translation>Das Objekt bei %1 enthält den Schlüssel „%2“ zweimal; entfernen Sie einen davon</translation>
+        <translation>Das Objekt bei %1 enthält den Schlüssel „%2“ zweimal; entfernen Sie einen davon.</translation>
     </message>
     <message id="qelfrontend-json-single">
         <source></source>
-        <translation>Das ist kein JSON: erwartet wird genau ein Wert</translation>
+        <translation>Das ist kein JSON: erwartet wird genau ein Wert.</translation>
     </message>
     <message id="qelfrontend-json-size">
         <source></source>
-        <translation>Dieses JSON hat %2 Byte; gelesen werden höchstens %3</translation>
+        <translation>Dieses JSON hat %2 Byte; gelesen werden höchstens %3.</translation>
     </message>
     <message id="qelfrontend-json-syntax">
         <source></source>
-        <translation>Das ist kein JSON: %2, bei Byte %3</translation>
+        <translation>Das ist kein JSON: %2, bei Byte %3.</translation>
     </message>
     <message id="qelfrontend-kind-bool">
         <source></source>
@@ -185,43 +185,43 @@
     </message>
     <message id="qelfrontend-missing">
         <source></source>
-        <translation>Das Gerät hat „%1“ nicht geliefert, das %2 sein muss; melden Sie das dem Hersteller des Treibers</translation>
+        <translation>Das Gerät hat „%1“ nicht geliefert, das %2 sein muss; melden Sie das dem Hersteller des Treibers.</translation>
     </message>
     <message id="qelfrontend-names-count">
         <source></source>
-        <translation>Das Gerät hat „%1“ mit %2 Namen für %3 Wahlmöglichkeiten geliefert; melden Sie das dem Hersteller des Treibers</translation>
+        <translation>Das Gerät hat „%1“ mit %2 Namen für %3 Wahlmöglichkeiten geliefert; melden Sie das dem Hersteller des Treibers.</translation>
     </message>
     <message id="qelfrontend-not-as-configured">
         <source></source>
-        <translation>Das Gerät hat „%1“ als %2 geliefert und sollte mit %3 messen; melden Sie das dem Hersteller des Treibers</translation>
+        <translation>Das Gerät hat „%1“ als %2 geliefert und sollte mit %3 messen; melden Sie das dem Hersteller des Treibers.</translation>
     </message>
     <message id="qelfrontend-not-as-described">
         <source></source>
-        <translation>Das Gerät hat „%1“ als %2 geliefert und beschreibt es als %3; melden Sie das dem Hersteller des Treibers</translation>
+        <translation>Das Gerät hat „%1“ als %2 geliefert und beschreibt es als %3; melden Sie das dem Hersteller des Treibers.</translation>
     </message>
     <message id="qelfrontend-not-selected">
         <source></source>
-        <translation>Das Gerät hat „%1“ geliefert, den Wert einer Kavität, die nicht gemessen werden sollte; melden Sie das dem Hersteller des Treibers</translation>
+        <translation>Das Gerät hat „%1“ geliefert, den Wert einer Kavität, die nicht gemessen werden sollte; melden Sie das dem Hersteller des Treibers.</translation>
     </message>
     <message id="qelfrontend-not-utc">
         <source></source>
-        <translation>Das Gerät hat als „%1“ keinen gültigen Zeitpunkt in UTC geliefert; melden Sie das dem Hersteller des Treibers</translation>
+        <translation>Das Gerät hat als „%1“ keinen gültigen Zeitpunkt in UTC geliefert; melden Sie das dem Hersteller des Treibers.</translation>
     </message>
     <message id="qelfrontend-out-of-range">
         <source></source>
-        <translation>Das Gerät hat „%1“ als %2 geliefert, was nicht sein kann; melden Sie das dem Hersteller des Treibers</translation>
+        <translation>Das Gerät hat „%1“ als %2 geliefert, was nicht sein kann; melden Sie das dem Hersteller des Treibers.</translation>
     </message>
     <message id="qelfrontend-plate-impossible">
         <source></source>
-        <translation>Das Gerät hat „%1“ mit einer Platte aus %2 mal %3 Kavitäten geliefert, was nicht sein kann; melden Sie das dem Hersteller des Treibers</translation>
+        <translation>Das Gerät hat „%1“ mit einer Platte aus %2 mal %3 Kavitäten geliefert, was nicht sein kann; melden Sie das dem Hersteller des Treibers.</translation>
     </message>
     <message id="qelfrontend-plate-none">
         <source></source>
-        <translation>Dieses Ergebnis ist keine Platte</translation>
+        <translation>Dieses Ergebnis ist keine Platte.</translation>
     </message>
     <message id="qelfrontend-read-count">
         <source></source>
-        <translation>Das Gerät hat „%1“ mit %2 Messungen der Platte geliefert statt mit %3; melden Sie das dem Hersteller des Treibers</translation>
+        <translation>Das Gerät hat „%1“ mit %2 Messungen der Platte geliefert statt mit %3; melden Sie das dem Hersteller des Treibers.</translation>
     </message>
     <message id="qelfrontend-run-aborted">
         <source></source>
@@ -261,35 +261,35 @@
     </message>
     <message id="qelfrontend-setting-digits">
         <source></source>
-        <translation>Einstellung „%1“: Eine so lange Zahl kann Stellen verloren haben; schreiben Sie sie als Text in Anführungszeichen</translation>
+        <translation>Einstellung „%1“: Eine so lange Zahl kann Stellen verloren haben; schreiben Sie sie als Text in Anführungszeichen.</translation>
     </message>
     <message id="qelfrontend-setting-empty">
         <source></source>
-        <translation>Einstellung „%1“: Angegeben ist nichts, wo ein Wert hingehört; lassen Sie die Einstellung für ihren Standardwert weg, oder schreiben Sie [] für eine leere Liste</translation>
+        <translation>Einstellung „%1“: Angegeben ist nichts, wo ein Wert hingehört; lassen Sie die Einstellung für ihren Standardwert weg, oder schreiben Sie [] für eine leere Liste.</translation>
     </message>
     <message id="qelfrontend-setting-file">
         <source></source>
-        <translation>Einstellung „%1“: „%2“ lässt sich nicht lesen: %3</translation>
+        <translation>Einstellung „%1“: „%2“ lässt sich nicht lesen: %3.</translation>
     </message>
     <message id="qelfrontend-setting-form">
         <source></source>
-        <translation>„%1“ hat nicht die Form NAME=WERT</translation>
+        <translation>„%1“ hat nicht die Form NAME=WERT.</translation>
     </message>
     <message id="qelfrontend-setting-length">
         <source></source>
-        <translation>Einstellung „%1“: %2 Werte angegeben, genau %3 oder keiner nötig</translation>
+        <translation>Einstellung „%1“: %2 Werte angegeben, genau %3 oder keiner nötig.</translation>
     </message>
     <message id="qelfrontend-setting-missing">
         <source></source>
-        <translation>Einstellung „%1“ fehlt; anzugeben ist: %2</translation>
+        <translation>Einstellung „%1“ fehlt; anzugeben ist: %2.</translation>
     </message>
     <message id="qelfrontend-setting-none">
         <source></source>
-        <translation>Es gibt keine Einstellung „%1“; diese Funktion hat keine</translation>
+        <translation>Es gibt keine Einstellung „%1“; diese Funktion hat keine.</translation>
     </message>
     <message id="qelfrontend-setting-type">
         <source></source>
-        <translation>Einstellung „%1“: angegeben ist ein Wert vom Typ %2, nötig ist %3</translation>
+        <translation>Einstellung „%1“: angegeben ist ein Wert vom Typ %2, nötig ist %3.</translation>
     </message>
     <message id="qelfrontend-setting-unknown">
         <source></source>
@@ -301,7 +301,7 @@
     </message>
     <message id="qelfrontend-setting-wrong">
         <source></source>
-        <translation>Einstellung „%1“: „%2“ ist nicht erlaubt; anzugeben ist: %3</translation>
+        <translation>Einstellung „%1“: „%2“ ist nicht erlaubt; anzugeben ist: %3.</translation>
     </message>
     <message id="qelfrontend-start-no-folder">
         <source></source>
@@ -309,55 +309,55 @@
     </message>
     <message id="qelfrontend-unexpected">
         <source></source>
-        <translation>Das Gerät hat „%1“ als %2 geliefert, wo nichts hingehört; melden Sie das dem Hersteller des Treibers</translation>
+        <translation>Das Gerät hat „%1“ als %2 geliefert, wo nichts hingehört; melden Sie das dem Hersteller des Treibers.</translation>
     </message>
     <message id="qelfrontend-unknown-type">
         <source></source>
-        <translation>Das Gerät hat „%1“ als „%2“ geliefert, was kein Typ einer Einstellung ist; melden Sie das dem Hersteller des Treibers</translation>
+        <translation>Das Gerät hat „%1“ als „%2“ geliefert, was kein Typ einer Einstellung ist; melden Sie das dem Hersteller des Treibers.</translation>
     </message>
     <message id="qelfrontend-value-content">
         <source></source>
-        <translation>Der Wert bei %1 lässt sich nicht als %2 lesen</translation>
+        <translation>Der Wert bei %1 lässt sich nicht als %2 lesen.</translation>
     </message>
     <message id="qelfrontend-value-count">
         <source></source>
-        <translation>Die Werte bis %1 sind mehr als %2</translation>
+        <translation>Die Werte bis %1 sind mehr als %2.</translation>
     </message>
     <message id="qelfrontend-value-depth">
         <source></source>
-        <translation>Der Wert bei %1 ist tiefer als %2 Ebenen geschachtelt</translation>
+        <translation>Der Wert bei %1 ist tiefer als %2 Ebenen geschachtelt.</translation>
     </message>
     <message id="qelfrontend-value-tag">
         <source></source>
-        <translation>Das Objekt bei %1 hat einen „$type“ und muss daneben nur noch „value“ haben</translation>
+        <translation>Das Objekt bei %1 hat einen „$type“ und muss daneben nur noch „value“ haben.</translation>
     </message>
     <message id="qelfrontend-value-type">
         <source></source>
-        <translation>Der Wert bei %1 hat den Typ „%2“, für den kein JSON festgelegt ist</translation>
+        <translation>Der Wert bei %1 hat den Typ „%2“, für den kein JSON festgelegt ist.</translation>
     </message>
     <message id="qelfrontend-value-unicode">
         <source></source>
-        <translation>Der Text bei %1 ist kein gültiges Unicode</translation>
+        <translation>Der Text bei %1 ist kein gültiges Unicode.</translation>
     </message>
     <message id="qelfrontend-value-unwritable">
         <source></source>
-        <translation>Der Wert bei %1 ist ein %2, den JSON nicht ohne Verlust aufnimmt</translation>
+        <translation>Der Wert bei %1 ist ein %2, den JSON nicht ohne Verlust aufnimmt.</translation>
     </message>
     <message id="qelfrontend-well-count">
         <source></source>
-        <translation>Das Gerät hat „%1“ mit %2 Werten für %3 mal %4 Kavitäten geliefert; melden Sie das dem Hersteller des Treibers</translation>
+        <translation>Das Gerät hat „%1“ mit %2 Werten für %3 mal %4 Kavitäten geliefert; melden Sie das dem Hersteller des Treibers.</translation>
     </message>
     <message id="qelfrontend-wells-unknown">
         <source></source>
-        <translation>„%1“ ist keine Kavität und kein Bereich; sie reichen von A1 bis %2</translation>
+        <translation>„%1“ ist keine Kavität und kein Bereich; sie reichen von A1 bis %2.</translation>
     </message>
     <message id="qelfrontend-wrong-content">
         <source></source>
-        <translation>Das Gerät hat „%1“ als „%2“ geliefert statt als „%3“; melden Sie das dem Hersteller des Treibers</translation>
+        <translation>Das Gerät hat „%1“ als „%2“ geliefert statt als „%3“; melden Sie das dem Hersteller des Treibers.</translation>
     </message>
     <message id="qelfrontend-wrong-type">
         <source></source>
-        <translation>Das Gerät hat „%1“ als %2 geliefert statt als %3; melden Sie das dem Hersteller des Treibers</translation>
+        <translation>Das Gerät hat „%1“ als %2 geliefert statt als %3; melden Sie das dem Hersteller des Treibers.</translation>
     </message>
 </context>
 </TS>

@@ -5,7 +5,7 @@
     <name></name>
     <message id="qelfrontend-configuration-type">
         <source></source>
-        <translation>a configuration of the type %2 is given where a QVariantHash is needed</translation>
+        <translation>A configuration of the type %2 is given where a QVariantHash is needed.</translation>
     </message>
     <message id="qelfrontend-device-ambiguous">
         <source></source>
@@ -89,19 +89,19 @@
     </message>
     <message id="qelfrontend-json-duplicate-key">
         <source></source>
-        <translation>the object at %1 has the key &quot;%2&quot; twice; remove one of the two</translation>
+        <translation>The object at %1 has the key &quot;%2&quot; twice; remove one of the two.</translation>
     </message>
     <message id="qelfrontend-json-single">
         <source></source>
-        <translation>this is no JSON: one value is expected</translation>
+        <translation>This is no JSON: one value is expected.</translation>
     </message>
     <message id="qelfrontend-json-size">
         <source></source>
-        <translation>this JSON has %2 bytes; at most %3 are read</translation>
+        <translation>This JSON has %2 bytes; at most %3 are read.</translation>
     </message>
     <message id="qelfrontend-json-syntax">
         <source></source>
-        <translation>this is no JSON: %2, at byte %3</translation>
+        <translation>This is no JSON: %2, at byte %3.</translation>
     </message>
     <message id="qelfrontend-kind-bool">
         <source></source>
@@ -185,43 +185,43 @@
     </message>
     <message id="qelfrontend-missing">
         <source></source>
-        <translation>the device did not deliver &quot;%1&quot;, which has to be %2; report this to the maker of its driver</translation>
+        <translation>The device did not deliver &quot;%1&quot;, which has to be %2; report this to the maker of its driver.</translation>
     </message>
     <message id="qelfrontend-names-count">
         <source></source>
-        <translation>the device delivered &quot;%1&quot; with %2 names for %3 choices; report this to the maker of its driver</translation>
+        <translation>The device delivered &quot;%1&quot; with %2 names for %3 choices; report this to the maker of its driver.</translation>
     </message>
     <message id="qelfrontend-not-as-configured">
         <source></source>
-        <translation>the device delivered &quot;%1&quot; as %2 and was to measure with %3; report this to the maker of its driver</translation>
+        <translation>The device delivered &quot;%1&quot; as %2 and was to measure with %3; report this to the maker of its driver.</translation>
     </message>
     <message id="qelfrontend-not-as-described">
         <source></source>
-        <translation>the device delivered &quot;%1&quot; as %2 and describes it as %3; report this to the maker of its driver</translation>
+        <translation>The device delivered &quot;%1&quot; as %2 and describes it as %3; report this to the maker of its driver.</translation>
     </message>
     <message id="qelfrontend-not-selected">
         <source></source>
-        <translation>the device delivered &quot;%1&quot;, the value of a well that was not to be measured; report this to the maker of its driver</translation>
+        <translation>The device delivered &quot;%1&quot;, the value of a well that was not to be measured; report this to the maker of its driver.</translation>
     </message>
     <message id="qelfrontend-not-utc">
         <source></source>
-        <translation>the device delivered no valid time in UTC as &quot;%1&quot;; report this to the maker of its driver</translation>
+        <translation>The device delivered no valid time in UTC as &quot;%1&quot;; report this to the maker of its driver.</translation>
     </message>
     <message id="qelfrontend-out-of-range">
         <source></source>
-        <translation>the device delivered &quot;%1&quot; as %2, which cannot be; report this to the maker of its driver</translation>
+        <translation>The device delivered &quot;%1&quot; as %2, which cannot be; report this to the maker of its driver.</translation>
     </message>
     <message id="qelfrontend-plate-impossible">
         <source></source>
-        <translation>the device delivered &quot;%1&quot; with a plate of %2 by %3 wells, which cannot be; report this to the maker of its driver</translation>
+        <translation>The device delivered &quot;%1&quot; with a plate of %2 by %3 wells, which cannot be; report this to the maker of its driver.</translation>
     </message>
     <message id="qelfrontend-plate-none">
         <source></source>
-        <translation>this result is no plate</translation>
+        <translation>This result is no plate.</translation>
     </message>
     <message id="qelfrontend-read-count">
         <source></source>
-        <translation>the device delivered &quot;%1&quot; with %2 reads of the plate where %3 belong; report this to the maker of its driver</translation>
+        <translation>The device delivered &quot;%1&quot; with %2 reads of the plate where %3 belong; report this to the maker of its driver.</translation>
     </message>
     <message id="qelfrontend-run-aborted">
         <source></source>
@@ -261,47 +261,47 @@
     </message>
     <message id="qelfrontend-setting-digits">
         <source></source>
-        <translation>setting &quot;%1&quot;: so long a number may have lost digits; write it as a text, in quotation marks</translation>
+        <translation>Setting &quot;%1&quot;: so long a number may have lost digits; write it as a text, in quotation marks.</translation>
     </message>
     <message id="qelfrontend-setting-empty">
         <source></source>
-        <translation>setting &quot;%1&quot;: nothing is given where a value belongs; leave the setting out for its default, or write [] for an empty list</translation>
+        <translation>Setting &quot;%1&quot;: nothing is given where a value belongs; leave the setting out for its default, or write [] for an empty list.</translation>
     </message>
     <message id="qelfrontend-setting-file">
         <source></source>
-        <translation>setting &quot;%1&quot;: cannot read &quot;%2&quot;: %3</translation>
+        <translation>Setting &quot;%1&quot;: cannot read &quot;%2&quot;: %3.</translation>
     </message>
     <message id="qelfrontend-setting-form">
         <source></source>
-        <translation>&quot;%1&quot; is not of the form KEY=VALUE</translation>
+        <translation>&quot;%1&quot; is not of the form KEY=VALUE.</translation>
     </message>
     <message id="qelfrontend-setting-length">
         <source></source>
-        <translation>setting &quot;%1&quot;: %2 values given, exactly %3 or none needed</translation>
+        <translation>Setting &quot;%1&quot;: %2 values given, exactly %3 or none needed.</translation>
     </message>
     <message id="qelfrontend-setting-missing">
         <source></source>
-        <translation>setting &quot;%1&quot; is missing; give %2</translation>
+        <translation>Setting &quot;%1&quot; is missing; give %2.</translation>
     </message>
     <message id="qelfrontend-setting-none">
         <source></source>
-        <translation>there is no setting &quot;%1&quot;; this feature takes none</translation>
+        <translation>There is no setting &quot;%1&quot;; this feature takes none.</translation>
     </message>
     <message id="qelfrontend-setting-type">
         <source></source>
-        <translation>setting &quot;%1&quot;: a value of the type %2 is given where %3 is needed</translation>
+        <translation>Setting &quot;%1&quot;: a value of the type %2 is given where %3 is needed.</translation>
     </message>
     <message id="qelfrontend-setting-unknown">
         <source></source>
-        <translation>there is no setting &quot;%1&quot;; there are: %2</translation>
+        <translation>There is no setting &quot;%1&quot;; there are: %2.</translation>
     </message>
     <message id="qelfrontend-setting-wells">
         <source></source>
-        <translation>setting &quot;%1&quot;: %2</translation>
+        <translation>Setting &quot;%1&quot;: %2</translation>
     </message>
     <message id="qelfrontend-setting-wrong">
         <source></source>
-        <translation>setting &quot;%1&quot;: &quot;%2&quot; is not allowed; it takes %3</translation>
+        <translation>Setting &quot;%1&quot;: &quot;%2&quot; is not allowed; it takes %3.</translation>
     </message>
     <message id="qelfrontend-start-no-folder">
         <source></source>
@@ -309,55 +309,55 @@
     </message>
     <message id="qelfrontend-unexpected">
         <source></source>
-        <translation>the device delivered &quot;%1&quot; as %2 where nothing belongs; report this to the maker of its driver</translation>
+        <translation>The device delivered &quot;%1&quot; as %2 where nothing belongs; report this to the maker of its driver.</translation>
     </message>
     <message id="qelfrontend-unknown-type">
         <source></source>
-        <translation>the device delivered &quot;%1&quot; as &quot;%2&quot;, which is no type of a setting; report this to the maker of its driver</translation>
+        <translation>The device delivered &quot;%1&quot; as &quot;%2&quot;, which is no type of a setting; report this to the maker of its driver.</translation>
     </message>
     <message id="qelfrontend-value-content">
         <source></source>
-        <translation>the value at %1 cannot be read as %2</translation>
+        <translation>The value at %1 cannot be read as %2.</translation>
     </message>
     <message id="qelfrontend-value-count">
         <source></source>
-        <translation>the values up to %1 are more than %2</translation>
+        <translation>The values up to %1 are more than %2.</translation>
     </message>
     <message id="qelfrontend-value-depth">
         <source></source>
-        <translation>the value at %1 is nested deeper than %2 levels</translation>
+        <translation>The value at %1 is nested deeper than %2 levels.</translation>
     </message>
     <message id="qelfrontend-value-tag">
         <source></source>
-        <translation>the object at %1 has a &quot;$type&quot; and must have a &quot;value&quot; beside it and nothing else</translation>
+        <translation>The object at %1 has a &quot;$type&quot; and must have a &quot;value&quot; beside it and nothing else.</translation>
     </message>
     <message id="qelfrontend-value-type">
         <source></source>
-        <translation>the value at %1 is of the type &quot;%2&quot;, which JSON is not defined for</translation>
+        <translation>The value at %1 is of the type &quot;%2&quot;, which JSON is not defined for.</translation>
     </message>
     <message id="qelfrontend-value-unicode">
         <source></source>
-        <translation>the text at %1 is no valid Unicode</translation>
+        <translation>The text at %1 is no valid Unicode.</translation>
     </message>
     <message id="qelfrontend-value-unwritable">
         <source></source>
-        <translation>the value at %1 is a %2 that JSON cannot hold without loss</translation>
+        <translation>The value at %1 is a %2 that JSON cannot hold without loss.</translation>
     </message>
     <message id="qelfrontend-well-count">
         <source></source>
-        <translation>the device delivered &quot;%1&quot; with %2 values for %3 by %4 wells; report this to the maker of its driver</translation>
+        <translation>The device delivered &quot;%1&quot; with %2 values for %3 by %4 wells; report this to the maker of its driver.</translation>
     </message>
     <message id="qelfrontend-wells-unknown">
         <source></source>
-        <translation>&quot;%1&quot; is no well or range of wells; they go from A1 to %2</translation>
+        <translation>&quot;%1&quot; is no well or range of wells; they go from A1 to %2.</translation>
     </message>
     <message id="qelfrontend-wrong-content">
         <source></source>
-        <translation>the device delivered &quot;%1&quot; as &quot;%2&quot; where &quot;%3&quot; belongs; report this to the maker of its driver</translation>
+        <translation>The device delivered &quot;%1&quot; as &quot;%2&quot; where &quot;%3&quot; belongs; report this to the maker of its driver.</translation>
     </message>
     <message id="qelfrontend-wrong-type">
         <source></source>
-        <translation>the device delivered &quot;%1&quot; as %2 where %3 belongs; report this to the maker of its driver</translation>
+        <translation>The device delivered &quot;%1&quot; as %2 where %3 belongs; report this to the maker of its driver.</translation>
     </message>
 </context>
 </TS>

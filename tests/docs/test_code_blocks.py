@@ -11,6 +11,7 @@ order:
   cmake    part of a project that is configured
   json     parsed; with "instruments" it is a scenario that the simulator takes
   python   run with the Python package
+  pycon    left to the tests of the Python package, which run it
 
 A comment in the line above a block, which no reader sees, makes an exception:
 
@@ -144,6 +145,9 @@ class CodeBlocks(unittest.TestCase):
         script = place.write("script.py", text)
         place.run(f"{shlex.quote(os.environ['PYTHON'])} {script}", code)
 
+    def pycon(self, _place, text, _omitted, _code):
+        self.assertTrue(text.startswith(">>> "))
+
     def test_every_block(self):
         text = FILE.read_text(encoding="utf-8")
         blocks = list(FENCE.finditer(text))
@@ -164,7 +168,8 @@ class CodeBlocks(unittest.TestCase):
             return
         omitted = kind.removeprefix("without ") if kind.startswith("without ") else None
         code = int(kind.removeprefix("ends with ")) if kind.startswith("ends with ") else 0
-        self.assertIn(block["language"], ("console", "sh", "cpp", "cmake", "json", "python"),
+        self.assertIn(block["language"], ("console", "sh", "cpp", "cmake", "json", "python",
+                                          "pycon"),
                       "say what it is behind the fence, or in a comment above that it is a fragment")
         getattr(self, block["language"])(place, block["text"], omitted, code)
 

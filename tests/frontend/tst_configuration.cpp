@@ -234,11 +234,11 @@ void ConfigurationTest::assigns_data()
     row("wavelengths=450,620", R"({"wavelengths":[450,620]})");
     row("wavelengths = [450, 620]", R"({"wavelengths":[450,620]})");
     row("wavelengths=[]", R"({"wavelengths":[]})");
-    row("wavelengths=", "setting \"wavelengths\": nothing is given");
-    row("wavelengths=,,", "setting \"wavelengths\": nothing is given");
-    row("wavelengths=450,", "setting \"wavelengths\": nothing is given");
-    row("selectedWells=", "setting \"selectedWells\": nothing is given");
-    row("mode=", "setting \"mode\": nothing is given");
+    row("wavelengths=", "Setting \"wavelengths\": nothing is given");
+    row("wavelengths=,,", "Setting \"wavelengths\": nothing is given");
+    row("wavelengths=450,", "Setting \"wavelengths\": nothing is given");
+    row("selectedWells=", "Setting \"selectedWells\": nothing is given");
+    row("mode=", "Setting \"mode\": nothing is given");
     row("rapidMode=true", R"({"rapidMode":true})");
     row("rapidMode=yes", R"({"rapidMode":"yes"})");
     row("integrationTime=1500", R"({"integrationTime":1500})");
@@ -250,7 +250,7 @@ void ConfigurationTest::assigns_data()
     row("color=#ff8000", R"({"color":"#ff8000"})");
     row("image=AP8=", R"({"image":"AP8="})");
     row("plateType=1", R"({"plateType":"1"})");
-    row("wavelength=450", "there is no setting \"wavelength\"");
+    row("wavelength=450", "There is no setting \"wavelength\"");
     row("wavelengths", "\"wavelengths\" is not of the form KEY=VALUE");
     row("=450", "\"=450\" is not of the form KEY=VALUE");
 }

@@ -54,8 +54,8 @@ void ProblemsTest::textsFromOutsideAreHarmless()
         explain({Problem::ValueType, QStringLiteral("$.%2\x1b[31m"), {QStringLiteral("%1\n%2")}});
     QCOMPARE(
         sentence,
-        QStringLiteral("the value at $.%2\uFFFD[31m is of the type \"%1\uFFFD%2\", which JSON is"
-                       " not defined for"));
+        QStringLiteral("The value at $.%2\uFFFD[31m is of the type \"%1\uFFFD%2\", which JSON is"
+                       " not defined for."));
 }
 
 QTEST_GUILESS_MAIN(ProblemsTest)

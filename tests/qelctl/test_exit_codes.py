@@ -157,6 +157,8 @@ class ExitCodes(ToolTest):
                 for language in ("en", "de"))
             self.assertNotEqual(english, german)
             self.assertTrue(german.startswith(f"Aufruf: qelctl {command}".rstrip()), german)
+            placeholders = r"\b(COMMAND|DEVICE|DIR|DIRECTORY|FEATURE|FILE|KEY|PATH|VALUE)\b"
+            self.assertNotRegex(german, placeholders)
             for text in english, german:
                 self.assertNotIn("qelctl-", text)
                 self.assertLessEqual(max(map(len, text.splitlines())), 80, text)

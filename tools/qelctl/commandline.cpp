@@ -4,10 +4,12 @@
 #include "terminaltext.h"
 
 #include <QtCore/QLocale>
+#include <QtCore/QRegularExpression>
 
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <utility>
 
 #include <unistd.h>
 
@@ -31,6 +33,25 @@ CommandLine::CommandLine(const Command &command)
 static QString dashed(const QString &option)
 {
     return (option.size() == 1 ? QStringLiteral("-") : QStringLiteral("--")) + option;
+}
+
+// A placeholder such as "KEY=VALUE" or "[FILE]..." in the user's language.
+static QString localized(QString placeholder)
+{
+    static const std::pair<const char *, const char *> words[] = {
+        {"COMMAND", "qelctl-placeholder-command"}, {"DEVICE", "qelctl-placeholder-device"},
+        {"DIR", "qelctl-placeholder-dir"},         {"DIRECTORY", "qelctl-placeholder-directory"},
+        {"FEATURE", "qelctl-placeholder-feature"}, {"FILE", "qelctl-placeholder-file"},
+        {"KEY", "qelctl-placeholder-key"},         {"LINK", "qelctl-placeholder-link"},
+        {"LOCALE", "qelctl-placeholder-locale"},   {"PATH", "qelctl-placeholder-path"},
+        {"SECONDS", "qelctl-placeholder-seconds"}, {"SERIAL", "qelctl-placeholder-serial"},
+        {"VALUE", "qelctl-placeholder-value"},
+    };
+    for (const auto &[word, id] : words) {
+        const QRegularExpression whole(QStringLiteral("\\b%1\\b").arg(QLatin1String(word)));
+        placeholder.replace(whole, text(id));
+    }
+    return placeholder;
 }
 
 void CommandLine::addOption(const QStringList &names, const char *description,
@@ -87,8 +108,9 @@ std::optional<int> CommandLine::parse(const QStringList &arguments, int minimum,
         return fail(BadUsage, mistake());
     const QStringList given = positional();
     if (given.size() < minimum)
-        return fail(BadUsage,
-                    text("qelctl-argument-missing", m_arguments.at(given.size()).name, m_name));
+        return fail(
+            BadUsage,
+            text("qelctl-argument-missing", localized(m_arguments.at(given.size()).name), m_name));
     if (given.size() > maximum)
         return fail(BadUsage, text("qelctl-argument-surplus", given.at(maximum), m_name));
     return std::nullopt;
@@ -127,11 +149,11 @@ QString CommandLine::help() const
     QString usage = text("qelctl-usage", m_name);
     QList<QPair<QString, QString>> options;
     for (const Entry &option : m_options)
-        options.append({option.name, text(option.description)});
+        options.append({localized(option.name), text(option.description)});
     QList<QPair<QString, QString>> arguments;
     for (const Entry &argument : m_arguments) {
-        usage += QLatin1Char(' ') + argument.name;
-        arguments.append({argument.name, text(argument.description)});
+        usage += QLatin1Char(' ') + localized(argument.name);
+        arguments.append({localized(argument.name), text(argument.description)});
     }
     QString help = folded(usage, pageWidth(), 2).join(QLatin1Char('\n')) + QLatin1Char('\n')
         + prose(text(m_details));

@@ -10,7 +10,7 @@
   qelctl list
   qelctl run SERIENNUMMER absorbance --output platte.csv --format csv
 
-'qelctl BEFEHL --help' sagt alles über einen Befehl.
+„qelctl BEFEHL --help“ sagt alles über einen Befehl.
 
 Rückgabewerte: 0 erledigt, 1 Lauf fehlgeschlagen, 2 falscher Aufruf, 3 Gerät oder Funktion gibt es nicht, 4 lässt sich nicht öffnen, 5 Gerätefehler, 6 Zeit abgelaufen, 7 vom Benutzer abgebrochen, 8 Ausgabe nicht schreibbar, 130 unterbrochen.</translation>
     </message>
@@ -28,11 +28,11 @@ Rückgabewerte: 0 erledigt, 1 Lauf fehlgeschlagen, 2 falscher Aufruf, 3 Gerät o
     </message>
     <message id="qelctl-option-plugins">
         <source></source>
-        <translation>Auch unter DIR nach Treibern suchen. Sie haben Vorrang.</translation>
+        <translation>Auch unter ORDNER nach Treibern suchen. Sie haben Vorrang.</translation>
     </message>
     <message id="qelctl-option-lang">
         <source></source>
-        <translation>Die Sprache von LOCALE sprechen, etwa de oder en.</translation>
+        <translation>Die Sprache SPRACHE sprechen, etwa de oder en.</translation>
     </message>
     <message id="qelctl-option-log">
         <source></source>
@@ -70,21 +70,73 @@ Rückgabewerte: 0 erledigt, 1 Lauf fehlgeschlagen, 2 falscher Aufruf, 3 Gerät o
         <source></source>
         <translation>Optionen:</translation>
     </message>
+    <message id="qelctl-placeholder-command">
+        <source></source>
+        <translation>BEFEHL</translation>
+    </message>
+    <message id="qelctl-placeholder-device">
+        <source></source>
+        <translation>GERÄT</translation>
+    </message>
+    <message id="qelctl-placeholder-dir">
+        <source></source>
+        <translation>ORDNER</translation>
+    </message>
+    <message id="qelctl-placeholder-directory">
+        <source></source>
+        <translation>ORDNER</translation>
+    </message>
+    <message id="qelctl-placeholder-feature">
+        <source></source>
+        <translation>FUNKTION</translation>
+    </message>
+    <message id="qelctl-placeholder-file">
+        <source></source>
+        <translation>DATEI</translation>
+    </message>
+    <message id="qelctl-placeholder-key">
+        <source></source>
+        <translation>NAME</translation>
+    </message>
+    <message id="qelctl-placeholder-link">
+        <source></source>
+        <translation>VERBINDUNG</translation>
+    </message>
+    <message id="qelctl-placeholder-locale">
+        <source></source>
+        <translation>SPRACHE</translation>
+    </message>
+    <message id="qelctl-placeholder-path">
+        <source></source>
+        <translation>PFAD</translation>
+    </message>
+    <message id="qelctl-placeholder-seconds">
+        <source></source>
+        <translation>SEKUNDEN</translation>
+    </message>
+    <message id="qelctl-placeholder-serial">
+        <source></source>
+        <translation>SERIENNUMMER</translation>
+    </message>
+    <message id="qelctl-placeholder-value">
+        <source></source>
+        <translation>WERT</translation>
+    </message>
     <message id="qelctl-option-unknown">
         <source></source>
-        <translation>Die Option %1 gibt es hier nicht. Siehe '%2 --help'.</translation>
+        <translation>Die Option %1 gibt es hier nicht. Siehe „%2 --help“.</translation>
     </message>
     <message id="qelctl-option-misplaced">
         <source></source>
-        <translation>Die Option %1 steht vor dem Befehl. Siehe 'qelctl --help'.</translation>
+        <translation>Die Option %1 steht vor dem Befehl. Siehe „qelctl --help“.</translation>
     </message>
     <message id="qelctl-option-without-value">
         <source></source>
-        <translation>Die Option %1 nimmt keinen Wert. Siehe '%2 --help'.</translation>
+        <translation>Die Option %1 nimmt keinen Wert. Siehe „%2 --help“.</translation>
     </message>
     <message id="qelctl-option-needs-value">
         <source></source>
-        <translation>Hinter %1 fehlt ein Wert. Siehe '%2 --help'.</translation>
+        <translation>Hinter %1 fehlt ein Wert. Siehe „%2 --help“.</translation>
     </message>
     <message id="qelctl-progress-remaining">
         <source></source>
@@ -100,47 +152,47 @@ Rückgabewerte: 0 erledigt, 1 Lauf fehlgeschlagen, 2 falscher Aufruf, 3 Gerät o
     </message>
     <message id="qelctl-argument-missing">
         <source></source>
-        <translation>%1 fehlt. Siehe '%2 --help'.</translation>
+        <translation>%1 fehlt. Siehe „%2 --help“.</translation>
     </message>
     <message id="qelctl-argument-surplus">
         <source></source>
-        <translation>Das Argument '%1' ist zu viel. Siehe '%2 --help'.</translation>
+        <translation>Das Argument „%1“ ist zu viel. Siehe „%2 --help“.</translation>
     </message>
     <message id="qelctl-not-a-count">
         <source></source>
-        <translation>--%1 erwartet eine ganze Zahl ab %3, nicht '%2'.</translation>
+        <translation>--%1 erwartet eine ganze Zahl ab %3, nicht „%2“.</translation>
     </message>
     <message id="qelctl-not-a-time">
         <source></source>
-        <translation>--%1 erwartet eine Zeit in Sekunden, etwa 90 oder 0.5, nicht '%2'.</translation>
+        <translation>--%1 erwartet eine Zeit in Sekunden, etwa 90 oder 0.5, nicht „%2“.</translation>
     </message>
     <message id="qelctl-no-command">
         <source></source>
-        <translation>Sagen Sie, was zu tun ist, etwa 'qelctl list'. Siehe 'qelctl --help'.</translation>
+        <translation>Sagen Sie, was zu tun ist, etwa „qelctl list“. Siehe „qelctl --help“.</translation>
     </message>
     <message id="qelctl-no-such-command">
         <source></source>
-        <translation>Den Befehl '%1' gibt es nicht. Wählen Sie aus: %2.</translation>
+        <translation>Den Befehl „%1“ gibt es nicht. Wählen Sie aus: %2.</translation>
     </message>
     <message id="qelctl-no-such-level">
         <source></source>
-        <translation>--log erwartet quiet, warning, info oder debug, nicht '%1'.</translation>
+        <translation>--log erwartet quiet, warning, info oder debug, nicht „%1“.</translation>
     </message>
     <message id="qelctl-no-such-color">
         <source></source>
-        <translation>--color erwartet auto, always oder never, nicht '%1'.</translation>
+        <translation>--color erwartet auto, always oder never, nicht „%1“.</translation>
     </message>
     <message id="qelctl-no-such-driver">
         <source></source>
-        <translation>Den Treiber '%1' gibt es nicht. Geladen sind: %2.</translation>
+        <translation>Den Treiber „%1“ gibt es nicht. Geladen sind: %2.</translation>
     </message>
     <message id="qelctl-no-such-interface">
         <source></source>
-        <translation>Die Anschlussart '%1' gibt es nicht. Wählen Sie aus: %2.</translation>
+        <translation>Die Anschlussart „%1“ gibt es nicht. Wählen Sie aus: %2.</translation>
     </message>
     <message id="qelctl-not-created">
         <source></source>
-        <translation>%1: Der Treiber '%2' kennt das Gerät nicht mehr. Rufen Sie erneut 'qelctl list' auf.</translation>
+        <translation>%1: Der Treiber „%2“ kennt das Gerät nicht mehr. Rufen Sie erneut „qelctl list“ auf.</translation>
     </message>
     <message id="qelctl-interrupted">
         <source></source>
@@ -148,7 +200,7 @@ Rückgabewerte: 0 erledigt, 1 Lauf fehlgeschlagen, 2 falscher Aufruf, 3 Gerät o
     </message>
     <message id="qelctl-file-exists">
         <source></source>
-        <translation>Die Datei '%1' gibt es schon. Wählen Sie einen anderen Namen oder ersetzen Sie sie mit --force.</translation>
+        <translation>Die Datei „%1“ gibt es schon. Wählen Sie einen anderen Namen oder ersetzen Sie sie mit --force.</translation>
     </message>
     <message id="qelctl-cannot-print">
         <source></source>
@@ -156,11 +208,11 @@ Rückgabewerte: 0 erledigt, 1 Lauf fehlgeschlagen, 2 falscher Aufruf, 3 Gerät o
     </message>
     <message id="qelctl-cannot-write">
         <source></source>
-        <translation>In die Datei '%1' kann nicht geschrieben werden: %2.</translation>
+        <translation>In die Datei „%1“ kann nicht geschrieben werden: %2.</translation>
     </message>
     <message id="qelctl-cannot-read">
         <source></source>
-        <translation>Die Datei '%1' kann nicht gelesen werden: %2.</translation>
+        <translation>Die Datei „%1“ kann nicht gelesen werden: %2.</translation>
     </message>
     <message id="qelctl-column-name">
         <source></source>
@@ -252,11 +304,11 @@ Rückgabewerte: 0 erledigt, 1 Lauf fehlgeschlagen, 2 falscher Aufruf, 3 Gerät o
     </message>
     <message id="qelctl-list-empty">
         <source></source>
-        <translation>Keine Geräte gefunden. Schließen Sie eines an und schalten Sie es ein; 'qelctl drivers' zeigt, welche gesteuert werden können.</translation>
+        <translation>Keine Geräte gefunden. Schließen Sie eines an und schalten Sie es ein; „qelctl drivers“ zeigt, welche gesteuert werden können.</translation>
     </message>
     <message id="qelctl-list-no-drivers">
         <source></source>
-        <translation>Keine Treiber gefunden. Installieren Sie einen oder nennen Sie seinen Ordner mit --plugins DIR.</translation>
+        <translation>Keine Treiber gefunden. Installieren Sie einen oder nennen Sie seinen Ordner mit --plugins ORDNER.</translation>
     </message>
     <message id="qelctl-drivers-summary">
         <source></source>
@@ -268,11 +320,11 @@ Rückgabewerte: 0 erledigt, 1 Lauf fehlgeschlagen, 2 falscher Aufruf, 3 Gerät o
     </message>
     <message id="qelctl-drivers-no-interface">
         <source></source>
-        <translation>sie ist ein Plugin, aber keines für Gerätetreiber</translation>
+        <translation>Die Datei ist ein Plugin, aber keines für Gerätetreiber.</translation>
     </message>
     <message id="qelctl-drivers-failure">
         <source></source>
-        <translation>nicht geladen: %1: %2</translation>
+        <translation>Nicht geladen: %1: %2</translation>
     </message>
     <message id="qelctl-show-summary">
         <source></source>
@@ -325,7 +377,7 @@ Rückgabewerte: 0 erledigt, 1 Lauf fehlgeschlagen, 2 falscher Aufruf, 3 Gerät o
   qelctl run SIM-A-0001 absorbance-measurement --set wavelengths=450,620
   qelctl run SIM-A-0001 absorbance --format csv --output platte.csv
 
-'qelctl show GERÄT' listet die Funktionen und ihre Einstellungen auf.</translation>
+„qelctl show GERÄT“ listet die Funktionen und ihre Einstellungen auf.</translation>
     </message>
     <message id="qelctl-run-option-config">
         <source></source>
@@ -349,15 +401,15 @@ Rückgabewerte: 0 erledigt, 1 Lauf fehlgeschlagen, 2 falscher Aufruf, 3 Gerät o
     </message>
     <message id="qelctl-run-option-format">
         <source></source>
-        <translation>table für Menschen, plate für CSV in Plattenform, csv für eine Zeile je Vertiefung, json für alles.</translation>
+        <translation>table für Menschen, plate für CSV in Plattenform, csv für eine Zeile je Kavität, json für alles.</translation>
     </message>
     <message id="qelctl-run-option-output">
         <source></source>
-        <translation>Das Ergebnis in FILE statt auf die Standardausgabe schreiben.</translation>
+        <translation>Das Ergebnis in DATEI statt auf die Standardausgabe schreiben.</translation>
     </message>
     <message id="qelctl-run-option-force">
         <source></source>
-        <translation>FILE ersetzen, falls es sie gibt.</translation>
+        <translation>DATEI ersetzen, falls es sie gibt.</translation>
     </message>
     <message id="qelctl-run-option-repeat">
         <source></source>
@@ -381,7 +433,7 @@ Rückgabewerte: 0 erledigt, 1 Lauf fehlgeschlagen, 2 falscher Aufruf, 3 Gerät o
     </message>
     <message id="qelctl-run-no-such-format">
         <source></source>
-        <translation>--format erwartet table, plate, csv oder json, nicht '%1'.</translation>
+        <translation>--format erwartet table, plate, csv oder json, nicht „%1“.</translation>
     </message>
     <message id="qelctl-run-no-plate">
         <source></source>
@@ -401,10 +453,10 @@ Rückgabewerte: 0 erledigt, 1 Lauf fehlgeschlagen, 2 falscher Aufruf, 3 Gerät o
     </message>
     <message id="qelctl-doctor-details">
         <source></source>
-        <translation>Sagt von jeder Datei PATH, oder jeder darunter, ob sie ein brauchbares Treiber-Plugin ist, und wenn
+        <translation>Sagt von der Datei PFAD, oder von jeder darunter, ob sie ein brauchbares Treiber-Plugin ist, und wenn
 nicht, warum und was zu tun ist. Diese Dateien werden nicht geladen.
 
-Ohne PATH werden die Ordner untersucht, in denen das Werkzeug Treiber sucht, und die Plugins
+Ohne PFAD werden die Ordner untersucht, in denen das Werkzeug Treiber sucht, und die Plugins
 dort in einem eigenen Prozess geladen, um zu sagen, welche Treiber sie enthalten und welcher einen
 anderen ersetzt.
 
@@ -485,11 +537,11 @@ Regeln zählen nicht.</translation>
     </message>
     <message id="qelctl-check-no-such-rule">
         <source></source>
-        <translation>es gibt keine Regel '%1'; siehe docs/conformance-rules.md</translation>
+        <translation>Die Regel „%1“ gibt es nicht. Siehe docs/conformance-rules.md.</translation>
     </message>
     <message id="qelctl-check-no-such-limit">
         <source></source>
-        <translation>'%1' ist keine Grenze: ganze Sekunden, von 1 bis 86400</translation>
+        <translation>„%1“ ist keine Grenze. Geben Sie ganze Sekunden an, von 1 bis 86400.</translation>
     </message>
     <message id="qelctl-check-ask">
         <source></source>
@@ -497,11 +549,11 @@ Regeln zählen nicht.</translation>
     </message>
     <message id="qelctl-check-no-such-format">
         <source></source>
-        <translation>es gibt kein Format '%1'; möglich sind text, json und junit</translation>
+        <translation>Das Format „%1“ gibt es nicht. Möglich sind text, json und junit.</translation>
     </message>
     <message id="qelctl-check-no-file">
         <source></source>
-        <translation>es gibt keine Datei '%1'</translation>
+        <translation>Die Datei „%1“ gibt es nicht.</translation>
     </message>
     <message id="qelctl-new-driver-summary">
         <source></source>
@@ -509,7 +561,7 @@ Regeln zählen nicht.</translation>
     </message>
     <message id="qelctl-new-driver-details">
         <source></source>
-        <translation>Schreibt einen kleinen Treiber namens NAME nach DIRECTORY; der Ordner muss leer sein oder noch fehlen. Der Treiber lässt sich
+        <translation>Schreibt einen kleinen Treiber namens NAME nach ORDNER; der Ordner muss leer sein oder noch fehlen. Der Treiber lässt sich
 übersetzen und hält die Regeln ein; nur das Protokoll Ihres Geräts kennt er nicht. Suchen Sie in den Quellen nach PROTOCOL.</translation>
     </message>
     <message id="qelctl-new-driver-argument-name">
@@ -530,23 +582,23 @@ Regeln zählen nicht.</translation>
     </message>
     <message id="qelctl-new-driver-no-name">
         <source></source>
-        <translation>'%1' kann kein Treiber heißen. Erlaubt sind ein Kleinbuchstabe, dann Kleinbuchstaben, Ziffern, - und _, aber kein Name, den CMake selbst braucht, wie etwa test.</translation>
+        <translation>„%1“ kann kein Treiber heißen. Erlaubt sind ein Kleinbuchstabe, dann Kleinbuchstaben, Ziffern, - und _, aber kein Name, den CMake selbst braucht, wie etwa test.</translation>
     </message>
     <message id="qelctl-new-driver-not-empty">
         <source></source>
-        <translation>der Ordner '%1' ist nicht leer; wählen Sie einen anderen</translation>
+        <translation>Der Ordner „%1“ ist nicht leer. Nennen Sie einen anderen.</translation>
     </message>
     <message id="qelctl-new-driver-no-folder">
         <source></source>
-        <translation>der Ordner '%1' lässt sich nicht anlegen</translation>
+        <translation>Der Ordner „%1“ lässt sich nicht anlegen.</translation>
     </message>
     <message id="qelctl-new-driver-cannot-write">
         <source></source>
-        <translation>'%1' lässt sich nicht schreiben: %2</translation>
+        <translation>„%1“ lässt sich nicht schreiben: %2.</translation>
     </message>
     <message id="qelctl-new-driver-done">
         <source></source>
-        <translation>In '%1' steht ein Treiber. So übersetzen und prüfen Sie ihn:
+        <translation>In „%1“ steht ein Treiber. So übersetzen und prüfen Sie ihn:
 
     cmake -S %1 -B %1/build
     cmake --build %1/build

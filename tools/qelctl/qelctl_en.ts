@@ -70,6 +70,58 @@ Exit codes: 0 done, 1 run failed, 2 wrong usage, 3 no such device or feature, 4 
         <source></source>
         <translation>Options:</translation>
     </message>
+    <message id="qelctl-placeholder-command">
+        <source></source>
+        <translation>COMMAND</translation>
+    </message>
+    <message id="qelctl-placeholder-device">
+        <source></source>
+        <translation>DEVICE</translation>
+    </message>
+    <message id="qelctl-placeholder-dir">
+        <source></source>
+        <translation>DIR</translation>
+    </message>
+    <message id="qelctl-placeholder-directory">
+        <source></source>
+        <translation>DIRECTORY</translation>
+    </message>
+    <message id="qelctl-placeholder-feature">
+        <source></source>
+        <translation>FEATURE</translation>
+    </message>
+    <message id="qelctl-placeholder-file">
+        <source></source>
+        <translation>FILE</translation>
+    </message>
+    <message id="qelctl-placeholder-key">
+        <source></source>
+        <translation>KEY</translation>
+    </message>
+    <message id="qelctl-placeholder-link">
+        <source></source>
+        <translation>LINK</translation>
+    </message>
+    <message id="qelctl-placeholder-locale">
+        <source></source>
+        <translation>LOCALE</translation>
+    </message>
+    <message id="qelctl-placeholder-path">
+        <source></source>
+        <translation>PATH</translation>
+    </message>
+    <message id="qelctl-placeholder-seconds">
+        <source></source>
+        <translation>SECONDS</translation>
+    </message>
+    <message id="qelctl-placeholder-serial">
+        <source></source>
+        <translation>SERIAL</translation>
+    </message>
+    <message id="qelctl-placeholder-value">
+        <source></source>
+        <translation>VALUE</translation>
+    </message>
     <message id="qelctl-option-unknown">
         <source></source>
         <translation>There is no option %1 here. See '%2 --help'.</translation>
@@ -268,11 +320,11 @@ Exit codes: 0 done, 1 run failed, 2 wrong usage, 3 no such device or feature, 4 
     </message>
     <message id="qelctl-drivers-no-interface">
         <source></source>
-        <translation>it is a plugin, but not for device drivers</translation>
+        <translation>It is a plugin, but not for device drivers.</translation>
     </message>
     <message id="qelctl-drivers-failure">
         <source></source>
-        <translation>not loaded: %1: %2</translation>
+        <translation>Not loaded: %1: %2</translation>
     </message>
     <message id="qelctl-show-summary">
         <source></source>
@@ -484,11 +536,11 @@ do not count.</translation>
     </message>
     <message id="qelctl-check-no-such-rule">
         <source></source>
-        <translation>there is no rule '%1'; see docs/conformance-rules.md</translation>
+        <translation>There is no rule '%1'. See docs/conformance-rules.md.</translation>
     </message>
     <message id="qelctl-check-no-such-limit">
         <source></source>
-        <translation>'%1' is no limit: give whole seconds, from 1 to 86400</translation>
+        <translation>'%1' is no limit. Give whole seconds, from 1 to 86400.</translation>
     </message>
     <message id="qelctl-check-ask">
         <source></source>
@@ -496,11 +548,11 @@ do not count.</translation>
     </message>
     <message id="qelctl-check-no-such-format">
         <source></source>
-        <translation>there is no format '%1'; use text, json or junit</translation>
+        <translation>There is no format '%1'. Use text, json or junit.</translation>
     </message>
     <message id="qelctl-check-no-file">
         <source></source>
-        <translation>there is no file '%1'</translation>
+        <translation>There is no file '%1'.</translation>
     </message>
     <message id="qelctl-new-driver-summary">
         <source></source>
@@ -533,15 +585,15 @@ keeps the rules; what it does not know is the protocol of your instrument. Look 
     </message>
     <message id="qelctl-new-driver-not-empty">
         <source></source>
-        <translation>the folder '%1' is not empty; name another one</translation>
+        <translation>The folder '%1' is not empty. Name another one.</translation>
     </message>
     <message id="qelctl-new-driver-no-folder">
         <source></source>
-        <translation>cannot make the folder '%1'</translation>
+        <translation>Cannot make the folder '%1'.</translation>
     </message>
     <message id="qelctl-new-driver-cannot-write">
         <source></source>
-        <translation>cannot write '%1': %2</translation>
+        <translation>Cannot write '%1': %2.</translation>
     </message>
     <message id="qelctl-new-driver-done">
         <source></source>
