@@ -11,6 +11,9 @@ static const QString keyUnsafe = QStringLiteral("unsafe");
 static const QString keyAnswers = QStringLiteral("answers");
 static const QString keyLimits = QStringLiteral("limits");
 static const QString keyRules = QStringLiteral("rules");
+static const QString keySoakSeconds = QStringLiteral("soakSeconds");
+static const QString keySeed = QStringLiteral("seed");
+static const QString keySteps = QStringLiteral("steps");
 static const QString keyHung = QStringLiteral("hung");
 static const QString keyStuck = QStringLiteral("stuck");
 static const QString keyFeature = QStringLiteral("feature");
@@ -36,10 +39,17 @@ QJsonObject Assignment::toJson() const
     QJsonArray features;
     for (const Stuck &feature : stuck)
         features += conformance::toJson(feature);
-    return {{keyFile, fileName},        {keyDriver, driver},
-            {keySerial, serial},        {keyUnsafe, isUnsafe},
-            {keyAnswers, int(answers)}, {keyLimits, limits.toJson()},
-            {keyRules, numbers},        {keyHung, QJsonArray::fromStringList(hung)},
+    return {{keyFile, fileName},
+            {keyDriver, driver},
+            {keySerial, serial},
+            {keyUnsafe, isUnsafe},
+            {keyAnswers, int(answers)},
+            {keyLimits, limits.toJson()},
+            {keyRules, numbers},
+            {keySoakSeconds, soakSeconds},
+            {keySeed, double(seed)},
+            {keySteps, QJsonArray::fromStringList(steps)},
+            {keyHung, QJsonArray::fromStringList(hung)},
             {keyStuck, features}};
 }
 
@@ -55,6 +65,11 @@ Assignment Assignment::fromJson(const QJsonObject &json)
     const QJsonArray numbers = json.value(keyRules).toArray();
     for (const QJsonValue &number : numbers)
         assignment.rules += number.toInt();
+    assignment.soakSeconds = json.value(keySoakSeconds).toInt();
+    assignment.seed = quint32(json.value(keySeed).toDouble());
+    const QJsonArray steps = json.value(keySteps).toArray();
+    for (const QJsonValue &step : steps)
+        assignment.steps += step.toString();
     const QJsonArray calls = json.value(keyHung).toArray();
     for (const QJsonValue &call : calls)
         assignment.hung += call.toString();

@@ -35,6 +35,9 @@ struct Assignment
     Answers answers = Answers::Decline;
     Limits limits;
     QVector<int> rules;   ///< the rules to judge, in this order
+    int soakSeconds = 0;  ///< how long to try random sequences instead; 0 for not at all
+    quint32 seed = 0;     ///< of the random sequences
+    QStringList steps;    ///< the one sequence to try instead
     QStringList hung;     ///< calls that did not return in an earlier process
     QVector<Stuck> stuck; ///< features whose run had no end in an earlier process
 

@@ -108,9 +108,8 @@ static void checkListedWhileOpen(Subject &subject)
     const DeviceInfo record = subject.opened()->deviceInfo();
     const auto records = subject.records();
     const bool isListed =
-        std::any_of(records.cbegin(), records.cend(), [&](const DeviceInfo &info) {
-            return info.location() == record.location();
-        });
+        std::any_of(records.cbegin(), records.cend(),
+                    [&](const DeviceInfo &info) { return info.location() == record.location(); });
     if (!isListed)
         throw Broken{QStringLiteral("while it is open, the list lacks %1").arg(describe(record))};
 }

@@ -1,6 +1,6 @@
 #include "worker.h"
 
-#include "subject.h"
+#include "soak_p.h"
 #include "worker_p.h"
 
 #include <qelisolation/parentlink.h>
@@ -106,6 +106,10 @@ int runWorker(int argc, char **argv)
     });
     pulse.start(assignment.limits.silent / 5);
 
+    if (assignment.soakSeconds > 0 || !assignment.steps.isEmpty()) {
+        soakInWorker(*subject, assignment, answer);
+        ::_exit(EXIT_SUCCESS);
+    }
     for (const int number : assignment.rules) {
         const Rule &rule = *findRule(number);
         answer({{keyRule, rule.number}});

@@ -9,6 +9,8 @@
 //  - a call says that the plugin is being called, "returned" that the call has ended;
 //  - "stuck" names a feature whose run has no end;
 //  - "ask" has a person do something; the worker waits for the message "yes" or "no";
+//  - in a soak, "steps" is the sequence that begins, "fault" what the last one has shown, and
+//    "unmet" why none can be tried;
 //  - an empty one is a sign of life.
 namespace qel::conformance {
 
@@ -28,6 +30,9 @@ const QString keyCall = QStringLiteral("call");
 const QString keyFeature = QStringLiteral("feature");
 const QString keyReturned = QStringLiteral("returned");
 const QString keyStuck = QStringLiteral("stuck");
+const QString keySteps = QStringLiteral("steps");
+const QString keyFault = QStringLiteral("fault");
+const QString keyUnmet = QStringLiteral("unmet");
 const QString keyAsk = QStringLiteral("ask");
 
 // How a worker ends whose answers nobody can hear.

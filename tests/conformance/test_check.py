@@ -71,6 +71,8 @@ class Check(ToolTest):
                 (["--rule", "0401", good], 2, "'0401'"),
                 (["--format", "xml", good], 2, "'xml'"),
                 (["--run-limit", "0", good], 2, "'0'"),
+                (["--soak", "soon", good], 2, "'soon'"),
+                (["--soak", "1s", "--seed", "x", good], 2, "'x'"),
                 ([PLUGINS / "none.so"], 2, "none.so"),
                 ([PLUGINS], 2, "plugins"),
                 ([good, good], 2, ""),

@@ -1,5 +1,6 @@
 #include "checker.h"
 #include "report.h"
+#include "soak.h"
 #include "worker.h"
 
 #include <qelisolation/childprocess.h>
@@ -81,6 +82,7 @@ private slots:
     void crashAndHangAreNamed_data();
     void crashAndHangAreNamed();
     void closesWhenAbandoned();
+    void soakFindsTheShortestSequence();
     void formats();
     void pageIsUpToDate();
 
@@ -305,6 +307,21 @@ void tst_Conformance::closesWhenAbandoned()
     }
     QCOMPARE(int(worker.finish(QDeadlineTimer(10000)).kind), int(qel::isolation::Ending::Exited));
     QVERIFY(worker.lastWords().contains("closed in good order"));
+}
+
+void tst_Conformance::soakFindsTheShortestSequence()
+{
+    const quint32 seed = 4711;
+    const int seconds = 20;
+    const SoakReport report =
+        soak(requestFor(QStringLiteral("901-close-forgets-run")), seconds, seed);
+    QCOMPARE(report.error, QString());
+    QVERIFY2(report.fault.contains(QStringLiteral("has no end")), qPrintable(toText(report)));
+    // Opening, waiting for it, and a run that goes on: no step can be spared.
+    QVERIFY2(report.steps.size() <= 3, qPrintable(toText(report)));
+    const SoakReport good = soak(requestFor(QStringLiteral("good")), 1, seed);
+    QVERIFY2(good.fault.isEmpty() && good.error.isEmpty(), qPrintable(toText(good)));
+    QVERIFY(good.sequences > 0);
 }
 
 void tst_Conformance::formats()

@@ -4,8 +4,11 @@
 
 #include <checker.h>
 #include <report.h>
+#include <soak.h>
 
 #include <QtCore/QFileInfo>
+#include <QtCore/QRandomGenerator>
+#include <QtCore/QRegularExpression>
 
 #include <algorithm>
 #include <cstdio>
@@ -102,6 +105,37 @@ Answers answersFor(bool saysYes)
     return ::isatty(STDIN_FILENO) && ::isatty(STDERR_FILENO) ? Answers::Ask : Answers::Decline;
 }
 
+// "90", "90s", "10m" or "2h" in seconds; nothing for anything else.
+std::optional<int> readDuration(const QString &value)
+{
+    const QRegularExpression form(QStringLiteral("^([1-9][0-9]{0,5})([smh]?)$"));
+    const auto match = form.match(value);
+    if (!match.hasMatch())
+        return std::nullopt;
+    const QString unit = match.captured(2);
+    const int factor = unit == QLatin1String("h") ? 3600 : unit == QLatin1String("m") ? 60 : 1;
+    return match.captured(1).toInt() * factor;
+}
+
+int soakFor(const Request &request, const QString &duration, const QString &seedText)
+{
+    const auto seconds = readDuration(duration);
+    if (!seconds)
+        return fail(BadUsage, text("qelctl-check-no-such-duration", duration));
+    bool isNumber = true;
+    const quint32 seed =
+        seedText.isEmpty() ? QRandomGenerator::global()->generate() : seedText.toUInt(&isNumber);
+    if (!isNumber)
+        return fail(BadUsage, text("qelctl-check-no-such-seed", seedText));
+    const SoakReport report = soak(request, *seconds, seed);
+    if (!report.error.isEmpty())
+        return fail(Incomplete, report.error);
+    const int printed = printData(toText(report).toUtf8());
+    if (printed != Done)
+        return printed;
+    return report.fault.isEmpty() ? Done : RunFailed;
+}
+
 int run(const QStringList &arguments)
 {
     CommandLine line(checkCommand);
@@ -114,6 +148,9 @@ int run(const QStringList &arguments)
     line.addOption({QStringLiteral("yes")}, "qelctl-check-option-yes");
     line.addOption({QStringLiteral("run-limit")}, "qelctl-check-option-run-limit",
                    QStringLiteral("SECONDS"));
+    line.addOption({QStringLiteral("soak")}, "qelctl-check-option-soak",
+                   QStringLiteral("DURATION"));
+    line.addOption({QStringLiteral("seed")}, "qelctl-check-option-seed", QStringLiteral("N"));
     line.addOption({QStringLiteral("format")}, "qelctl-check-option-format",
                    QStringLiteral("text|json|junit"));
     line.addArgument(QStringLiteral("PLUGIN"), "qelctl-check-argument");
@@ -138,6 +175,9 @@ int run(const QStringList &arguments)
             return fail(BadUsage, text("qelctl-check-no-such-limit", value));
         request.limits.run = 1000 * seconds;
     }
+    if (line.has(QStringLiteral("soak")))
+        return soakFor(request, line.value(QStringLiteral("soak")),
+                       line.value(QStringLiteral("seed")));
     const auto rules = readRules(line.values(QStringLiteral("rule")));
     if (!rules)
         return BadUsage;

@@ -531,6 +531,14 @@ Regeln zählen nicht.</translation>
         <source></source>
         <translation>Wie lange ein Lauf dauern darf, ohne dass sein Fortschritt steigt; ohne Angabe 120 s.</translation>
     </message>
+    <message id="qelctl-check-option-soak">
+        <source></source>
+        <translation>Stattdessen das Gerät so lange wie DURATION, etwa 90s, 10m oder 2h, in zufälligen Folgen aufrufen und eine Folge, die einen Fehler zeigt, so kurz wie möglich machen.</translation>
+    </message>
+    <message id="qelctl-check-option-seed">
+        <source></source>
+        <translation>Der Startwert der zufälligen Folgen, um sie zu wiederholen; der Bericht nennt ihn.</translation>
+    </message>
     <message id="qelctl-check-option-format">
         <source></source>
         <translation>Wie der Bericht ausgegeben wird; ohne Angabe als Text.</translation>
@@ -546,6 +554,14 @@ Regeln zählen nicht.</translation>
     <message id="qelctl-check-ask">
         <source></source>
         <translation>%1 Erledigt? [J/n]</translation>
+    </message>
+    <message id="qelctl-check-no-such-duration">
+        <source></source>
+        <translation>'%1' ist keine Dauer: etwa 90s, 10m oder 2h</translation>
+    </message>
+    <message id="qelctl-check-no-such-seed">
+        <source></source>
+        <translation>'%1' ist kein Startwert: eine ganze Zahl angeben</translation>
     </message>
     <message id="qelctl-check-no-such-format">
         <source></source>

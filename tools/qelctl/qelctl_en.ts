@@ -530,6 +530,14 @@ do not count.</translation>
         <source></source>
         <translation>How long a run may go on without its progress rising; 120 s unless given.</translation>
     </message>
+    <message id="qelctl-check-option-soak">
+        <source></source>
+        <translation>Instead, call the device in random sequences for DURATION, such as 90s, 10m or 2h, and make a sequence that shows a fault as short as possible.</translation>
+    </message>
+    <message id="qelctl-check-option-seed">
+        <source></source>
+        <translation>The seed of the random sequences, to repeat them; the report names it.</translation>
+    </message>
     <message id="qelctl-check-option-format">
         <source></source>
         <translation>How to print the report; text unless given.</translation>
@@ -545,6 +553,14 @@ do not count.</translation>
     <message id="qelctl-check-ask">
         <source></source>
         <translation>%1 Done? [Y/n]</translation>
+    </message>
+    <message id="qelctl-check-no-such-duration">
+        <source></source>
+        <translation>'%1' is no duration: give 90s, 10m or 2h, for instance</translation>
+    </message>
+    <message id="qelctl-check-no-such-seed">
+        <source></source>
+        <translation>'%1' is no seed: give a whole number</translation>
     </message>
     <message id="qelctl-check-no-such-format">
         <source></source>
