@@ -1,4 +1,5 @@
-# qel_add_driver(NAME SOURCES source.cpp... METADATA plugin.json [TRANSLATIONS plugin_en.ts...])
+# qel_add_driver(NAME SOURCES source.cpp... METADATA plugin.json [TRANSLATIONS plugin_en.ts...]
+#     [ISOLATED])
 #
 # Builds the driver plugin NAME, a module that shows no symbols and misses none.
 #
@@ -12,6 +13,9 @@
 # installation puts it where the library looks under the prefix: into the folder "devicedrivers" of
 # Qt's plugin directory where the prefix is Qt's own, and of CMAKE_INSTALL_BINDIR elsewhere.
 #
+# ISOLATED puts it into folders "devicedrivers-isolated" instead: the driver runs in a process of its own,
+# where the package qeldevicesd is installed, and cannot take an application along when it crashes.
+#
 # In a project with enable_testing(), the test NAME_conformance has the tool qelctl, which is installed
 # along with the library, judge whether the plugin keeps the rules for drivers. It is skipped when that
 # cannot be judged, because no instrument is there for instance. What the tool is to be told besides
@@ -19,10 +23,10 @@
 include(${CMAKE_CURRENT_LIST_DIR}/QelDevicesCatalogues.cmake)
 
 function(qel_add_driver name)
-    cmake_parse_arguments(PARSE_ARGV 1 driver "" "METADATA" "SOURCES;TRANSLATIONS")
+    cmake_parse_arguments(PARSE_ARGV 1 driver "ISOLATED" "METADATA" "SOURCES;TRANSLATIONS")
     if(driver_UNPARSED_ARGUMENTS)
         message(FATAL_ERROR "qel_add_driver(${name}): cannot make sense of"
-            " '${driver_UNPARSED_ARGUMENTS}'; it takes SOURCES, METADATA and TRANSLATIONS")
+            " '${driver_UNPARSED_ARGUMENTS}'; it takes SOURCES, METADATA, TRANSLATIONS and ISOLATED")
     endif()
     _qel_check_metadata(${name} "${driver_METADATA}")
     _qel_check_catalogue_names(${name} "${driver_TRANSLATIONS}")
@@ -41,7 +45,11 @@ function(qel_add_driver name)
     if(driver_TRANSLATIONS)
         qel_add_catalogues(${name} /qel/devices/${name} ${driver_TRANSLATIONS})
     endif()
-    _qel_place_driver(${name})
+    set(folder devicedrivers)
+    if(driver_ISOLATED)
+        set(folder devicedrivers-isolated)
+    endif()
+    _qel_place_driver(${name} ${folder})
     if(QelDevices_QELCTL)
         set(${name}_CHECK_OPTIONS "" CACHE STRING "What else to tell qelctl check, with ; between")
         add_test(NAME ${name}_conformance
@@ -90,7 +98,7 @@ function(_qel_check_catalogue_names name catalogues)
     endforeach()
 endfunction()
 
-function(_qel_place_driver name)
+function(_qel_place_driver name folder)
     include(GNUInstallDirs)
 
     set(executables ${CMAKE_CURRENT_BINARY_DIR})
@@ -98,7 +106,7 @@ function(_qel_place_driver name)
         set(executables ${CMAKE_RUNTIME_OUTPUT_DIRECTORY})
     endif()
     set_target_properties(${name} PROPERTIES
-        LIBRARY_OUTPUT_DIRECTORY ${executables}/devicedrivers)
+        LIBRARY_OUTPUT_DIRECTORY ${executables}/${folder})
 
     get_target_property(qmake Qt5::qmake IMPORTED_LOCATION)
     foreach(what IN ITEMS PREFIX PLUGINS)
@@ -108,9 +116,9 @@ function(_qel_place_driver name)
     file(RELATIVE_PATH qt_PLUGINS ${qt_PREFIX} ${qt_PLUGINS})
     # The prefix is not settled before the installation: "cmake --install --prefix" changes it.
     install(CODE "
-        set(qel_driver_directory \"${CMAKE_INSTALL_BINDIR}/devicedrivers\")
+        set(qel_driver_directory \"${CMAKE_INSTALL_BINDIR}/${folder}\")
         if(CMAKE_INSTALL_PREFIX STREQUAL \"${qt_PREFIX}\")
-            set(qel_driver_directory \"${qt_PLUGINS}/devicedrivers\")
+            set(qel_driver_directory \"${qt_PLUGINS}/${folder}\")
         endif()"
         ALL_COMPONENTS)
     if(NOT CMAKE_INSTALL_PREFIX STREQUAL qt_PREFIX)

@@ -370,6 +370,16 @@ static bool translates(const QStringList &catalogues, const QString &id)
     });
 }
 
+// A driver whose catalogues are elsewhere installs a translator that follows the default locale.
+static bool translatesInstalled(QLatin1String language, const QString &id)
+{
+    const QLocale before;
+    QLocale::setDefault(QLocale(language));
+    const QString sentence = qtTrId(id.toUtf8().constData());
+    QLocale::setDefault(before);
+    return sentence != id;
+}
+
 QString Subject::translationFault(const QString &id) const
 {
     const QStringList folders = catalogueFolders();
@@ -382,7 +392,7 @@ QString Subject::translationFault(const QString &id) const
                                          [](const QString &file) { return QFile::exists(file); });
         // The library's own ids serve as well.
         catalogues += QStringLiteral(":/qel/devices/qeldevices_%1.qm").arg(language);
-        if (isThere && !translates(catalogues, id))
+        if (isThere && !translates(catalogues, id) && !translatesInstalled(language, id))
             return QStringLiteral("'%1' is in no catalogue for '%2'").arg(id, language);
     }
     return {};

@@ -1,11 +1,14 @@
 #include "deviceserver.h"
 
+#include "runtime.h"
 #include "texts.h"
 #include "wire.h"
 
 #include <qeldevices/devicebroker.h>
+#include <qeldevices/deviceerrors.h>
 
 #include <QtCore/QMetaEnum>
+#include <QtCore/QTimer>
 
 #include <grpcpp/server_posix.h>
 
@@ -19,6 +22,8 @@ using devices::Device;
 using devices::DeviceBroker;
 using devices::DeviceInfo;
 using Feature = Device::DeviceFeature;
+
+constexpr std::chrono::minutes longestAbandonedRun(30);
 
 // Runs in the threads of gRPC: hands each call over to the server's thread.
 class DeviceServer::Service final : public wire::Instruments::CallbackService
@@ -40,10 +45,17 @@ private:
 class DeviceServer::Watcher : public QObject
 {
 public:
-    Watcher(std::shared_ptr<WatchServer> stream, QObject *parent)
-        : QObject(parent)
+    Watcher(std::shared_ptr<WatchServer> stream, QString peer, DeviceServer *server)
+        : QObject(server)
+        , m_server(server)
+        , m_peer(std::move(peer))
         , m_stream(std::move(stream))
     {
+        connect(server, &DeviceServer::instrumentsTold, this, [this] {
+            if (m_isKnown)
+                answer();
+        });
+        connect(server, &DeviceServer::peersChecked, this, &Watcher::isLetIn);
         m_stream->attach(this, [this] { read(); });
     }
 
@@ -62,12 +74,24 @@ private:
             isAsked = accept(ask) || isAsked;
         if (isAsked)
             answer();
-        if (m_stream->hasEnded())
+        if (m_stream->hasEnded()) {
+            emit m_server->watcherLeft();
             deleteLater();
+        }
+    }
+
+    bool isLetIn()
+    {
+        const QString refusal = m_server->m_gate ? m_server->m_gate->refusal(m_peer) : QString();
+        if (!refusal.isEmpty())
+            m_stream->finish({grpc::StatusCode::PERMISSION_DENIED, toWire(refusal)});
+        return refusal.isEmpty();
     }
 
     bool accept(const wire::Ask &ask)
     {
+        if (!isLetIn())
+            return false;
         if (m_isKnown)
             return true;
         const QString problem = mismatch(ask.hello());
@@ -79,33 +103,37 @@ private:
 
     void answer()
     {
+        // A driver may take long to find its instruments.
+        if (!std::exchange(m_isIntroduced, true))
+            introduce();
         wire::Told told;
-        if (!m_isIntroduced)
-            introduce(&told);
-        m_isIntroduced = true;
-        const QStringList drivers = DeviceBroker::availableDrivers();
-        for (const QString &driver : drivers)
-            told.add_drivers(toWire(driver));
         const auto instruments = DeviceBroker::availableDevices();
         for (const DeviceInfo &info : instruments)
             *told.add_records() = toWire(info);
         m_stream->send(std::move(told), 1);
     }
 
-    static void introduce(wire::Told *told)
+    void introduce()
     {
-        *told->mutable_hello() = hello();
+        wire::Told told;
+        *told.mutable_hello() = hello();
+        const QStringList drivers = DeviceBroker::availableDrivers();
+        for (const QString &driver : drivers)
+            told.add_drivers(toWire(driver));
         const auto plugins = DeviceBroker::loadedPlugins();
         for (const auto &info : plugins) {
-            wire::Plugin *plugin = told->add_plugins();
+            wire::Plugin *plugin = told.add_plugins();
             plugin->set_file(toWire(info.fileName));
             plugin->set_manufacturer(toWire(info.manufacturer));
             plugin->set_url(toWire(info.url.toString()));
             plugin->set_resource_id(toWire(info.resourceId));
             plugin->set_version(toWire(info.version));
         }
+        m_stream->send(std::move(told));
     }
 
+    DeviceServer *const m_server;
+    const QString m_peer;
     std::shared_ptr<WatchServer> m_stream;
     bool m_isKnown = false;
     bool m_isIntroduced = false;
@@ -115,21 +143,30 @@ private:
 class DeviceServer::Session : public QObject
 {
 public:
-    Session(std::shared_ptr<DriveServer> stream, QObject *parent)
-        : QObject(parent)
+    Session(std::shared_ptr<DriveServer> stream, QString peer, DeviceServer *server)
+        : QObject(server)
+        , m_gate(server->m_gate)
+        , m_peer(std::move(peer))
         , m_stream(std::move(stream))
     {
+        connect(server, &DeviceServer::peersChecked, this, &Session::isLetIn);
         m_stream->attach(this, [this] { read(); });
     }
 
     ~Session() override
     {
+        release();
         m_stream->detach();
         m_stream->finish(grpc::Status::OK);
     }
 
 private:
     void read();
+    void leave();
+    bool isLetIn();
+    bool open();
+    void execute(Feature feature);
+    void release();
     bool attachDevice(const wire::Command &command);
     void watchDevice();
     bool call(const wire::Command &command);
@@ -141,12 +178,16 @@ private:
     void refuse(grpc::StatusCode code, const QString &why);
     std::vector<Feature> available() const;
 
+    Gate *const m_gate;
+    const QString m_peer;
     std::shared_ptr<DriveServer> m_stream;
     std::unique_ptr<Device> m_device;
     // Features that are no enumerators are known once they have been heard of.
     QSet<int> m_heardOf;
     QSet<QString> m_sentTexts;
     bool m_isConfiguring = false;
+    QList<Feature> m_runs; // executed and not yet ended
+    bool m_isAbandoned = false;
 };
 
 void DeviceServer::Session::read()
@@ -154,6 +195,8 @@ void DeviceServer::Session::read()
     const QPointer<Session> self(this);
     const auto commands = m_stream->take();
     for (const wire::Command &command : commands) {
+        if (!isLetIn())
+            break;
         if (!m_device) {
             if (!attachDevice(command))
                 break;
@@ -168,7 +211,64 @@ void DeviceServer::Session::read()
         send(std::move(done));
     }
     if (m_stream->hasEnded())
+        leave();
+}
+
+// The peer has gone. What it has measured is not lost with it.
+void DeviceServer::Session::leave()
+{
+    if (!m_gate || m_runs.isEmpty()) {
         deleteLater();
+        return;
+    }
+    m_isAbandoned = true;
+    QTimer::singleShot(longestAbandonedRun, this, &QObject::deleteLater);
+}
+
+bool DeviceServer::Session::isLetIn()
+{
+    const QString refusal = m_gate ? m_gate->refusal(m_peer) : QString();
+    if (!refusal.isEmpty())
+        refuse(grpc::StatusCode::PERMISSION_DENIED, refusal);
+    return refusal.isEmpty();
+}
+
+bool DeviceServer::Session::open()
+{
+    if (!m_gate)
+        return m_device->open();
+    const wire::Text text = m_gate->acquire(m_peer, this, m_device->deviceInfo());
+    if (text.id().empty()) {
+        const bool isAccepted = m_device->open();
+        if (!isAccepted)
+            release();
+        return isAccepted;
+    }
+    wire::Event event;
+    *event.add_texts() = text;
+    event.mutable_error()->set_code(devices::ERROR_DEVICE_CANT_OPEN);
+    event.mutable_error()->set_info(text.id());
+    send(std::move(event));
+    return false;
+}
+
+void DeviceServer::Session::execute(Feature feature)
+{
+    const QString refusal = m_gate ? m_gate->executeRefusal(m_peer, feature) : QString();
+    if (refusal.isEmpty()) {
+        m_runs.append(feature);
+        if (m_gate)
+            m_gate->noteStart(m_peer, *m_device, feature);
+        m_device->execute(feature);
+    } else {
+        refuse(grpc::StatusCode::PERMISSION_DENIED, refusal);
+    }
+}
+
+void DeviceServer::Session::release()
+{
+    if (m_gate)
+        m_gate->release(this);
 }
 
 bool DeviceServer::Session::attachDevice(const wire::Command &command)
@@ -193,10 +293,12 @@ bool DeviceServer::Session::attachDevice(const wire::Command &command)
 void DeviceServer::Session::watchDevice()
 {
     const Device *device = m_device.get();
-    connect(device, &Device::openChanged, this, [this](bool open) {
+    connect(device, &Device::openChanged, this, [this](bool isOpen) {
         wire::Event event;
-        event.set_open(open);
+        event.set_open(isOpen);
         send(std::move(event));
+        if (!isOpen)
+            release();
     });
     connect(device, &Device::busyChanged, this, [this](bool busy) {
         wire::Event event;
@@ -219,6 +321,9 @@ void DeviceServer::Session::watchDevice()
         event.mutable_error()->set_code(m_device->errorCode());
         event.mutable_error()->set_info(toWire(m_device->errorAdditionalInfoTrId()));
         send(std::move(event));
+        // Nothing comes of an open() that ends in an error.
+        if (m_device->errorCode() != 0 && !m_device->isOpen())
+            release();
     });
     connect(device, &Device::featuresChanged, this, &Session::sendFeatures);
     connect(device, &Device::descriptorChanged, this, [this](Feature feature) {
@@ -248,6 +353,13 @@ void DeviceServer::Session::watchDevice()
     });
     connect(device, &Device::executed, this,
             [this](Feature feature, bool ok, const QVariant &result) {
+                m_runs.removeOne(feature);
+                if (m_gate)
+                    m_gate->noteRun(m_peer, *m_device, feature, ok);
+                if (m_isAbandoned && ok)
+                    m_gate->keepResult(m_peer, *m_device, feature, result);
+                if (m_isAbandoned && m_runs.isEmpty())
+                    deleteLater();
                 wire::Event event;
                 event.mutable_executed()->set_feature(feature);
                 event.mutable_executed()->set_ok(ok);
@@ -255,6 +367,11 @@ void DeviceServer::Session::watchDevice()
                 send(std::move(event));
             });
     connect(device, &Device::actionRequired, this, [this](int id, const QString &action) {
+        // There is nobody left to ask.
+        if (m_isAbandoned) {
+            QMetaObject::invokeMethod(
+                this, [this, id] { m_device->abortAction(id); }, Qt::QueuedConnection);
+        }
         wire::Event event;
         sendText(&event, action);
         event.mutable_action()->set_id(id);
@@ -271,7 +388,7 @@ bool DeviceServer::Session::call(const wire::Command &command)
         configure(command.configuration());
         return true;
     case wire::Command::kOpen:
-        return m_device->open();
+        return open();
     case wire::Command::kClose:
         m_device->close();
         return true;
@@ -282,7 +399,7 @@ bool DeviceServer::Session::call(const wire::Command &command)
         m_device->reset();
         return true;
     case wire::Command::kExecute:
-        m_device->execute(Feature(command.execute()));
+        execute(Feature(command.execute()));
         return true;
     case wire::Command::kConfirm:
         m_device->confirmAction(command.confirm());
@@ -374,36 +491,53 @@ void DeviceServer::Session::send(wire::Event event, int kind)
 void DeviceServer::Session::refuse(grpc::StatusCode code, const QString &why)
 {
     m_stream->finish({code, toWire(why)});
+    release();
     deleteLater();
 }
 
+// The common name in the certificate of a peer that had to show one.
+static QString peerOf(grpc::CallbackServerContext *context)
+{
+    const auto names = context->auth_context()->FindPropertyValues(GRPC_X509_CN_PROPERTY_NAME);
+    return names.size() == 1 ? QString::fromUtf8(names[0].data(), int(names[0].size())) : QString();
+}
+
 grpc::ServerBidiReactor<wire::Ask, wire::Told> *
-DeviceServer::Service::Watch(grpc::CallbackServerContext *)
+DeviceServer::Service::Watch(grpc::CallbackServerContext *context)
 {
     const auto stream = WatchServer::start();
     QMetaObject::invokeMethod(
-        m_server, [server = m_server, stream] { new Watcher(stream, server); },
+        m_server,
+        [server = m_server, stream, peer = peerOf(context)] { new Watcher(stream, peer, server); },
         Qt::QueuedConnection);
     return stream.get();
 }
 
 grpc::ServerBidiReactor<wire::Command, wire::Event> *
-DeviceServer::Service::Drive(grpc::CallbackServerContext *)
+DeviceServer::Service::Drive(grpc::CallbackServerContext *context)
 {
     const auto stream = DriveServer::start();
     QMetaObject::invokeMethod(
-        m_server, [server = m_server, stream] { new Session(stream, server); },
+        m_server,
+        [server = m_server, stream, peer = peerOf(context)] { new Session(stream, peer, server); },
         Qt::QueuedConnection);
     return stream.get();
 }
 
-DeviceServer::DeviceServer(const std::vector<Address> &addresses, QObject *parent)
+DeviceServer::DeviceServer(const std::vector<Address> &addresses, Gate *gate, QObject *parent)
     : QObject(parent)
+    , m_gate(gate)
     , m_service(std::make_unique<Service>(this))
 {
+    keepRuntime();
     grpc::ServerBuilder builder;
     for (const Address &address : addresses)
         builder.AddListeningPort(address.text, address.credentials);
+    // A peer that has gone without a word is noticed all the same.
+    builder.AddChannelArgument(GRPC_ARG_KEEPALIVE_TIME_MS, 10000);
+    builder.AddChannelArgument(GRPC_ARG_KEEPALIVE_TIMEOUT_MS, 5000);
+    builder.AddChannelArgument(GRPC_ARG_HTTP2_MIN_RECV_PING_INTERVAL_WITHOUT_DATA_MS, 5000);
+    builder.AddChannelArgument(GRPC_ARG_ALLOW_REUSEPORT, 0);
     builder.SetMaxReceiveMessageSize(maximumMessageSize);
     builder.SetMaxSendMessageSize(maximumMessageSize);
     builder.RegisterService(m_service.get());
@@ -424,6 +558,16 @@ DeviceServer::~DeviceServer()
 bool DeviceServer::isListening() const
 {
     return m_server != nullptr;
+}
+
+void DeviceServer::tellInstruments()
+{
+    emit instrumentsTold();
+}
+
+void DeviceServer::checkPeers()
+{
+    emit peersChecked();
 }
 
 void DeviceServer::serveSocket(int socket)

@@ -1,5 +1,6 @@
 #include "link.h"
 
+#include "runtime.h"
 #include "wire.h"
 
 #include <QtCore/QDeadlineTimer>
@@ -15,7 +16,9 @@ using devices::DeviceInfo;
 
 Link::Link(QObject *parent)
     : QObject(parent)
-{ }
+{
+    keepRuntime();
+}
 
 Link::~Link()
 {
@@ -49,6 +52,7 @@ void Link::disconnect()
     m_stub = nullptr;
     m_channel = nullptr;
     m_isReady = false;
+    m_knowsInstruments = false;
     m_isAsked = false;
     m_instruments.clear();
 }
@@ -60,8 +64,19 @@ bool Link::isReady() const
 
 void Link::waitUntilReady(std::chrono::milliseconds time)
 {
+    waitFor(m_isReady, time);
+}
+
+void Link::waitForInstruments(std::chrono::milliseconds time)
+{
+    if (!std::exchange(m_hasWaited, true))
+        waitFor(m_knowsInstruments, time);
+}
+
+void Link::waitFor(const bool &flag, std::chrono::milliseconds time)
+{
     const QDeadlineTimer deadline(time);
-    while (m_watch && !m_isReady && !deadline.hasExpired()) {
+    while (m_watch && !flag && !deadline.hasExpired()) {
         if (!m_watch->wait(std::chrono::milliseconds(deadline.remainingTime())))
             return;
         read();
@@ -92,32 +107,38 @@ void Link::read()
 
 void Link::hear(const wire::Told &told)
 {
-    m_isAsked = false;
-    ++m_question;
     if (!m_isReady) {
-        const QString problem = mismatch(told.hello());
-        if (!problem.isEmpty()) {
-            disconnect();
-            emit lost(problem);
-            return;
-        }
-        m_plugins.assign(told.plugins().begin(), told.plugins().end());
+        introduce(told);
+        return;
     }
-    m_drivers.clear();
-    for (const std::string &driver : told.drivers())
-        m_drivers.append(fromWire(driver));
+    m_isAsked = false;
+    m_knowsInstruments = true;
+    ++m_question;
     QList<DeviceInfo> instruments;
     for (const wire::Record &record : told.records())
         instruments.append(fromWire(record));
-    const bool isNews = instruments != m_instruments;
+    if (instruments == m_instruments)
+        return;
     m_instruments = instruments;
-    const QPointer<Link> self(this);
-    if (!m_isReady) {
-        m_isReady = true;
-        emit ready();
+    emit instrumentsChanged();
+}
+
+void Link::introduce(const wire::Told &told)
+{
+    const QString problem = mismatch(told.hello());
+    if (!problem.isEmpty()) {
+        disconnect();
+        emit lost(problem);
+        return;
     }
-    if (self && isNews)
-        emit instrumentsChanged();
+    m_plugins.assign(told.plugins().begin(), told.plugins().end());
+    m_drivers.clear();
+    for (const std::string &driver : told.drivers())
+        m_drivers.append(fromWire(driver));
+    m_isReady = true;
+    m_isAsked = true;
+    expectAnswer();
+    emit ready();
 }
 
 void Link::ask()
@@ -126,6 +147,11 @@ void Link::ask()
         return;
     m_isAsked = true;
     m_watch->send(wire::Ask());
+    expectAnswer();
+}
+
+void Link::expectAnswer()
+{
     QTimer::singleShot(m_deadline, this, [this, question = m_question] {
         // What has arrived may not have been looked at yet.
         read();

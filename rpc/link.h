@@ -40,6 +40,10 @@ public:
     /// Blocks until the far side has introduced itself, or until it is lost.
     void waitUntilReady(std::chrono::milliseconds time);
 
+    /// Blocks until the far side has told of its instruments for the first time. A second call does
+    /// not wait any more.
+    void waitForInstruments(std::chrono::milliseconds time);
+
     /// What the far side has told last, and asks it again. Empty while it is away.
     QList<devices::DeviceInfo> instruments();
     /// The names of the far drivers.
@@ -69,12 +73,17 @@ Q_SIGNALS:
 private:
     void read();
     void hear(const wire::Told &told);
+    void waitFor(const bool &flag, std::chrono::milliseconds time);
+    void introduce(const wire::Told &told);
     void ask();
+    void expectAnswer();
 
     std::shared_ptr<grpc::Channel> m_channel;
     std::unique_ptr<wire::Instruments::Stub> m_stub;
     std::shared_ptr<WatchClient> m_watch;
     bool m_isReady = false;
+    bool m_hasWaited = false;
+    bool m_knowsInstruments = false;
     bool m_isAsked = false;
     quint64 m_question = 0;
     QList<devices::DeviceInfo> m_instruments;

@@ -60,7 +60,6 @@ bool RemoteDevice::connectFar()
     }
     m_stream->attach(this, [this] { read(); });
     m_lastCall = 0;
-    m_isFarOpen = false;
     m_isFarBusy = false;
     wire::Command command;
     *command.mutable_attach()->mutable_hello() = hello();
@@ -92,6 +91,7 @@ bool RemoteDevice::open()
         return false;
     wire::Command command;
     command.mutable_open();
+    m_isOpening = true;
     send(std::move(command), QStringLiteral("open()"));
     return true;
 }
@@ -100,6 +100,7 @@ void RemoteDevice::close()
 {
     if (!m_stream)
         return;
+    m_isOpening = false;
     wire::Command command;
     command.mutable_close();
     m_interruption = send(std::move(command), QStringLiteral("close()"));
@@ -227,14 +228,14 @@ void RemoteDevice::watchDeadline()
 void RemoteDevice::lose(const QString &infoTrId)
 {
     const QPointer<RemoteDevice> self(this);
-    const bool wasUsed = isOpen() || isBusy() || isWaitingFor(wire::Command::kOpen);
+    const bool wasUsed = isOpen() || isBusy() || m_isOpening;
     m_stream->detach();
     m_stream->cancel();
     m_stream = nullptr;
     m_calls.clear();
     m_deadline.stop();
     m_interruption = 0;
-    m_isFarOpen = false;
+    m_isOpening = false;
     m_isFarBusy = false;
     m_withheld.clear();
     m_farActions.clear();
@@ -276,7 +277,7 @@ void RemoteDevice::hear(const wire::Event &event)
         setSerial(fromWire(event.serial()));
         break;
     case wire::Event::kError:
-        setError(event.error().code(), fromWire(event.error().info()));
+        hearError(event.error());
         break;
     case wire::Event::kFeatures:
         hearFeatures(event.features());
@@ -299,6 +300,13 @@ void RemoteDevice::hear(const wire::Event &event)
     case wire::Event::WHAT_NOT_SET:
         break;
     }
+}
+
+void RemoteDevice::hearError(const wire::Error &error)
+{
+    if (error.code() != NO_DEVICE_ERROR)
+        m_isOpening = false;
+    setError(error.code(), fromWire(error.info()));
 }
 
 // A new far device. What the former one offered goes when this one has opened without it.
@@ -350,6 +358,8 @@ void RemoteDevice::hearDone(const wire::Done &done)
         setBusy(m_isFarBusy);
     if (call.what == wire::Command::kOpen && !done.result() && errorCode() == NO_DEVICE_ERROR)
         setError(ERROR_DEVICE_CANT_OPEN, QString());
+    if (self && call.what == wire::Command::kOpen && !done.result())
+        m_isOpening = false;
     if (!self || call.number != m_interruption)
         return;
     m_interruption = 0;
@@ -362,11 +372,11 @@ void RemoteDevice::hearDone(const wire::Done &done)
 
 void RemoteDevice::hearOpen(bool open)
 {
-    m_isFarOpen = open;
     // A close() is on its way.
     if (open && m_interruption != 0 && isWaitingFor(wire::Command::kClose))
         return;
     if (open) {
+        m_isOpening = false;
         const QPointer<RemoteDevice> self(this);
         const auto all = QMetaEnum::fromType<DeviceFeature>();
         for (int i = 0; self && i < all.keyCount(); ++i) {

@@ -67,6 +67,7 @@ private:
     void hearState(const wire::State &state);
     void hearDone(const wire::Done &done);
     void hearOpen(bool open);
+    void hearError(const wire::Error &error);
     void hearBusy(bool busy);
     void hearFeatures(const wire::Features &features);
     void makeAvailable(const wire::Features &features);
@@ -83,7 +84,7 @@ private:
     QTimer m_deadline;
     quint64 m_lastCall = 0;
     std::deque<Call> m_calls; // sent and not yet answered
-    bool m_isFarOpen = false;
+    bool m_isOpening = false; // open() was called, and nothing has come of it yet
     bool m_isFarBusy = false;
     QSet<int> m_farFeatures;
     // The last close() or reset() that the far side has not carried out yet; 0 is none.

@@ -1,0 +1,152 @@
+#include "hostprocess.h"
+
+#include <QtCore/QCoreApplication>
+#include <QtCore/QDeadlineTimer>
+#include <QtCore/QFile>
+#include <QtCore/QFileInfo>
+#include <QtCore/QThread>
+
+#include <cstring>
+
+#include <dlfcn.h>
+#include <fcntl.h>
+#include <signal.h>
+#include <spawn.h>
+#include <sys/socket.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+extern char **environ;
+
+namespace qel::rpc {
+
+HostProcess::~HostProcess()
+{
+    if (waitForEnd(std::chrono::milliseconds(500)))
+        return;
+    kill();
+    waitForEnd(std::chrono::seconds(2));
+}
+
+static int spawn(pid_t *id, const char *const *arguments, int socket)
+{
+    posix_spawn_file_actions_t files;
+    posix_spawn_file_actions_init(&files);
+    posix_spawn_file_actions_addopen(&files, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
+    // What a driver prints must not get into the data that an application writes.
+    posix_spawn_file_actions_adddup2(&files, STDERR_FILENO, STDOUT_FILENO);
+    posix_spawn_file_actions_adddup2(&files, socket, hostSocket);
+
+    posix_spawnattr_t attributes;
+    posix_spawnattr_init(&attributes);
+    sigset_t none;
+    sigemptyset(&none);
+    sigset_t all;
+    sigfillset(&all);
+    posix_spawnattr_setsigmask(&attributes, &none);
+    posix_spawnattr_setsigdefault(&attributes, &all);
+    posix_spawnattr_setpgroup(&attributes, 0);
+    posix_spawnattr_setflags(
+        &attributes, POSIX_SPAWN_SETPGROUP | POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
+
+    const int error = ::posix_spawn(id, arguments[0], &files, &attributes,
+                                    const_cast<char *const *>(arguments), environ);
+    posix_spawnattr_destroy(&attributes);
+    posix_spawn_file_actions_destroy(&files);
+    return error;
+}
+
+int HostProcess::start(const QString &program, const QString &pluginFile, QString *problem)
+{
+    m_end.clear();
+    int ends[2];
+    if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0, ends) != 0) {
+        *problem = QStringLiteral("no sockets: %1").arg(QString::fromLocal8Bit(strerror(errno)));
+        return -1;
+    }
+    // dup2() onto itself would leave the descriptor to be closed.
+    if (ends[1] == hostSocket)
+        std::swap(ends[0], ends[1]);
+    const QByteArray path = QFile::encodeName(program);
+    const QByteArray plugin = QFile::encodeName(pluginFile);
+    const QByteArray parent = QByteArray::number(qlonglong(::getpid()));
+    const char *const arguments[] = {path.constData(), plugin.constData(), parent.constData(),
+                                     nullptr};
+    const int error = spawn(&m_id, arguments, ends[1]);
+    ::close(ends[1]);
+    if (error == 0)
+        return ends[0];
+    m_id = 0;
+    ::close(ends[0]);
+    *problem = QStringLiteral("'%1' cannot be started: %2")
+                   .arg(program, QString::fromLocal8Bit(strerror(error)));
+    return -1;
+}
+
+void HostProcess::kill()
+{
+    if (m_id != 0 && !end())
+        ::kill(m_id, SIGKILL);
+}
+
+static QString describe(int status)
+{
+    if (WIFSIGNALED(status))
+        return QStringLiteral("ended by signal %1 (%2)")
+            .arg(QString::number(WTERMSIG(status)),
+                 QString::fromLocal8Bit(strsignal(WTERMSIG(status))));
+    return QStringLiteral("ended with exit code %1").arg(WEXITSTATUS(status));
+}
+
+std::optional<QString> HostProcess::end()
+{
+    if (m_id != 0) {
+        int status = 0;
+        const pid_t ended = ::waitpid(m_id, &status, WNOHANG);
+        if (ended == 0)
+            return std::nullopt;
+        m_end = ended == m_id ? describe(status) : QStringLiteral("ended");
+        m_id = 0;
+    }
+    return m_end.isEmpty() ? std::nullopt : std::optional(m_end);
+}
+
+pid_t HostProcess::id() const
+{
+    return m_id;
+}
+
+bool HostProcess::waitForEnd(std::chrono::milliseconds time)
+{
+    const QDeadlineTimer deadline(time);
+    while (m_id != 0 && !end()) {
+        if (deadline.hasExpired())
+            return false;
+        QThread::msleep(2);
+    }
+    return true;
+}
+
+QString hostProgram()
+{
+    const QString named = qEnvironmentVariable("QELDEVICES_HOST");
+    if (!named.isEmpty())
+        return named;
+    const QString name = QStringLiteral("/qeldevices-host");
+    QStringList folders;
+    Dl_info here;
+    if (::dladdr(reinterpret_cast<void *>(&hostProgram), &here) != 0) {
+        const QString folder = QFileInfo(QFile::decodeName(here.dli_fname)).absolutePath();
+        folders += {folder, folder + QStringLiteral("/.."),
+                    folder + QStringLiteral("/../../libexec/qeldevices")};
+    }
+    folders += {QCoreApplication::applicationDirPath(), QStringLiteral(QELDEVICES_LIBEXEC)};
+    for (const QString &folder : qAsConst(folders)) {
+        const QFileInfo program(folder + name);
+        if (program.isExecutable())
+            return program.canonicalFilePath();
+    }
+    return {};
+}
+
+} // namespace qel::rpc
