@@ -107,4 +107,18 @@ ${introduction}
 This package contains the guides for operators, application developers and
 driver authors, the schemas of everything that qelctl prints, and examples.")
 
+if(QelDevices_REMOTE)
+    list(APPEND CPACK_COMPONENTS_ALL remote)
+    set(CPACK_DEBIAN_REMOTE_PACKAGE_NAME qeldevicesd)
+    set(CPACK_DEBIAN_REMOTE_PACKAGE_SECTION science)
+    set(CPACK_DEBIAN_REMOTE_PACKAGE_DEPENDS "libqeldevices1 (= ${this_version})")
+    set(CPACK_DEBIAN_REMOTE_PACKAGE_RECOMMENDS "qeldevices-tools (= ${this_version})")
+    set(CPACK_DEBIAN_REMOTE_DESCRIPTION "${summary} (other machines and processes)
+${introduction}
+.
+This package contains the server of instruments for other machines, the driver
+that uses such servers, and the driver that runs others in processes of their
+own.")
+endif()
+
 include(CPack)

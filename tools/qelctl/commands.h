@@ -8,9 +8,12 @@ namespace qelctl {
 
 /// The commands, each in the file of its name.
 extern const Command checkCommand;
+extern const Command connectCommand;
+extern const Command disconnectCommand;
 extern const Command doctorCommand;
 extern const Command driversCommand;
 extern const Command listCommand;
+extern const Command serversCommand;
 extern const Command showCommand;
 extern const Command newDriverCommand;
 extern const Command runCommand;

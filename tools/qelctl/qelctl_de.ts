@@ -623,5 +623,67 @@ Regeln zählen nicht.</translation>
 Dann setzen Sie Ihr Protokoll dort ein, wo in den Quellen PROTOCOL steht.
 </translation>
     </message>
+    <message id="qelctl-network-missing">
+        <source></source>
+        <translation>Für Geräte an anderen Rechnern ist der Treiber „Network“ nötig, der nicht installiert ist.</translation>
+    </message>
+    <message id="qelctl-argument-invitation">
+        <source></source>
+        <translation>Die Datei, die „qeldevicesd invite“ ausgegeben hat.</translation>
+    </message>
+    <message id="qelctl-argument-server">
+        <source></source>
+        <translation>Der Name des Servers, wie ihn „qelctl servers“ zeigt.</translation>
+    </message>
+    <message id="qelctl-connect-away">
+        <source></source>
+        <translation>Die Verbindung zu „%1“ ist gespeichert, aber der Server ist nicht erreichbar: %2</translation>
+    </message>
+    <message id="qelctl-connected">
+        <source></source>
+        <translation>Mit „%1“ verbunden. Dort gibt es diese Geräte:</translation>
+    </message>
+    <message id="qelctl-no-such-server">
+        <source></source>
+        <translation>Es gibt keine Verbindung zu einem Server „%1“.</translation>
+    </message>
+    <message id="qelctl-column-server">
+        <source></source>
+        <translation>Server</translation>
+    </message>
+    <message id="qelctl-column-address">
+        <source></source>
+        <translation>Adresse</translation>
+    </message>
+    <message id="qelctl-server-there">
+        <source></source>
+        <translation>%1 Geräte</translation>
+    </message>
+    <message id="qelctl-connect-summary">
+        <source></source>
+        <translation>Geräte eines anderen Rechners benutzen</translation>
+    </message>
+    <message id="qelctl-connect-details">
+        <source></source>
+        <translation>Speichert die Einladung zu den Geräten eines anderen Rechners und listet sie auf. Sie werden von da an benutzt wie die Geräte dieses Rechners.
+
+Auf dem anderen Rechner gibt „qeldevicesd invite NAME“ die Einladung aus. Sie enthält einen Schlüssel: Wer die Datei hat, wird eingelassen.</translation>
+    </message>
+    <message id="qelctl-disconnect-summary">
+        <source></source>
+        <translation>Geräte eines anderen Rechners nicht mehr benutzen</translation>
+    </message>
+    <message id="qelctl-disconnect-details">
+        <source></source>
+        <translation>Löscht die gespeicherte Verbindung zu einem Server. Um ihn wieder zu benutzen, ist die Einladung nötig.</translation>
+    </message>
+    <message id="qelctl-servers-summary">
+        <source></source>
+        <translation>Server auflisten, mit denen dieser Benutzer verbunden ist</translation>
+    </message>
+    <message id="qelctl-servers-details">
+        <source></source>
+        <translation>Listet die Server auf, deren Einladungen gespeichert sind, und sagt zu jedem, wie viele Geräte er hat oder warum er nicht erreichbar ist.</translation>
+    </message>
 </context>
 </TS>

@@ -622,5 +622,67 @@ keeps the rules; what it does not know is the protocol of your instrument. Look 
 Then put your protocol where its sources say PROTOCOL.
 </translation>
     </message>
+    <message id="qelctl-network-missing">
+        <source></source>
+        <translation>Instruments on other machines need the driver 'Network', which is not installed.</translation>
+    </message>
+    <message id="qelctl-argument-invitation">
+        <source></source>
+        <translation>The file that 'qeldevicesd invite' has printed.</translation>
+    </message>
+    <message id="qelctl-argument-server">
+        <source></source>
+        <translation>The name of the server, as 'qelctl servers' shows it.</translation>
+    </message>
+    <message id="qelctl-connect-away">
+        <source></source>
+        <translation>The connection to '%1' is stored, but the server is away: %2</translation>
+    </message>
+    <message id="qelctl-connected">
+        <source></source>
+        <translation>Connected to '%1'. It has these instruments:</translation>
+    </message>
+    <message id="qelctl-no-such-server">
+        <source></source>
+        <translation>There is no connection to a server '%1'.</translation>
+    </message>
+    <message id="qelctl-column-server">
+        <source></source>
+        <translation>Server</translation>
+    </message>
+    <message id="qelctl-column-address">
+        <source></source>
+        <translation>Address</translation>
+    </message>
+    <message id="qelctl-server-there">
+        <source></source>
+        <translation>%1 instruments</translation>
+    </message>
+    <message id="qelctl-connect-summary">
+        <source></source>
+        <translation>Use the instruments of another machine</translation>
+    </message>
+    <message id="qelctl-connect-details">
+        <source></source>
+        <translation>Stores an invitation to the instruments of another machine and lists them. They are used like those of this machine from then on.
+
+On the other machine, 'qeldevicesd invite NAME' prints the invitation. It holds a key: whoever has the file is let in.</translation>
+    </message>
+    <message id="qelctl-disconnect-summary">
+        <source></source>
+        <translation>Forget the instruments of another machine</translation>
+    </message>
+    <message id="qelctl-disconnect-details">
+        <source></source>
+        <translation>Deletes the stored connection to a server. To use it again takes its invitation.</translation>
+    </message>
+    <message id="qelctl-servers-summary">
+        <source></source>
+        <translation>List the servers this user is connected to</translation>
+    </message>
+    <message id="qelctl-servers-details">
+        <source></source>
+        <translation>Lists the servers whose invitations are stored, and says of each how many instruments it has or why it is away.</translation>
+    </message>
 </context>
 </TS>

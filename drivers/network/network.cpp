@@ -1,0 +1,274 @@
+#include "network.h"
+
+#include <remotedevice.h>
+#include <texts.h>
+
+#include <QtCore/QCoreApplication>
+#include <QtCore/QDeadlineTimer>
+#include <QtCore/QDir>
+#include <QtCore/QFile>
+#include <QtCore/QJsonDocument>
+#include <QtCore/QJsonObject>
+#include <QtCore/QPointer>
+#include <QtCore/QSaveFile>
+#include <QtCore/QStandardPaths>
+
+#include <algorithm>
+#include <utility>
+
+namespace qel::network {
+
+using namespace std::chrono_literals;
+using devices::Device;
+using devices::DeviceBroker;
+using devices::DeviceInfo;
+
+constexpr std::chrono::milliseconds firstPause = 100ms;
+constexpr std::chrono::milliseconds longestPause = 10s;
+constexpr std::chrono::milliseconds firstAnswer = 500ms;
+constexpr std::chrono::milliseconds deadline = 10s;
+
+// What stands in the certificate of every server; the authority tells one server from another.
+static const char serverName[] = "qeldevicesd";
+
+static QString driverName()
+{
+    return QStringLiteral("Network");
+}
+
+std::optional<Connection> readConnection(const QString &fileName, QString *problem)
+{
+    QFile file(fileName);
+    if (!file.open(QIODevice::ReadOnly)) {
+        *problem = QStringLiteral("'%1': %2").arg(fileName, file.errorString());
+        return std::nullopt;
+    }
+    constexpr qint64 largest = 1024 * 1024;
+    const QJsonObject object = QJsonDocument::fromJson(file.read(largest)).object();
+    const auto text = [&](const char *key) { return object.value(QLatin1String(key)).toString(); };
+    Connection connection{text("server"), text("address"), text("authority").toLatin1(),
+                          text("certificate").toLatin1(), text("key").toLatin1()};
+    const bool isLocal = connection.address.startsWith(QLatin1String("unix:"));
+    const bool isComplete = isLocal
+        || (!connection.authority.isEmpty() && !connection.certificate.isEmpty()
+            && !connection.key.isEmpty());
+    if (text("format") == QLatin1String("qeldevices-connection") && isComplete
+        && !connection.address.isEmpty() && !connection.name.isEmpty()
+        && !connection.name.contains(QLatin1Char('/'))
+        && !connection.name.startsWith(QLatin1Char('.')))
+        return connection;
+    *problem = QStringLiteral("'%1' is no invitation of qeldevicesd").arg(fileName);
+    return std::nullopt;
+}
+
+static std::shared_ptr<grpc::Channel> channelTo(const Connection &connection)
+{
+    grpc::ChannelArguments arguments;
+    arguments.SetMaxReceiveMessageSize(rpc::maximumMessageSize);
+    // A server that has gone without a word is noticed all the same.
+    arguments.SetInt(GRPC_ARG_KEEPALIVE_TIME_MS, 10000);
+    arguments.SetInt(GRPC_ARG_KEEPALIVE_TIMEOUT_MS, 5000);
+    // Each connection is made anew here, after the pauses of this driver.
+    arguments.SetInt(GRPC_ARG_USE_LOCAL_SUBCHANNEL_POOL, 1);
+    if (connection.address.startsWith(QLatin1String("unix:")))
+        return grpc::CreateCustomChannel(connection.address.toStdString(),
+                                         grpc::InsecureChannelCredentials(), arguments);
+    arguments.SetSslTargetNameOverride(serverName);
+    grpc::SslCredentialsOptions options;
+    options.pem_root_certs = connection.authority.toStdString();
+    options.pem_cert_chain = connection.certificate.toStdString();
+    options.pem_private_key = connection.key.toStdString();
+    return grpc::CreateCustomChannel(connection.address.toStdString(),
+                                     grpc::SslCredentials(options), arguments);
+}
+
+Server::Server(Connection connection, QObject *parent)
+    : QObject(parent)
+    , m_connection(std::move(connection))
+    , m_nextPause(firstPause)
+{
+    m_link.setDeadline(deadline);
+    m_pause.setSingleShot(true);
+    connect(&m_pause, &QTimer::timeout, this, &Server::start);
+    connect(&m_link, &rpc::Link::ready, this, [this] {
+        m_absence.clear();
+        m_nextPause = firstPause;
+    });
+    connect(&m_link, &rpc::Link::lost, this, [this](const QString &why) {
+        m_absence = why;
+        m_pause.start(m_nextPause);
+        m_nextPause = std::min(2 * m_nextPause, longestPause);
+    });
+    start();
+}
+
+void Server::start()
+{
+    if (m_absence.isEmpty())
+        m_absence = QStringLiteral("it has not answered yet");
+    m_link.connectTo(channelTo(m_connection));
+}
+
+const Connection &Server::connection() const
+{
+    return m_connection;
+}
+
+rpc::Link *Server::link()
+{
+    return &m_link;
+}
+
+QString Server::absence() const
+{
+    return m_absence;
+}
+
+static QString connectionFolder()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation)
+        + QStringLiteral("/qeldevices/connections");
+}
+
+QString Network::fileOf(const QString &name)
+{
+    return QStringLiteral("%1/%2.json").arg(connectionFolder(), name);
+}
+
+Network *Network::instance()
+{
+    static QPointer<Network> network;
+    if (!network)
+        network = new Network(QCoreApplication::instance());
+    return network;
+}
+
+Network::Network(QObject *parent)
+    : QObject(parent)
+{
+    QStringList files;
+    const QString named = qEnvironmentVariable("QELDEVICES_NETWORK");
+    if (!named.isEmpty())
+        files.append(named);
+    const auto stored =
+        QDir(connectionFolder()).entryInfoList({QStringLiteral("*.json")}, QDir::Files, QDir::Name);
+    for (const QFileInfo &file : stored)
+        files.append(file.absoluteFilePath());
+    for (const QString &file : qAsConst(files)) {
+        QString problem;
+        if (const auto connection = readConnection(file, &problem))
+            add(*connection);
+        else
+            qWarning("%s", qPrintable(problem));
+    }
+}
+
+const std::vector<Server *> &Network::servers() const
+{
+    return m_servers;
+}
+
+void Network::add(const Connection &connection)
+{
+    remove(connection.name);
+    m_servers.push_back(new Server(connection, this));
+}
+
+bool Network::remove(const QString &name)
+{
+    const auto found = std::find_if(m_servers.begin(), m_servers.end(), [&](Server *server) {
+        return server->connection().name == name;
+    });
+    if (found == m_servers.end())
+        return false;
+    delete *found;
+    m_servers.erase(found);
+    return true;
+}
+
+QString Driver::name()
+{
+    return driverName();
+}
+
+static DeviceInfo nearInfo(const Server &server, const DeviceInfo &far)
+{
+    return {DeviceInfo::Network, driverName(),
+            QStringLiteral("%1/%2/%3").arg(server.connection().name, far.driver(), far.location()),
+            far.name(), far.serial()};
+}
+
+QList<DeviceInfo> Driver::availableDevices()
+{
+    QList<DeviceInfo> all;
+    const QDeadlineTimer end(firstAnswer);
+    for (Server *server : Network::instance()->servers()) {
+        server->link()->waitForInstruments(std::chrono::milliseconds(end.remainingTime()));
+        const auto instruments = server->link()->instruments();
+        for (const DeviceInfo &far : instruments)
+            all.append(nearInfo(*server, far));
+    }
+    return all;
+}
+
+Device *Driver::createDevice(const DeviceInfo &info)
+{
+    availableDevices();
+    for (Server *server : Network::instance()->servers()) {
+        const auto instruments = server->link()->instruments();
+        for (const DeviceInfo &far : instruments) {
+            const DeviceInfo known = nearInfo(*server, far);
+            if (known.location() == info.location() && known.serial() == info.serial())
+                return new rpc::RemoteDevice(info, far, server->link());
+        }
+    }
+    return nullptr;
+}
+
+QVariantList Driver::servers() const
+{
+    QVariantList all;
+    for (Server *server : Network::instance()->servers()) {
+        all.append(
+            QVariantMap{{QStringLiteral("name"), server->connection().name},
+                        {QStringLiteral("address"), server->connection().address},
+                        {QStringLiteral("absence"), server->absence()},
+                        {QStringLiteral("instruments"), server->link()->instruments().size()}});
+    }
+    return all;
+}
+
+QStringList Driver::addConnection(const QString &fileName)
+{
+    QString problem;
+    const auto connection = readConnection(fileName, &problem);
+    if (!connection)
+        return {QString(), problem};
+    QFile file(fileName);
+    QSaveFile stored(Network::fileOf(connection->name));
+    const bool isStored = QDir().mkpath(connectionFolder()) && file.open(QIODevice::ReadOnly)
+        && stored.open(QIODevice::WriteOnly)
+        && stored.setPermissions(QFile::ReadOwner | QFile::WriteOwner)
+        && stored.write(file.readAll()) >= 0 && stored.commit();
+    if (!isStored)
+        return {QString(),
+                QStringLiteral("'%1' cannot be written: %2")
+                    .arg(stored.fileName(), stored.errorString())};
+    Network::instance()->add(*connection);
+    return {connection->name};
+}
+
+bool Driver::removeConnection(const QString &name)
+{
+    const bool isStored = QFile::remove(Network::fileOf(name));
+    return Network::instance()->remove(name) || isStored;
+}
+
+void Plugin::registerDrivers()
+{
+    rpc::FarTexts::instance();
+    Network::instance();
+    DeviceBroker::addDriver(std::make_shared<Driver>());
+}
+
+} // namespace qel::network

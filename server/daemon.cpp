@@ -1,0 +1,141 @@
+#include "daemon.h"
+
+#include "identity.h"
+
+#include <wire.h>
+
+#include <QtCore/QDir>
+#include <QtCore/QDirIterator>
+#include <QtCore/QJsonObject>
+#include <QtCore/QPluginLoader>
+
+#include <algorithm>
+#include <utility>
+
+#include <sys/stat.h>
+
+namespace qel::server {
+
+using rpc::DeviceServer;
+
+constexpr int expiryInterval = 60 * 1000; // ms
+
+Daemon::Daemon(Settings settings, QObject *parent)
+    : QObject(parent)
+    , m_settings(std::move(settings))
+    , m_clients(m_settings.state)
+    , m_gatekeeper(&m_clients, m_settings.state + QStringLiteral("/results"), m_settings.logsJson)
+{
+    // The folder: the file is replaced with each change.
+    connect(&m_watcher, &QFileSystemWatcher::directoryChanged, this, &Daemon::onClientsChanged);
+    connect(&m_expiry, &QTimer::timeout, this, &Daemon::onClientsChanged);
+}
+
+bool Daemon::start(QString *problem)
+{
+    if (!Identity::load(m_settings.state, problem) || !m_clients.load(problem))
+        return false;
+    if (!listenLocally(problem) || !listenOnNetwork(problem))
+        return false;
+    m_watcher.addPath(m_settings.state);
+    m_expiry.start(expiryInterval);
+    startHosts();
+    return true;
+}
+
+bool Daemon::listenLocally(QString *problem)
+{
+    const QString folder = QFileInfo(m_settings.socket).absolutePath();
+    const mode_t mask = ::umask(m_settings.isForGroup ? 0007 : 0077);
+    QDir().mkpath(folder);
+    QFile::remove(m_settings.socket);
+    m_local = std::make_unique<DeviceServer>(
+        std::vector<DeviceServer::Address>{
+            {rpc::toWire(QStringLiteral("unix:") + m_settings.socket),
+             grpc::InsecureServerCredentials()}},
+        &m_gatekeeper);
+    ::umask(mask);
+    if (m_local->isListening()) {
+        audit(m_settings.logsJson, QStringLiteral("listening"),
+              {{QStringLiteral("address"), m_settings.socket}});
+        return true;
+    }
+    *problem = QStringLiteral("cannot listen on '%1'").arg(m_settings.socket);
+    return false;
+}
+
+// Nobody can come in who was not invited, so nobody needs to be listened to before.
+bool Daemon::listenOnNetwork(QString *problem)
+{
+    const auto all = m_clients.all();
+    const bool isInvited = std::any_of(
+        all.cbegin(), all.cend(), [](const Client &client) { return client.refusal().isEmpty(); });
+    if (m_network || !isInvited)
+        return true;
+    const auto identity = Identity::load(m_settings.state, problem);
+    if (!identity)
+        return false;
+    grpc::SslServerCredentialsOptions options(
+        GRPC_SSL_REQUEST_AND_REQUIRE_CLIENT_CERTIFICATE_AND_VERIFY);
+    options.pem_root_certs = identity->authority().toStdString();
+    options.pem_key_cert_pairs = {
+        {identity->server().key.toStdString(), identity->server().certificate.toStdString()}};
+    m_network = std::make_unique<DeviceServer>(
+        std::vector<DeviceServer::Address>{
+            {rpc::toWire(m_settings.address), grpc::SslServerCredentials(options)}},
+        &m_gatekeeper);
+    if (m_network->isListening()) {
+        audit(m_settings.logsJson, QStringLiteral("listening"),
+              {{QStringLiteral("address"), m_settings.address}});
+        return true;
+    }
+    m_network.reset();
+    *problem =
+        QStringLiteral("cannot listen on '%1'; is there another server?").arg(m_settings.address);
+    return false;
+}
+
+// The drivers that stand for other servers and other processes have no instruments of this machine.
+static bool isLocalDriver(const QString &file)
+{
+    const QJsonObject data = QPluginLoader(file).metaData();
+    const QString id = data.value(QStringLiteral("MetaData"))
+                           .toObject()
+                           .value(QStringLiteral("resource-id"))
+                           .toString();
+    return data.value(QStringLiteral("IID")).toString() == QLatin1String(QelDevicePlugin_iid)
+        && id != QLatin1String("isolation") && id != QLatin1String("network");
+}
+
+void Daemon::startHosts()
+{
+    QStringList files;
+    for (const QString &folder : m_settings.plugins) {
+        QDirIterator it(folder, QDir::Files, QDirIterator::Subdirectories);
+        while (it.hasNext()) {
+            const QString file = QFileInfo(it.next()).canonicalFilePath();
+            if (!files.contains(file) && isLocalDriver(file))
+                files.append(file);
+        }
+    }
+    for (const QString &file : qAsConst(files)) {
+        auto *host = new rpc::DriverHost(file, this);
+        host->registerDrivers();
+        connect(host->link(), &rpc::Link::instrumentsChanged, this, [this] {
+            m_local->tellInstruments();
+            if (m_network)
+                m_network->tellInstruments();
+        });
+    }
+}
+
+void Daemon::onClientsChanged()
+{
+    QString problem;
+    if (!m_clients.load(&problem) || !listenOnNetwork(&problem))
+        audit(m_settings.logsJson, QStringLiteral("problem"), {{QStringLiteral("what"), problem}});
+    if (m_network)
+        m_network->checkPeers();
+}
+
+} // namespace qel::server

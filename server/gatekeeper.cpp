@@ -1,0 +1,191 @@
+#include "gatekeeper.h"
+
+#include "identity.h"
+
+#include <wire.h>
+
+#include <qelvalues/valuecodec.h>
+
+#include <QtCore/QDir>
+#include <QtCore/QJsonDocument>
+#include <QtCore/QJsonObject>
+#include <QtCore/QRegularExpression>
+
+#include <cstdio>
+#include <utility>
+
+namespace qel::server {
+
+using devices::Device;
+using devices::DeviceInfo;
+using rpc::toWire;
+
+void audit(bool logsJson, const QString &event, const QList<QPair<QString, QString>> &details)
+{
+    QByteArray line;
+    if (logsJson) {
+        QJsonObject object{
+            {QStringLiteral("time"), QDateTime::currentDateTimeUtc().toString(Qt::ISODateWithMs)},
+            {QStringLiteral("event"), event}};
+        for (const auto &[key, value] : details)
+            object.insert(key, value);
+        line = QJsonDocument(object).toJson(QJsonDocument::Compact);
+    } else {
+        line = event.toUtf8();
+        for (const auto &[key, value] : details)
+            line += ' ' + key.toUtf8() + "='" + value.toUtf8() + '\'';
+    }
+    line += '\n';
+    std::fwrite(line.constData(), 1, size_t(line.size()), stderr);
+}
+
+Gatekeeper::Gatekeeper(const Clients *clients, QString results, bool logsJson)
+    : m_clients(clients)
+    , m_results(std::move(results))
+    , m_logsJson(logsJson)
+{ }
+
+QString Gatekeeper::nameOf(const QString &peer) const
+{
+    if (peer.isEmpty())
+        return QStringLiteral("local");
+    const auto client = m_clients->withId(peer);
+    return client ? client->name : peer;
+}
+
+QString Gatekeeper::refusal(const QString &peer)
+{
+    if (peer.isEmpty())
+        return {};
+    const auto client = m_clients->withId(peer);
+    const QString why =
+        client ? client->refusal() : QStringLiteral("nobody was invited under this certificate");
+    if (!why.isEmpty())
+        audit(m_logsJson, QStringLiteral("refused"),
+              {{QStringLiteral("client"), nameOf(peer)}, {QStringLiteral("why"), why}});
+    return why;
+}
+
+QString Gatekeeper::executeRefusal(const QString &peer, Device::DeviceFeature feature)
+{
+    const auto client = m_clients->withId(peer);
+    if (!client || feature != Device::DF_FirmwareUpdate || client->role == Role::Service)
+        return {};
+    audit(m_logsJson, QStringLiteral("refused"),
+          {{QStringLiteral("client"), client->name},
+           {QStringLiteral("why"), QStringLiteral("firmware update without the role service")}});
+    return QStringLiteral("'%1' was not invited to update firmware").arg(client->name);
+}
+
+// A text under an id of its own: it names a person and a time.
+static rpc::wire::Text refusalText(const QString &id, const QString &english, const QString &german)
+{
+    rpc::wire::Text text;
+    text.set_id(toWire(id));
+    (*text.mutable_sentences())["en"] = toWire(english);
+    (*text.mutable_sentences())["de"] = toWire(german);
+    return text;
+}
+
+rpc::wire::Text Gatekeeper::acquire(const QString &peer, const void *session,
+                                    const DeviceInfo &info)
+{
+    const QString holder = nameOf(peer);
+    const auto client = m_clients->withId(peer);
+    if (client && client->role == Role::Observe) {
+        audit(m_logsJson, QStringLiteral("refused"),
+              {{QStringLiteral("client"), holder},
+               {QStringLiteral("why"), QStringLiteral("opening with the role observe")}});
+        return refusalText(
+            QStringLiteral("qel-server-observer"),
+            QStringLiteral("You were invited to observe, not to operate."),
+            QStringLiteral("Sie sind zum Beobachten eingeladen, nicht zum Bedienen."));
+    }
+    const QString instrument = info.driver() + QLatin1Char('/') + info.location();
+    for (auto lease = m_leases.cbegin(); lease != m_leases.cend(); ++lease) {
+        if (lease->instrument != instrument || lease.key() == session)
+            continue;
+        const QString since = lease->since.toString(QStringLiteral("yyyy-MM-dd HH:mm:ss 'UTC'"));
+        audit(m_logsJson, QStringLiteral("refused"),
+              {{QStringLiteral("client"), holder},
+               {QStringLiteral("instrument"), instrument},
+               {QStringLiteral("why"), QStringLiteral("in use by ") + lease->holder}});
+        return refusalText(
+            QStringLiteral("qel-server-in-use/%1/%2").arg(lease->holder, since),
+            QStringLiteral("It has been in use by '%1' since %2.").arg(lease->holder, since),
+            QStringLiteral("Es ist seit %2 durch '%1' belegt.").arg(lease->holder, since));
+    }
+    if (!m_leases.contains(session))
+        audit(m_logsJson, QStringLiteral("lease"),
+              {{QStringLiteral("client"), holder}, {QStringLiteral("instrument"), instrument}});
+    m_leases.insert(session, {instrument, holder, QDateTime::currentDateTimeUtc()});
+    return {};
+}
+
+void Gatekeeper::release(const void *session)
+{
+    const Lease lease = m_leases.take(session);
+    if (!lease.instrument.isEmpty())
+        audit(m_logsJson, QStringLiteral("release"),
+              {{QStringLiteral("client"), lease.holder},
+               {QStringLiteral("instrument"), lease.instrument}});
+}
+
+void Gatekeeper::auditRun(const QString &event, const QString &peer, const Device &device,
+                          Device::DeviceFeature feature, const QString &outcome) const
+{
+    const auto configuration = toWire(device.configuration(feature));
+    audit(m_logsJson, event,
+          {{QStringLiteral("client"), nameOf(peer)},
+           {QStringLiteral("instrument"), device.driver() + QLatin1Char('/') + device.location()},
+           {QStringLiteral("feature"), QVariant::fromValue(feature).toString()},
+           {QStringLiteral("configuration"), rpc::fromWire(configuration.json()).left(1000)},
+           {QStringLiteral("outcome"), outcome}});
+}
+
+void Gatekeeper::noteStart(const QString &peer, const Device &device, Device::DeviceFeature feature)
+{
+    auditRun(QStringLiteral("start"), peer, device, feature, QStringLiteral("open"));
+}
+
+void Gatekeeper::noteRun(const QString &peer, const Device &device, Device::DeviceFeature feature,
+                         bool ok)
+{
+    auditRun(QStringLiteral("run"), peer, device, feature,
+             ok ? QStringLiteral("result") : QStringLiteral("none"));
+}
+
+void Gatekeeper::keepResult(const QString &peer, const Device &device,
+                            Device::DeviceFeature feature, const QVariant &result)
+{
+    const QDateTime now = QDateTime::currentDateTimeUtc();
+    const auto json = [](const QVariant &value) {
+        return values::toJson(value, nullptr).value_or(QJsonValue());
+    };
+    const QJsonObject document{
+        {QStringLiteral("format"), QStringLiteral("qeldevices-kept-result")},
+        {QStringLiteral("client"), nameOf(peer)},
+        {QStringLiteral("driver"), device.driver()},
+        {QStringLiteral("location"), device.location()},
+        {QStringLiteral("name"), device.name()},
+        {QStringLiteral("serial"), device.serial()},
+        {QStringLiteral("feature"), QVariant::fromValue(feature).toString()},
+        {QStringLiteral("configuration"), json(device.configuration(feature))},
+        {QStringLiteral("finishedAt"), now.toString(Qt::ISODateWithMs)},
+        {QStringLiteral("result"), json(result)}};
+    // Names come from outside.
+    const QString who = nameOf(peer).replace(QRegularExpression(QStringLiteral("[^A-Za-z0-9_-]")),
+                                             QStringLiteral("_"));
+    const QString file =
+        QStringLiteral("%1/%2-%3.json")
+            .arg(m_results, now.toString(QStringLiteral("yyyyMMdd-HHmmss-zzz")), who);
+    QString problem;
+    const bool isKept = QDir().mkpath(m_results)
+        && writePrivateFile(file, QJsonDocument(document).toJson(), &problem);
+    audit(m_logsJson, isKept ? QStringLiteral("kept") : QStringLiteral("problem"),
+          {{QStringLiteral("client"), nameOf(peer)},
+           {QStringLiteral("file"), file},
+           {QStringLiteral("what"), problem}});
+}
+
+} // namespace qel::server

@@ -1,0 +1,55 @@
+#ifndef SERVER_GATEKEEPER_H
+#define SERVER_GATEKEEPER_H
+
+#include "clients.h"
+
+#include <deviceserver.h>
+
+#include <QtCore/QHash>
+
+namespace qel::server {
+
+/// Writes what happens, a line each, on standard error: as text, or as JSON for `logsJson`.
+void audit(bool logsJson, const QString &event, const QList<QPair<QString, QString>> &details = {});
+
+/// Lets in who was invited, as far as the role goes, and gives each instrument to one operator at a
+/// time. Local users are let in by the permissions of the socket.
+class Gatekeeper : public rpc::Gate
+{
+public:
+    /// @param results the folder for the results of clients that have gone
+    Gatekeeper(const Clients *clients, QString results, bool logsJson);
+
+    QString refusal(const QString &peer) override;
+    QString executeRefusal(const QString &peer, devices::Device::DeviceFeature feature) override;
+    rpc::wire::Text acquire(const QString &peer, const void *session,
+                            const devices::DeviceInfo &info) override;
+    void release(const void *session) override;
+    void noteStart(const QString &peer, const devices::Device &device,
+                   devices::Device::DeviceFeature feature) override;
+    void noteRun(const QString &peer, const devices::Device &device,
+                 devices::Device::DeviceFeature feature, bool ok) override;
+    void keepResult(const QString &peer, const devices::Device &device,
+                    devices::Device::DeviceFeature feature, const QVariant &result) override;
+
+private:
+    struct Lease
+    {
+        QString instrument;
+        QString holder;
+        QDateTime since;
+    };
+
+    QString nameOf(const QString &peer) const;
+    void auditRun(const QString &event, const QString &peer, const devices::Device &device,
+                  devices::Device::DeviceFeature feature, const QString &outcome) const;
+
+    const Clients *const m_clients;
+    const QString m_results;
+    const bool m_logsJson;
+    QHash<const void *, Lease> m_leases;
+};
+
+} // namespace qel::server
+
+#endif

@@ -1,0 +1,270 @@
+// The server of the instruments of this machine, and what its keeper does with it.
+#include "clients.h"
+#include "daemon.h"
+#include "identity.h"
+
+#include <qeldevices/qeldevices_global.h>
+
+#include <QtCore/QCommandLineParser>
+#include <QtCore/QCoreApplication>
+#include <QtCore/QDir>
+#include <QtCore/QFile>
+#include <QtCore/QJsonDocument>
+#include <QtCore/QJsonObject>
+#include <QtCore/QLibraryInfo>
+#include <QtCore/QLoggingCategory>
+#include <QtCore/QSocketNotifier>
+#include <QtCore/QStandardPaths>
+#include <QtCore/QSysInfo>
+#include <QtCore/QUuid>
+
+#include <csignal>
+#include <cstdio>
+
+#include <sys/socket.h>
+#include <unistd.h>
+
+namespace qel::server {
+
+static const char systemState[] = "/var/lib/qeldevicesd";
+static const char systemSocket[] = "/run/qeldevicesd/socket";
+constexpr int defaultPort = 7735;
+
+enum ExitCode { Done = 0, Failed = 1, BadUsage = 2 };
+
+static int fail(ExitCode code, const QString &message)
+{
+    std::fprintf(stderr, "qeldevicesd: %s\n", message.toUtf8().constData());
+    return code;
+}
+
+// Root keeps the server of the system, everybody else one of their own.
+static bool isSystemServer()
+{
+    return ::geteuid() == 0 || qEnvironmentVariableIsSet("STATE_DIRECTORY");
+}
+
+static QString stateFolder(const QCommandLineParser &line)
+{
+    if (line.isSet(QStringLiteral("state")))
+        return QDir(line.value(QStringLiteral("state"))).absolutePath();
+    return isSystemServer() ? QString::fromLatin1(systemState)
+                            : QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation)
+            + QStringLiteral("/qeldevicesd");
+}
+
+static QString socketFile(const QCommandLineParser &line)
+{
+    if (line.isSet(QStringLiteral("socket")))
+        return QDir().absoluteFilePath(line.value(QStringLiteral("socket")));
+    return isSystemServer() ? QString::fromLatin1(systemSocket)
+                            : QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation)
+            + QStringLiteral("/qeldevices/socket");
+}
+
+static QStringList pluginFolders(const QCommandLineParser &line)
+{
+    const QStringList given = line.values(QStringLiteral("plugins"));
+    if (!given.isEmpty())
+        return given;
+    QStringList folders;
+    for (const QString &parent : {QCoreApplication::applicationDirPath(),
+                                  QLibraryInfo::location(QLibraryInfo::PluginsPath)}) {
+        folders += {parent + QStringLiteral("/devicedrivers"),
+                    parent + QStringLiteral("/devicedrivers-isolated")};
+    }
+    return folders;
+}
+
+static int signalEnds[2];
+
+static void onSignal(int)
+{
+    const char any = 0;
+    [[maybe_unused]] const auto written = ::write(signalEnds[0], &any, 1);
+}
+
+static void quitOnSignals()
+{
+    if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, signalEnds) != 0)
+        return;
+    auto *notifier =
+        new QSocketNotifier(signalEnds[1], QSocketNotifier::Read, QCoreApplication::instance());
+    QObject::connect(notifier, &QSocketNotifier::activated, QCoreApplication::instance(),
+                     &QCoreApplication::quit);
+    std::signal(SIGINT, &onSignal);
+    std::signal(SIGTERM, &onSignal);
+    std::signal(SIGPIPE, SIG_IGN);
+}
+
+static int serve(const QCommandLineParser &line)
+{
+    QLoggingCategory::setFilterRules(
+        QStringLiteral("qel.devices*.info=false\nqel.devices*.debug=false"));
+    Settings settings;
+    settings.state = stateFolder(line);
+    settings.socket = socketFile(line);
+    settings.plugins = pluginFolders(line);
+    settings.address = line.value(QStringLiteral("listen"));
+    settings.isForGroup = isSystemServer() && !line.isSet(QStringLiteral("socket"));
+    settings.logsJson = line.isSet(QStringLiteral("log-json"));
+    quitOnSignals();
+    Daemon daemon(settings);
+    QString problem;
+    if (!daemon.start(&problem))
+        return fail(Failed, problem);
+    return QCoreApplication::exec();
+}
+
+static QString withPort(const QString &address)
+{
+    return address.contains(QLatin1Char(':'))
+        ? address
+        : QStringLiteral("%1:%2").arg(address, QString::number(defaultPort));
+}
+
+static int invite(const QCommandLineParser &line, const QString &name)
+{
+    const auto role = readRole(line.value(QStringLiteral("role")));
+    if (!role)
+        return fail(BadUsage,
+                    QStringLiteral("--role: '%1' is none of observe, operate, service")
+                        .arg(line.value(QStringLiteral("role"))));
+    bool isNumber = false;
+    const int days = line.value(QStringLiteral("days")).toInt(&isNumber);
+    if (!isNumber || days < 1 || days > 3650)
+        return fail(BadUsage,
+                    QStringLiteral("--days: '%1' is no number from 1 to 3650")
+                        .arg(line.value(QStringLiteral("days"))));
+    const QString folder = stateFolder(line);
+    QString problem;
+    const auto identity = Identity::load(folder, &problem);
+    Clients clients(folder);
+    if (!identity || !clients.load(&problem))
+        return fail(Failed, problem);
+    if (clients.named(name))
+        return fail(Failed,
+                    QStringLiteral("'%1' is invited already; 'qeldevicesd revoke %1' takes "
+                                   "the invitation back")
+                        .arg(name));
+    const QString id = QUuid::createUuid().toString(QUuid::WithoutBraces);
+    // Valid for longer than the invitation, whose end is told with a sentence.
+    const auto credentials = identity->sign(id, days + 30);
+    if (!credentials)
+        return fail(Failed, QStringLiteral("no certificate could be made"));
+    clients.add({id, name, *role, QDateTime::currentDateTimeUtc().addDays(days), false});
+    if (!clients.save(&problem))
+        return fail(Failed, problem);
+    const QString host = line.isSet(QStringLiteral("host")) ? line.value(QStringLiteral("host"))
+                                                            : QSysInfo::machineHostName();
+    const QJsonObject invitation{
+        {QStringLiteral("format"), QStringLiteral("qeldevices-connection")},
+        {QStringLiteral("server"), QSysInfo::machineHostName()},
+        {QStringLiteral("address"), withPort(host)},
+        {QStringLiteral("authority"), QString::fromLatin1(identity->authority())},
+        {QStringLiteral("certificate"), QString::fromLatin1(credentials->certificate)},
+        {QStringLiteral("key"), QString::fromLatin1(credentials->key)}};
+    const QByteArray text = QJsonDocument(invitation).toJson();
+    std::fwrite(text.constData(), 1, size_t(text.size()), stdout);
+    if (std::fflush(stdout) != 0)
+        return fail(Failed, QStringLiteral("the invitation cannot be written"));
+    return Done;
+}
+
+static int listClients(const QCommandLineParser &line)
+{
+    Clients clients(stateFolder(line));
+    QString problem;
+    if (!clients.load(&problem))
+        return fail(Failed, problem);
+    for (const Client &client : clients.all()) {
+        const QString refusal = client.refusal();
+        std::printf("%-20s %-8s until %s%s\n", client.name.toUtf8().constData(),
+                    roleName(client.role).toUtf8().constData(),
+                    client.expires.toString(QStringLiteral("yyyy-MM-dd")).toUtf8().constData(),
+                    client.isRevoked         ? "  revoked"
+                        : !refusal.isEmpty() ? "  expired"
+                                             : "");
+    }
+    return Done;
+}
+
+static int revoke(const QCommandLineParser &line, const QString &name)
+{
+    Clients clients(stateFolder(line));
+    QString problem;
+    if (!clients.load(&problem))
+        return fail(Failed, problem);
+    if (!clients.revoke(name))
+        return fail(Failed, QStringLiteral("nobody is invited as '%1'").arg(name));
+    return clients.save(&problem) ? int(Done) : fail(Failed, problem);
+}
+
+static int listResults(const QCommandLineParser &line)
+{
+    const QDir folder(stateFolder(line) + QStringLiteral("/results"));
+    const auto files = folder.entryInfoList(QDir::Files, QDir::Name);
+    for (const QFileInfo &file : files)
+        std::printf("%s\n", file.absoluteFilePath().toLocal8Bit().constData());
+    return Done;
+}
+
+static void declare(QCommandLineParser *line)
+{
+    line->setApplicationDescription(
+        QStringLiteral("Serves the instruments of this machine to those who were invited.\n\n"
+                       "  qeldevicesd                 serve\n"
+                       "  qeldevicesd invite NAME     print an invitation, for 'qelctl connect'\n"
+                       "  qeldevicesd clients         list who was invited\n"
+                       "  qeldevicesd revoke NAME     take an invitation back, at once\n"
+                       "  qeldevicesd results         list the results whose clients had gone"));
+    line->addHelpOption();
+    line->addVersionOption();
+    const auto option = [line](const char *name, const char *text, const char *value,
+                               const QString &preset = QString()) {
+        line->addOption(QCommandLineOption(QString::fromLatin1(name), QString::fromLatin1(text),
+                                           QString::fromLatin1(value), preset));
+    };
+    option("state", "The folder of the identity and the clients.", "DIR");
+    option("socket", "The local socket.", "FILE");
+    option("plugins", "A folder with driver plugins, in place of the usual ones.", "DIR");
+    option("listen", "Where to listen once somebody was invited.", "ADDRESS:PORT",
+           QStringLiteral("[::]:%1").arg(defaultPort));
+    line->addOption(
+        QCommandLineOption(QStringLiteral("log-json"), QStringLiteral("Log as lines of JSON.")));
+    option("host", "invite: how the client reaches this machine.", "ADDRESS[:PORT]");
+    option("role", "invite: observe, operate or service.", "ROLE", QStringLiteral("operate"));
+    option("days", "invite: how long it is valid.", "N", QStringLiteral("365"));
+}
+
+static int run()
+{
+    QCommandLineParser line;
+    declare(&line);
+    line.process(*QCoreApplication::instance());
+    const QStringList words = line.positionalArguments();
+    if (words.isEmpty())
+        return serve(line);
+    const QString command = words.constFirst();
+    if (command == QLatin1String("clients") && words.size() == 1)
+        return listClients(line);
+    if (command == QLatin1String("results") && words.size() == 1)
+        return listResults(line);
+    if (command == QLatin1String("invite") && words.size() == 2)
+        return invite(line, words.at(1));
+    if (command == QLatin1String("revoke") && words.size() == 2)
+        return revoke(line, words.at(1));
+    return fail(BadUsage,
+                QStringLiteral("'%1' makes no sense; see qeldevicesd --help")
+                    .arg(words.join(QLatin1Char(' '))));
+}
+
+} // namespace qel::server
+
+int main(int argc, char *argv[])
+{
+    QCoreApplication application(argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("qeldevicesd"));
+    QCoreApplication::setApplicationVersion(qel::devices::version());
+    return qel::server::run();
+}

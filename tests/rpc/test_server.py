@@ -1,0 +1,211 @@
+"""An instrument of one machine, used from another: the server, its invitations, the tool."""
+
+import json
+import os
+import pathlib
+import re
+import signal
+import stat
+import subprocess
+import tempfile
+import time
+import unittest
+
+QELCTL = os.environ["QELCTL"]
+SERVER = os.environ["QELDEVICESD"]
+CLIENT_PLUGINS = os.environ["CLIENT_PLUGINS"]
+SERVER_PLUGINS = os.environ["SERVER_PLUGINS"]
+
+# Enough for a machine that is busy with everything else; nothing waits for its end.
+PATIENCE = 60
+
+
+def free_port():
+    import socket
+    with socket.socket() as probe:
+        probe.bind(("127.0.0.1", 0))
+        return probe.getsockname()[1]
+
+
+class ServerTest(unittest.TestCase):
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.folder = pathlib.Path(folder.name)
+        self.state = self.folder / "state"
+        self.port = free_port()
+        self.log = self.folder / "log"
+        self.furnish(time_scale=0.1)
+        self.server_environment = {**os.environ,
+                                   "QELDEVICES_SIMULATOR": str(self.folder / "laboratory.json")}
+        self.server = None
+
+    def furnish(self, time_scale):
+        (self.folder / "laboratory.json").write_text(json.dumps({"instruments": [
+            {"model": "absorbance-96", "serial": "A-1", "timeScale": time_scale}]}))
+
+    def keeper(self, *arguments):
+        return subprocess.run([SERVER, "--state", str(self.state), *arguments],
+                              capture_output=True, text=True, timeout=PATIENCE)
+
+    def start(self):
+        with self.log.open("a") as log:
+            self.server = subprocess.Popen(
+                [SERVER, "--state", str(self.state), "--socket", str(self.folder / "run" / "socket"),
+                 "--plugins", SERVER_PLUGINS, "--listen", f"127.0.0.1:{self.port}"],
+                env=self.server_environment, stderr=log)
+        self.addCleanup(self.stop)
+        self.await_log("listening")
+
+    def stop(self):
+        if self.server:
+            self.server.send_signal(signal.SIGCONT)
+            self.server.terminate()
+            self.server.wait(PATIENCE)
+            self.server = None
+
+    def await_log(self, pattern):
+        end = time.monotonic() + PATIENCE
+        while not re.search(pattern, self.log.read_text()):
+            self.assertLess(time.monotonic(), end, f"no {pattern!r} in {self.log.read_text()!r}")
+            time.sleep(0.02)
+
+    def invite(self, name, *options):
+        invited = self.keeper("invite", name, "--host", f"127.0.0.1:{self.port}", *options)
+        self.assertEqual(invited.returncode, 0, invited.stderr)
+        file = self.folder / f"{name}.invitation"
+        file.write_text(invited.stdout)
+        return file
+
+    def command(self, user, *arguments):
+        home = self.folder / user
+        home.mkdir(exist_ok=True)
+        return ([QELCTL, "--plugins", CLIENT_PLUGINS, "--lang", "en", *arguments],
+                {**os.environ, "XDG_CONFIG_HOME": str(home), "QELDEVICES_SIMULATOR": "/dev/null"})
+
+    def tool(self, user, *arguments):
+        command, environment = self.command(user, *arguments)
+        return subprocess.run(command, env=environment, capture_output=True, text=True,
+                              timeout=PATIENCE)
+
+    def connect(self, user, *options):
+        file = self.invite(user, *options)
+        self.await_log(f"listening address='127.0.0.1:{self.port}'")
+        end = time.monotonic() + PATIENCE
+        while True:
+            connected = self.tool(user, "connect", str(file))
+            if "A-1" in connected.stdout:
+                return connected
+            # The server may still be starting its drivers.
+            self.assertLess(time.monotonic(), end, connected.stderr)
+
+    def test_three_commands(self):
+        """invite, connect, run; and nobody listens on the network before the first of them."""
+        self.start()
+        self.assertNotIn(str(self.port), self.log.read_text())
+        connected = self.connect("anna")
+        self.assertIn("Network/", connected.stdout)
+        run = self.tool("anna", "run", "A-1", "absorbance-measurement", "--format", "json")
+        self.assertEqual(run.returncode, 0, run.stderr)
+        self.assertIn("A-1", run.stdout)
+        self.await_log("run client='anna'.*DF_AbsorbanceMeasurement.*outcome='result'")
+
+        self.assertIn("1 instruments", self.tool("anna", "servers").stdout)
+        name = connected.stdout.split("'")[1]
+        self.assertEqual(self.tool("anna", "disconnect", name).returncode, 0)
+        self.assertNotIn("A-1", self.tool("anna", "list").stdout)
+
+    def test_secrets_are_private(self):
+        self.start()
+        self.connect("anna")
+        files = [self.state / name for name in
+                 ("authority.key", "authority.pem", "server.key", "server.pem", "clients.json")]
+        files += (self.folder / "anna").rglob("*.json")
+        files.append(self.folder / "run" / "socket")
+        self.assertEqual(len(files), 7)
+        for file in files:
+            self.assertEqual(stat.S_IMODE(file.stat().st_mode) & 0o077, 0, file)
+
+    def test_one_operator_at_a_time(self):
+        self.furnish(time_scale=4)
+        self.start()
+        self.connect("anna")
+        self.connect("bert")
+        command, environment = self.command("anna", "run", "A-1", "absorbance-measurement")
+        with subprocess.Popen(command, env=environment, stdout=subprocess.DEVNULL,
+                              stderr=subprocess.DEVNULL) as first:
+            try:
+                self.await_log("start client='anna'")
+                second = self.tool("bert", "run", "A-1", "orientation")
+                self.assertEqual(second.returncode, 4, second.stderr)
+                self.assertRegex(second.stderr, "in use by 'anna' since 20..-..-.. ..:..:.. UTC")
+            finally:
+                first.kill()
+        # Whoever is gone does not keep it, but what they were measuring is kept.
+        self.await_log("release client='anna'")
+        kept = self.keeper("results").stdout.splitlines()
+        self.assertEqual(len(kept), 1)
+        document = json.loads(pathlib.Path(kept[0]).read_text())
+        self.assertEqual((document["client"], document["serial"]), ("anna", "A-1"))
+        self.assertEqual(document["feature"], "DF_AbsorbanceMeasurement")
+        self.assertEqual(len(document["result"]["values"][0]["value"]), 96)
+        self.assertEqual(self.tool("bert", "run", "A-1", "orientation").returncode, 0)
+
+    def test_roles(self):
+        self.start()
+        self.connect("olga", "--role", "observe")
+        refused = self.tool("olga", "run", "A-1", "orientation")
+        self.assertEqual(refused.returncode, 4)
+        self.assertIn("observe", refused.stderr)
+
+    def test_revoked(self):
+        self.start()
+        self.connect("anna")
+        self.assertEqual(self.keeper("revoke", "anna").returncode, 0)
+        self.assertIn("revoked", self.keeper("clients").stdout)
+        self.await_log("refused client='anna'|$")
+        end = time.monotonic() + PATIENCE
+        while "revoked" not in (told := self.tool("anna", "servers").stdout):
+            self.assertLess(time.monotonic(), end, told)
+        self.assertNotEqual(self.tool("anna", "run", "A-1", "orientation").returncode, 0)
+        self.assertNotEqual(self.keeper("revoke", "anna").returncode, 0)
+
+    def test_strangers(self):
+        """A certificate of another authority, and none at all."""
+        self.start()
+        self.connect("anna")
+        ours = self.state
+        self.state = self.folder / "elsewhere"
+        stranger = json.loads(self.invite("eve").read_text())
+        self.state = ours
+        ours = json.loads((self.folder / "anna.invitation").read_text())
+        for name, change in (("foreign", {"certificate": stranger["certificate"],
+                                          "key": stranger["key"]}),
+                             ("impostor", {"authority": stranger["authority"]})):
+            with self.subTest(name):
+                file = self.folder / f"{name}.invitation"
+                file.write_text(json.dumps({**ours, **change, "server": name}))
+                connected = self.tool(name, "connect", str(file))
+                self.assertEqual(connected.returncode, 4, connected.stdout)
+                self.assertNotIn("A-1", self.tool(name, "list").stdout)
+        for broken in ("{}", "no JSON", json.dumps({**ours, "server": "../x"})):
+            file = self.folder / "broken.invitation"
+            file.write_text(broken)
+            self.assertIn("no invitation", self.tool("mallory", "connect", str(file)).stderr)
+
+    def test_server_goes_and_comes(self):
+        self.start()
+        self.connect("anna")
+        self.stop()
+        away = self.tool("anna", "list")
+        self.assertEqual(away.returncode, 0)
+        self.assertNotIn("A-1", away.stdout)
+        self.start()
+        end = time.monotonic() + PATIENCE
+        while "A-1" not in self.tool("anna", "list").stdout:
+            self.assertLess(time.monotonic(), end)
+        self.assertEqual(self.tool("anna", "run", "A-1", "orientation").returncode, 0)
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=2)
