@@ -1,0 +1,60 @@
+#ifndef QELWORKBENCH_INSTRUMENTS_H
+#define QELWORKBENCH_INSTRUMENTS_H
+
+#include "instrument.h"
+
+#include <qelfrontend/instrumentwatch.h>
+
+#include <QtCore/QAbstractListModel>
+
+namespace qelworkbench {
+
+/// The instruments, live. Drivers are asked less often when one of them is slow, and while an
+/// instrument is at work. An instrument that is gone stays in the list, for what it has measured.
+class Instruments : public QAbstractListModel
+{
+    Q_OBJECT
+
+public:
+    explicit Instruments(Store *store, QObject *parent = nullptr);
+
+    /// Begins to look for instruments.
+    void watch();
+
+    Instrument *at(int row) const;
+    int rowOf(const Instrument *instrument) const;
+    /// Whether any is within a run.
+    bool isAnyBusy() const;
+    /// How many finished runs are in memory only.
+    int unkeptCount() const;
+
+    int rowCount(const QModelIndex &parent = QModelIndex()) const override;
+    /// Name, and under Qt::ToolTipRole everything that identifies it; StateRole and SentenceRole.
+    QVariant data(const QModelIndex &index, int role) const override;
+    enum Role { StateRole = Qt::UserRole, SentenceRole };
+
+    /// What an instrument is doing, in words.
+    static QString stateText(const Instrument &instrument);
+
+Q_SIGNALS:
+    /// Whenever `driver` is asked for its instruments, the window stands still for `milliseconds`,
+    /// which a person notices. Empty: no driver holds it up any more.
+    void heldUp(const QString &driver, qint64 milliseconds);
+    /// An instrument has kept a run.
+    void kept(const QString &file, qelworkbench::Instrument *instrument);
+
+private:
+    void add(const qel::devices::DeviceInfo &info);
+    Instrument *instrumentOf(const qel::devices::DeviceInfo &info) const;
+    void onSearched();
+
+    Store *m_store;
+    QList<Instrument *> m_instruments;
+    qel::frontend::InstrumentWatch m_watch;
+    std::chrono::milliseconds m_pause;
+    QString m_slowDriver;
+};
+
+} // namespace qelworkbench
+
+#endif

@@ -1,0 +1,413 @@
+#include "resultview.h"
+
+#include "curves.h"
+#include "plateview.h"
+#include "statistics.h"
+#include "text.h"
+
+#include <qelfrontend/wells.h>
+#include <qelvalues/valuecodec.h>
+
+#include <QtCore/QDir>
+#include <QtCore/QEvent>
+#include <QtCore/QJsonDocument>
+#include <QtCore/QSettings>
+#include <QtCore/QStandardPaths>
+#include <QtGui/QClipboard>
+#include <QtWidgets/QApplication>
+#include <QtWidgets/QComboBox>
+#include <QtWidgets/QFileDialog>
+#include <QtWidgets/QHBoxLayout>
+#include <QtWidgets/QHeaderView>
+#include <QtWidgets/QLabel>
+#include <QtWidgets/QMenu>
+#include <QtWidgets/QPushButton>
+#include <QtWidgets/QSlider>
+#include <QtWidgets/QStackedWidget>
+#include <QtWidgets/QTabWidget>
+#include <QtWidgets/QTableWidget>
+
+#include <algorithm>
+
+namespace qelworkbench {
+
+namespace {
+
+struct Way
+{
+    ExportFormat format;
+    const char *title;
+};
+
+constexpr Way ways[] = {
+    {ExportFormat::Spreadsheet, "qelworkbench-export-xlsx"},
+    {ExportFormat::TidyCsv, "qelworkbench-export-tidy"},
+    {ExportFormat::PlateCsv, "qelworkbench-export-plate"},
+    {ExportFormat::Json, "qelworkbench-export-json"},
+    {ExportFormat::Png, "qelworkbench-export-png"},
+    {ExportFormat::Svg, "qelworkbench-export-svg"},
+};
+
+// A result that is no plate, as lines of names and values.
+QString plainText(const QVariant &value)
+{
+    if (!value.isValid())
+        return text("qelworkbench-done");
+    if (value.userType() == QMetaType::Double)
+        return valueText(value.toDouble());
+    if (value.userType() == QMetaType::Bool)
+        return text(value.toBool() ? "qelworkbench-yes" : "qelworkbench-no");
+    if (value.userType() == QMetaType::QDateTime)
+        return QLocale().toString(value.toDateTime().toLocalTime(),
+                                  text("qelworkbench-time-format"));
+    if (value.userType() == QMetaType::QDate)
+        return QLocale().toString(value.toDate(), QLocale::ShortFormat);
+    if (value.userType() == QMetaType::QVariantHash) {
+        const QVariantHash hash = value.toHash();
+        QStringList keys = hash.keys();
+        std::sort(keys.begin(), keys.end());
+        QStringList lines;
+        for (const QString &key : qAsConst(keys))
+            lines.append(settingTitle(key) + QStringLiteral(": ") + plainText(hash.value(key)));
+        return lines.join(QLatin1Char('\n'));
+    }
+    if (value.canConvert<QString>())
+        return value.toString();
+    qel::values::Problem ignored;
+    const auto json = qel::values::toJson(value, &ignored);
+    return json
+        ? QString::fromUtf8(qel::values::jsonText(json->toObject().value(QStringLiteral("value"))))
+        : QString();
+}
+
+} // namespace
+
+ResultView::ResultView(QWidget *parent)
+    : QWidget(parent)
+    , m_menu(new QMenu(this))
+    , m_pages(new QStackedWidget(this))
+    , m_plain(new QLabel(this))
+    , m_tabs(new QTabWidget(this))
+    , m_plate(new PlateView(this))
+    , m_table(new QTableWidget(this))
+    , m_curves(new Curves(this))
+    , m_well(new QLabel(this))
+    , m_statistics(new QLabel(this))
+    , m_legend(new QLabel(this))
+{
+    m_plate->setObjectName(QStringLiteral("plate"));
+    m_plain->setAlignment(Qt::AlignCenter);
+    m_plain->setWordWrap(true);
+    m_plain->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    m_table->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    m_well->setObjectName(QStringLiteral("well"));
+    m_statistics->setObjectName(QStringLiteral("statistics"));
+    m_statistics->setWordWrap(true);
+    m_tabs->addTab(m_plate, QString());
+    m_tabs->addTab(m_table, QString());
+    m_tabs->addTab(m_curves, QString());
+    m_tabs->setDocumentMode(true);
+
+    auto *shown = new QWidget(this);
+    auto *layout = new QVBoxLayout(shown);
+    layout->setContentsMargins({});
+    layout->addWidget(makeHeader());
+    layout->addWidget(m_tabs, 1);
+    auto *foot = new QHBoxLayout;
+    foot->addWidget(m_well);
+    foot->addStretch();
+    foot->addWidget(m_legend);
+    layout->addLayout(foot);
+    layout->addWidget(m_statistics);
+    m_pages->addWidget(m_plain);
+    m_pages->addWidget(shown);
+    auto *all = new QVBoxLayout(this);
+    all->setContentsMargins({});
+    all->addWidget(m_pages);
+
+    connect(m_read, QOverload<int>::of(&QComboBox::currentIndexChanged), this,
+            &ResultView::showRun);
+    connect(m_run, &QSlider::valueChanged, this, &ResultView::showRun);
+    connect(m_copy, &QPushButton::clicked, this, &ResultView::copy);
+    connect(m_plate, &PlateView::selectionChanged, this, &ResultView::showSelection);
+    connect(m_plate, &PlateView::currentChanged, this, &ResultView::showCurrentWell);
+    clear();
+    retranslate();
+}
+
+QWidget *ResultView::makeHeader()
+{
+    auto *header = new QWidget(this);
+    m_title = new QLabel(header);
+    QFont big = m_title->font();
+    big.setPointSizeF(big.pointSizeF() * 1.3);
+    big.setBold(true);
+    m_title->setFont(big);
+    m_title->setTextFormat(Qt::PlainText);
+    m_subtitle = new QLabel(header);
+    m_subtitle->setTextFormat(Qt::PlainText);
+    m_subtitle->setWordWrap(true);
+    m_readLabel = new QLabel(header);
+    m_read = new QComboBox(header);
+    m_read->setObjectName(QStringLiteral("read"));
+    m_readLabel->setBuddy(m_read);
+    m_runLabel = new QLabel(header);
+    m_run = new QSlider(Qt::Horizontal, header);
+    m_run->setObjectName(QStringLiteral("runOfSeries"));
+    m_run->setMinimumWidth(120);
+    m_runLabel->setBuddy(m_run);
+    m_copy = new QPushButton(header);
+    m_copy->setObjectName(QStringLiteral("copy"));
+    m_export = new QPushButton(header);
+    m_export->setObjectName(QStringLiteral("export"));
+    m_export->setMenu(m_menu);
+
+    auto *titles = new QHBoxLayout;
+    titles->addWidget(m_title, 1);
+    titles->addWidget(m_copy);
+    titles->addWidget(m_export);
+    auto *controls = new QHBoxLayout;
+    controls->addWidget(m_readLabel);
+    controls->addWidget(m_read);
+    controls->addWidget(m_runLabel);
+    controls->addWidget(m_run);
+    controls->addStretch();
+    auto *layout = new QVBoxLayout(header);
+    layout->setContentsMargins({});
+    layout->setSpacing(4);
+    layout->addLayout(titles);
+    layout->addWidget(m_subtitle);
+    layout->addLayout(controls);
+    return header;
+}
+
+void ResultView::makeExportMenu()
+{
+    m_menu->clear();
+    for (const Way &way : ways) {
+        QAction *action = m_menu->addAction(text(way.title));
+        connect(action, &QAction::triggered, this, [this, &way] { exportAs(way.format); });
+    }
+}
+
+void ResultView::retranslate()
+{
+    makeExportMenu();
+    m_readLabel->setText(text("qelworkbench-read"));
+    m_copy->setText(text("qelworkbench-copy"));
+    m_copy->setToolTip(text("qelworkbench-copy-tip"));
+    m_export->setText(text("qelworkbench-export"));
+    m_tabs->setTabText(0, text("qelworkbench-tab-plate"));
+    m_tabs->setTabText(1, text("qelworkbench-tab-table"));
+    m_tabs->setTabText(2, text("qelworkbench-tab-curves"));
+    m_plate->setAccessibleName(text("qelworkbench-tab-plate"));
+    m_table->setAccessibleName(text("qelworkbench-tab-table"));
+    m_run->setAccessibleName(text("qelworkbench-column-run"));
+    m_read->setAccessibleName(text("qelworkbench-read"));
+    if (!m_results.isEmpty())
+        showRun();
+}
+
+void ResultView::changeEvent(QEvent *event)
+{
+    if (event->type() == QEvent::LanguageChange)
+        retranslate();
+    QWidget::changeEvent(event);
+}
+
+void ResultView::clear(const QString &hint)
+{
+    m_results.clear();
+    m_plain->setText(hint);
+    m_pages->setCurrentIndex(0);
+}
+
+const QVector<Result> &ResultView::results() const
+{
+    return m_results;
+}
+
+PlateView *ResultView::plateView() const
+{
+    return m_plate;
+}
+
+const Result *ResultView::current() const
+{
+    const int run = m_run->value();
+    return run >= 0 && run < m_results.size() ? &m_results[run] : nullptr;
+}
+
+void ResultView::setResults(const QVector<Result> &results)
+{
+    if (results.isEmpty()) {
+        clear();
+        return;
+    }
+    m_results = results;
+    const int read = std::max(0, m_read->currentIndex());
+    const QSignalBlocker blockRead(m_read);
+    const QSignalBlocker blockRun(m_run);
+    m_run->setRange(0, m_results.size() - 1);
+    m_run->setValue(m_results.size() - 1);
+    m_read->clear();
+    if (const auto &plate = m_results.constLast().plate) {
+        for (const auto &one : plate->reads)
+            m_read->addItem(one.label);
+    }
+    m_read->setCurrentIndex(read < m_read->count() ? read : 0);
+    const bool isSeries = m_results.size() > 1;
+    m_run->setVisible(isSeries);
+    m_runLabel->setVisible(isSeries);
+    m_readLabel->setVisible(m_read->count() > 1);
+    m_read->setVisible(m_read->count() > 1);
+    m_tabs->setTabEnabled(2, isSeries);
+    showRun();
+}
+
+void ResultView::showRun()
+{
+    const Result *result = current();
+    if (!result)
+        return;
+    m_title->setText(result->entry.name.isEmpty() ? featureTitle(result->feature)
+                                                  : result->entry.name);
+    if (!result->plate) {
+        m_plain->setText(featureTitle(result->feature) + QStringLiteral("\n\n")
+                         + plainText(result->value));
+        m_pages->setCurrentIndex(0);
+        return;
+    }
+    m_pages->setCurrentIndex(1);
+    QStringList facts{QStringLiteral("%1 %2").arg(result->device.name(), result->device.serial()),
+                      QLocale().toString(result->entry.startedAt.toLocalTime(),
+                                         text("qelworkbench-time-format"))};
+    if (result->plate->temperature)
+        facts.append(QLocale().toString(*result->plate->temperature, 'f', 1)
+                     + QStringLiteral(" °C"));
+    m_subtitle->setText(facts.join(QStringLiteral("  ·  ")));
+    m_runLabel->setText(text("qelworkbench-run-of", QString::number(m_run->value() + 1),
+                             QString::number(m_results.size())));
+
+    const auto &read = result->plate->reads.value(std::max(0, m_read->currentIndex()));
+    PlatePicture picture;
+    picture.rows = result->plate->rows;
+    picture.columns = result->plate->columns;
+    picture.values = read.values;
+    picture.unit = result->plate->unit;
+    picture.maximum = result->maximum;
+    m_plate->setPicture(picture);
+    fillTable();
+    showSelection();
+}
+
+void ResultView::fillTable()
+{
+    const PlatePicture &picture = m_plate->picture();
+    m_table->setRowCount(picture.rows);
+    m_table->setColumnCount(picture.columns);
+    for (int row = 0; row < picture.rows; ++row) {
+        m_table->setVerticalHeaderItem(row, new QTableWidgetItem(qel::frontend::rowName(row)));
+        for (int column = 0; column < picture.columns; ++column) {
+            const double value = picture.values.value(row * picture.columns + column);
+            auto *item = new QTableWidgetItem(valueText(value));
+            item->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
+            if (picture.isSaturated(value)) {
+                item->setText(QStringLiteral("≥ ") + item->text());
+                item->setToolTip(text("qelworkbench-saturated"));
+            }
+            m_table->setItem(row, column, item);
+        }
+    }
+    m_table->horizontalHeader()->setDefaultSectionSize(
+        fontMetrics().horizontalAdvance(QStringLiteral("≥ 8888888.8")));
+}
+
+void ResultView::showSelection()
+{
+    const Result *result = current();
+    if (!result || !result->plate)
+        return;
+    const QVector<bool> &selection = m_plate->selection();
+    const Statistics numbers = statisticsOf(m_plate->picture().values, selection, result->maximum);
+    const QString unit = result->plate->unit;
+    QStringList parts{text(selection.contains(true) ? "qelworkbench-statistics-selected"
+                                                    : "qelworkbench-statistics-all",
+                           QString::number(numbers.count))};
+    // With saturated wells the mean is only a limit, and the deviation means nothing.
+    const bool isLimit = numbers.saturated > 0;
+    if (numbers.count > 0) {
+        parts.append(text("qelworkbench-statistics-mean",
+                          (isLimit ? QStringLiteral("≥ ") : QString()) + valueText(numbers.mean),
+                          unit));
+    }
+    if (numbers.deviation && !isLimit)
+        parts.append(
+            text("qelworkbench-statistics-deviation", valueText(*numbers.deviation), unit));
+    if (numbers.variation && !isLimit)
+        parts.append(text("qelworkbench-statistics-variation",
+                          QLocale().toString(*numbers.variation * 100, 'f', 1)));
+    m_statistics->setText(parts.join(QStringLiteral("   ")));
+    QStringList marks;
+    if (numbers.saturated > 0)
+        marks.append(text("qelworkbench-legend-saturated", QString::number(numbers.saturated)));
+    if (numbers.notMeasured > 0)
+        marks.append(
+            text("qelworkbench-legend-not-measured", QString::number(numbers.notMeasured)));
+    m_legend->setText(marks.join(QStringLiteral("   ")));
+
+    QVector<bool> wells = selection;
+    if (!wells.contains(true) && !wells.isEmpty())
+        wells[0] = true;
+    if (m_results.size() > 1)
+        m_curves->show(m_results, std::max(0, m_read->currentIndex()), wells);
+    showCurrentWell();
+}
+
+void ResultView::showCurrentWell()
+{
+    const QString well = m_plate->wellText(m_plate->currentWell());
+    m_well->setText(well.isEmpty() ? text("qelworkbench-well-hint") : well);
+}
+
+void ResultView::copy()
+{
+    if (!current() || !current()->plate)
+        return;
+    QApplication::clipboard()->setText(clipboardTable(m_plate->picture()));
+    Q_EMIT said(text("qelworkbench-copied"), false);
+}
+
+void ResultView::exportAs(ExportFormat format)
+{
+    const Result *result = current();
+    if (!result)
+        return;
+    QSettings settings;
+    const QString key = QStringLiteral("exportFolder");
+    const QString folder =
+        settings.value(key, QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation))
+            .toString();
+    QString stem = result->entry.name.isEmpty() ? QFileInfo(result->entry.file).completeBaseName()
+                                                : result->entry.name;
+    stem.replace(QLatin1Char('/'), QLatin1Char('-'));
+    const QString suffix = suffixOf(format);
+    QString path =
+        QFileDialog::getSaveFileName(this, text("qelworkbench-export"),
+                                     folder + QLatin1Char('/') + stem + QLatin1Char('.') + suffix,
+                                     QStringLiteral("*.") + suffix);
+    if (path.isEmpty())
+        return;
+    if (QFileInfo(path).suffix().isEmpty())
+        path += QLatin1Char('.') + suffix;
+    settings.setValue(key, QFileInfo(path).path());
+    PlatePicture picture = m_plate->picture();
+    picture.title = m_title->text() + QStringLiteral("  ·  ") + m_subtitle->text();
+    QString problem;
+    if (exportTo(path, format, m_results, picture, &problem))
+        Q_EMIT said(text("qelworkbench-exported", QDir::toNativeSeparators(path)), false);
+    else
+        Q_EMIT said(sentence(problem), true);
+}
+
+} // namespace qelworkbench

@@ -1,0 +1,84 @@
+#ifndef QELWORKBENCH_RESULTVIEW_H
+#define QELWORKBENCH_RESULTVIEW_H
+
+#include "exports.h"
+#include "store.h"
+
+#include <QtWidgets/QWidget>
+
+class QComboBox;
+class QLabel;
+class QMenu;
+class QPushButton;
+class QSlider;
+class QStackedWidget;
+class QTableWidget;
+class QTabWidget;
+
+namespace qelworkbench {
+
+class Curves;
+class PlateView;
+
+/// A result to look at: the plate as a picture and as a table, a series as curves, the statistics
+/// of the selected wells, and the ways out of the window.
+class ResultView : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit ResultView(QWidget *parent = nullptr);
+
+    /// Shows a single run, or the runs of a series with the last of them in front.
+    void setResults(const QVector<Result> &results);
+    /// Shows nothing but `hint`.
+    void clear(const QString &hint = QString());
+
+    const QVector<Result> &results() const;
+    PlateView *plateView() const;
+
+    /// Exports what is shown to a file that the operator chooses.
+    void exportAs(ExportFormat format);
+    void copy();
+
+Q_SIGNALS:
+    /// Something that the operator wanted was done, or why it was not.
+    void said(const QString &sentence, bool isProblem);
+
+protected:
+    void changeEvent(QEvent *event) override;
+
+private:
+    QWidget *makeHeader();
+    void makeExportMenu();
+    void retranslate();
+    void showRun();
+    void showSelection();
+    void showCurrentWell();
+    void fillTable();
+    const Result *current() const;
+
+    QVector<Result> m_results;
+    QLabel *m_title;
+    QLabel *m_subtitle;
+    QLabel *m_readLabel;
+    QComboBox *m_read;
+    QLabel *m_runLabel;
+    QSlider *m_run;
+    QPushButton *m_copy;
+    QPushButton *m_export;
+    QMenu *m_menu;
+    QStackedWidget *m_pages;
+    QLabel *m_plain; // what is no plate, or a hint
+    QTabWidget *m_tabs;
+    PlateView *m_plate;
+    QTableWidget *m_table;
+    Curves *m_curves;
+    QLabel *m_well;
+    QLabel *m_statistics;
+    QLabel *m_legend;
+};
+
+} // namespace qelworkbench
+
+#endif

@@ -1,0 +1,225 @@
+#include "trustpane.h"
+
+#include "instruments.h"
+#include "log.h"
+#include "text.h"
+
+#include <qelfrontend/provenance.h>
+#include <qelinspection/inspection.h>
+#include <qelvalues/names.h>
+
+#include <qeldevices/devicebroker.h>
+#include <qeldevices/qeldevices_global.h>
+
+#include <QtCore/QDateTime>
+#include <QtCore/QDir>
+#include <QtCore/QEvent>
+#include <QtCore/QSaveFile>
+#include <QtCore/QStandardPaths>
+#include <QtCore/QSysInfo>
+#include <QtGui/QFontDatabase>
+#include <QtWidgets/QFileDialog>
+#include <QtWidgets/QHBoxLayout>
+#include <QtWidgets/QLabel>
+#include <QtWidgets/QPlainTextEdit>
+#include <QtWidgets/QPushButton>
+
+namespace qelworkbench {
+
+using namespace qel::inspection;
+
+namespace {
+
+QLabel *makeTitle(QWidget *parent)
+{
+    auto *title = new QLabel(parent);
+    QFont bold = title->font();
+    bold.setBold(true);
+    title->setFont(bold);
+    return title;
+}
+
+QPlainTextEdit *makeText(QWidget *parent)
+{
+    auto *edit = new QPlainTextEdit(parent);
+    edit->setReadOnly(true);
+    edit->setTabChangesFocus(true);
+    edit->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+    edit->setLineWrapMode(QPlainTextEdit::NoWrap);
+    return edit;
+}
+
+QString verdictText(Verdict verdict)
+{
+    switch (verdict) {
+    case Verdict::Usable:
+        return text("qelworkbench-usable");
+    case Verdict::UsableWithWarnings:
+        return text("qelworkbench-usable-with-warnings");
+    case Verdict::NotUsable:
+        break;
+    }
+    return text("qelworkbench-not-usable");
+}
+
+} // namespace
+
+TrustPane::TrustPane(QWidget *parent)
+    : QWidget(parent)
+    , m_instrumentTitle(makeTitle(this))
+    , m_identity(new QLabel(this))
+    , m_driversTitle(makeTitle(this))
+    , m_findings(makeText(this))
+    , m_logTitle(makeTitle(this))
+    , m_log(makeText(this))
+    , m_inspect(new QPushButton(this))
+    , m_save(new QPushButton(this))
+{
+    m_identity->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    m_identity->setTextFormat(Qt::PlainText);
+    m_identity->setWordWrap(true);
+    m_log->setMaximumBlockCount(5000);
+    m_save->setObjectName(QStringLiteral("report"));
+    auto *buttons = new QHBoxLayout;
+    buttons->addStretch();
+    buttons->addWidget(m_inspect);
+    buttons->addWidget(m_save);
+    auto *layout = new QVBoxLayout(this);
+    layout->addWidget(m_instrumentTitle);
+    layout->addWidget(m_identity);
+    layout->addSpacing(8);
+    layout->addWidget(m_driversTitle);
+    layout->addWidget(m_findings, 1);
+    layout->addSpacing(8);
+    layout->addWidget(m_logTitle);
+    layout->addWidget(m_log, 2);
+    layout->addLayout(buttons);
+
+    m_log->setPlainText(Log::instance()->lines().join(QLatin1Char('\n')));
+    connect(Log::instance(), &Log::added, m_log, &QPlainTextEdit::appendPlainText);
+    connect(m_inspect, &QPushButton::clicked, this, &TrustPane::inspect);
+    connect(m_save, &QPushButton::clicked, this, &TrustPane::saveReport);
+    retranslate();
+}
+
+void TrustPane::setInstrument(Instrument *instrument)
+{
+    if (m_instrument)
+        m_instrument->disconnect(this);
+    m_instrument = instrument;
+    if (instrument)
+        connect(instrument, &Instrument::changed, this, &TrustPane::showInstrument);
+    showInstrument();
+}
+
+QStringList TrustPane::instrumentLines() const
+{
+    if (!m_instrument)
+        return {text("qelworkbench-no-instrument")};
+    const qel::devices::DeviceInfo &info = m_instrument->info();
+    QStringList lines{text("qelworkbench-fact-name", info.name()),
+                      text("qelworkbench-fact-serial", info.serial()),
+                      text("qelworkbench-fact-location", info.location(),
+                           qel::values::interfaceName(info.interface())),
+                      text("qelworkbench-fact-driver", info.driver())};
+    if (const auto plugin = qel::frontend::pluginOfDriver(info.driver()))
+        lines.append(text("qelworkbench-fact-plugin", plugin->fileName, plugin->version,
+                          plugin->manufacturer));
+    lines.append(text("qelworkbench-fact-state", Instruments::stateText(*m_instrument)));
+    return lines;
+}
+
+void TrustPane::showInstrument()
+{
+    m_identity->setText(instrumentLines().join(QLatin1Char('\n')));
+}
+
+void TrustPane::inspect()
+{
+    m_drivers.clear();
+    const QStringList folders = pluginFolders();
+    for (const QString &folder : folders) {
+        const FolderReport report = inspectFolder(folder);
+        m_drivers.append(report.exists && !report.files.isEmpty()
+                             ? folder
+                             : text("qelworkbench-no-drivers-in", folder));
+        for (const FileReport &file : report.files) {
+            m_drivers.append(
+                QStringLiteral("  %1: %2")
+                    .arg(file.path.mid(folder.size() + 1), verdictText(file.verdict())));
+            for (const FileFinding &finding : file.findings) {
+                m_drivers.append(QStringLiteral("      ") + finding.text);
+                m_drivers.append(QStringLiteral("      → ") + finding.remedy);
+            }
+        }
+    }
+    m_drivers.append(
+        text("qelworkbench-drivers-loaded",
+             qel::devices::DeviceBroker::availableDrivers().join(QStringLiteral(", "))));
+    m_findings->setPlainText(m_drivers.join(QLatin1Char('\n')));
+}
+
+void TrustPane::showEvent(QShowEvent *event)
+{
+    // Files are looked at when somebody wants to know, not at each start.
+    if (m_drivers.isEmpty())
+        inspect();
+    QWidget::showEvent(event);
+}
+
+QString TrustPane::report() const
+{
+    QStringList lines{QStringLiteral("qelworkbench %1, Qt %2, %3")
+                          .arg(qel::devices::version(), QString::fromLatin1(qVersion()),
+                               QSysInfo::prettyProductName()),
+                      QDateTime::currentDateTime().toString(Qt::ISODate), QString(),
+                      m_instrumentTitle->text()};
+    lines += instrumentLines();
+    lines += {QString(), m_driversTitle->text()};
+    lines += m_drivers;
+    lines += {QString(), m_logTitle->text()};
+    lines += Log::instance()->lines();
+    return lines.join(QLatin1Char('\n')) + QLatin1Char('\n');
+}
+
+void TrustPane::saveReport()
+{
+    if (m_drivers.isEmpty())
+        inspect();
+    const QString folder = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    const QString path = QFileDialog::getSaveFileName(
+        this, m_save->text(), folder + QStringLiteral("/qelworkbench-report.txt"));
+    if (path.isEmpty())
+        return;
+    QSaveFile file(path);
+    const QByteArray content = report().toUtf8();
+    if (file.open(QIODevice::WriteOnly) && file.write(content) == content.size() && file.commit())
+        Q_EMIT said(text("qelworkbench-exported", QDir::toNativeSeparators(path)), false);
+    else
+        Q_EMIT said(
+            text("qelworkbench-cannot-write", QDir::toNativeSeparators(path), file.errorString()),
+            true);
+}
+
+void TrustPane::changeEvent(QEvent *event)
+{
+    if (event->type() == QEvent::LanguageChange)
+        retranslate();
+    QWidget::changeEvent(event);
+}
+
+void TrustPane::retranslate()
+{
+    m_instrumentTitle->setText(text("qelworkbench-instrument"));
+    m_driversTitle->setText(text("qelworkbench-drivers"));
+    m_logTitle->setText(text("qelworkbench-log"));
+    m_findings->setAccessibleName(m_driversTitle->text());
+    m_log->setAccessibleName(m_logTitle->text());
+    m_inspect->setText(text("qelworkbench-inspect"));
+    m_save->setText(text("qelworkbench-report"));
+    showInstrument();
+    if (!m_drivers.isEmpty())
+        inspect();
+}
+
+} // namespace qelworkbench

@@ -1,0 +1,57 @@
+#ifndef QELWORKBENCH_TRUSTPANE_H
+#define QELWORKBENCH_TRUSTPANE_H
+
+#include "instrument.h"
+
+#include <QtCore/QPointer>
+#include <QtWidgets/QWidget>
+
+class QLabel;
+class QPlainTextEdit;
+class QPushButton;
+class QTextBrowser;
+
+namespace qelworkbench {
+
+/// Everything that is known of the instrument and of the drivers on this computer, the messages of
+/// the library, and all of it as one file for whoever is asked for help.
+class TrustPane : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit TrustPane(QWidget *parent = nullptr);
+
+    void setInstrument(Instrument *instrument);
+    /// All that the pane shows, as plain text.
+    QString report() const;
+
+Q_SIGNALS:
+    void said(const QString &sentence, bool isProblem);
+
+protected:
+    void changeEvent(QEvent *event) override;
+    void showEvent(QShowEvent *event) override;
+
+private:
+    void retranslate();
+    void inspect();
+    void showInstrument();
+    void saveReport();
+    QStringList instrumentLines() const;
+
+    QPointer<Instrument> m_instrument;
+    QStringList m_drivers; // lines of the inspection
+    QLabel *m_instrumentTitle;
+    QLabel *m_identity;
+    QLabel *m_driversTitle;
+    QPlainTextEdit *m_findings;
+    QLabel *m_logTitle;
+    QPlainTextEdit *m_log;
+    QPushButton *m_inspect;
+    QPushButton *m_save;
+};
+
+} // namespace qelworkbench
+
+#endif

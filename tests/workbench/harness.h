@@ -1,0 +1,104 @@
+#ifndef TESTS_WORKBENCH_HARNESS_H
+#define TESTS_WORKBENCH_HARNESS_H
+
+#include <instrumentlist.h>
+#include <mainwindow.h>
+#include <text.h>
+
+#include <QtCore/QFile>
+#include <QtCore/QJsonArray>
+#include <QtCore/QJsonDocument>
+#include <QtCore/QJsonObject>
+#include <QtCore/QSettings>
+#include <QtCore/QTemporaryDir>
+#include <QtTest/QtTest>
+#include <QtWidgets/QPushButton>
+
+#include <memory>
+
+/// A window on a simulated lab, with a history, settings and scenario of its own.
+class Bench
+{
+public:
+    Bench()
+    {
+        QCoreApplication::setOrganizationName(QStringLiteral("qeldevices-test"));
+        QCoreApplication::setApplicationName(QStringLiteral("qelworkbench"));
+        QSettings::setDefaultFormat(QSettings::IniFormat);
+        QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, m_folder.path());
+        qelworkbench::useLanguage(QLocale(QLocale::English));
+        m_line.scenario = m_folder.filePath(QStringLiteral("scenario.json"));
+        m_line.folder = m_folder.filePath(QStringLiteral("runs"));
+        qputenv("QELDEVICES_SIMULATOR", QFile::encodeName(m_line.scenario));
+    }
+
+    /// Describes the lab; once it is watched, the change is seen at the next search.
+    void setUp(const QJsonArray &instruments, double timeScale = 0)
+    {
+        QFile file(m_line.scenario);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write(QJsonDocument(QJsonObject{{QStringLiteral("timeScale"), timeScale},
+                                             {QStringLiteral("instruments"), instruments}})
+                       .toJson());
+    }
+
+    /// One instrument, with `rest` on top.
+    void setUpOne(const QString &model, QJsonObject rest = {}, double timeScale = 0)
+    {
+        rest.insert(QStringLiteral("model"), model);
+        setUp({rest}, timeScale);
+    }
+
+    /// Opens the window, and waits until the first instrument is ready.
+    void open(bool waits = true)
+    {
+        m_window = std::make_unique<qelworkbench::MainWindow>(m_line);
+        m_window->show();
+        if (waits)
+            QTRY_VERIFY_WITH_TIMEOUT(find<QPushButton>("start")->isEnabled(), 20000);
+    }
+
+    void close()
+    {
+        m_window.reset();
+    }
+
+    qelworkbench::MainWindow *window() const
+    {
+        return m_window.get();
+    }
+
+    qelworkbench::Instrument *instrument(int row = 0) const
+    {
+        return m_window->instruments()->at(row);
+    }
+
+    QString folder() const
+    {
+        return m_line.folder;
+    }
+
+    /// The widget of that name in the pane that is shown.
+    template<typename Widget>
+    Widget *find(const char *name) const
+    {
+        const auto all = m_window->findChildren<Widget *>(QString::fromLatin1(name));
+        for (Widget *widget : all) {
+            if (widget->isVisible())
+                return widget;
+        }
+        return all.value(0);
+    }
+
+    void click(const char *name) const
+    {
+        QTest::mouseClick(find<QWidget>(name), Qt::LeftButton);
+    }
+
+private:
+    QTemporaryDir m_folder;
+    qelworkbench::CommandLine m_line;
+    std::unique_ptr<qelworkbench::MainWindow> m_window;
+};
+
+#endif

@@ -1,0 +1,340 @@
+#include "harness.h"
+
+#include <exports.h>
+#include <history.h>
+#include <plateview.h>
+#include <statistics.h>
+#include <viridis.h>
+
+#include <qelfrontend/frontend.h>
+#include <qelfrontend/wells.h>
+
+#include <QtCore/QElapsedTimer>
+#include <QtCore/QProcess>
+#include <QtWidgets/QAccessibleWidget>
+
+#include <cmath>
+
+using namespace qelworkbench;
+using namespace qel::frontend;
+using qel::devices::Device;
+using qel::devices::DeviceInfo;
+
+namespace {
+
+constexpr double notMeasured = NAN;
+
+// A run of a plate of 2 × 3 wells, one of them not measured, one saturated.
+RunRecord record(const QDateTime &time, const QString &serial = QStringLiteral("A-17"))
+{
+    const QVector<double> values{0.5, 0.25, notMeasured, 4.0, 1.0 / 3, 0.125};
+    Outcome outcome;
+    outcome.startedAt = time;
+    outcome.result = QVariantHash{{"rows", 2},
+                                  {"columns", 3},
+                                  {"unit", "OD"},
+                                  {"values", QVariantList{QVariant::fromValue(values)}},
+                                  {"wavelengths", QVariant::fromValue(QList<int>{450})}};
+    const DeviceInfo device(DeviceInfo::UsbHid, "driver", "port 1", "Reader", serial);
+    return {device,     {},     Device::DF_AbsorbanceMeasurement, QVariantHash{{"maximum", 4.0}},
+            QVariant(), outcome};
+}
+
+const QDateTime noon(QDate(2026, 3, 1), QTime(12, 0), Qt::UTC);
+
+} // namespace
+
+class TestModels : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void statistics();
+    void palette();
+    void storeReadsBack();
+    void storeRefusesDamage();
+    void storeFailsWithSentence();
+    void storeCachesAndForgets();
+    void historyGroupsSeries();
+    void historyFilter_data();
+    void historyFilter();
+    void exports();
+    void spreadsheetHoldsValues();
+    void plateSelection();
+
+private:
+    Bench m_bench; // language and settings
+};
+
+void TestModels::initTestCase()
+{
+    registerMetaTypes();
+}
+
+void TestModels::statistics()
+{
+    const QVector<double> values{1, 2, 3, notMeasured, 10};
+    Statistics all = statisticsOf(values, {}, 10.0);
+    QCOMPARE(all.count, 4);
+    QCOMPARE(all.notMeasured, 1);
+    QCOMPARE(all.saturated, 1);
+    QCOMPARE(all.mean, 4.0);
+    QCOMPARE(*all.deviation, std::sqrt(50.0 / 3));
+    const Statistics some = statisticsOf(values, {true, true, true, false, false}, 10.0);
+    QCOMPARE(some.mean, 2.0);
+    QCOMPARE(*some.deviation, 1.0);
+    QCOMPARE(*some.variation, 0.5);
+    QVERIFY(!statisticsOf(values, {true, false, false, false, false}, {}).deviation);
+    QVERIFY(!statisticsOf({-1, 1}, {}, {}).variation);
+    QCOMPARE(statisticsOf({1e9 + 4, 1e9 + 7, 1e9 + 13, 1e9 + 16}, {}, {}).deviation,
+             std::make_optional(std::sqrt(30.0)));
+}
+
+void TestModels::palette()
+{
+    QCOMPARE(viridis(0).rgb(), QColor("#440154").rgb());
+    QCOMPARE(viridis(1).rgb(), QColor("#fde725").rgb());
+    QCOMPARE(viridis(7), viridis(1));
+    // Brighter with every step, so that it is read in grey, too.
+    for (int step = 1; step <= 50; ++step)
+        QVERIFY(qGray(viridis(step / 50.0).rgb()) >= qGray(viridis((step - 1) / 50.0).rgb()));
+}
+
+void TestModels::storeReadsBack()
+{
+    QTemporaryDir folder;
+    Store store(folder.filePath("deep/runs"));
+    QString problem;
+    const auto first = store.keep(record(noon), {}, &problem);
+    QVERIFY2(first, qPrintable(problem));
+    const auto second = store.keep(record(noon), {"s1", 2, 3}, &problem);
+    QVERIFY(second && *second != *first);
+    QVERIFY(store.annotate(*first, "Plate 1", "Ünïcode", &problem));
+
+    const auto entries = Store(store.folder()).entries();
+    QCOMPARE(entries.size(), 2);
+    const Entry &entry = entries[0].file == *first ? entries[0] : entries[1];
+    QCOMPARE(entry.name, "Plate 1");
+    QCOMPARE(entry.note, "Ünïcode");
+    const auto result = store.read(entry, &problem);
+    QVERIFY2(result, qPrintable(problem));
+    QCOMPARE(result->plate->reads[0].values[4], 1.0 / 3);
+    QVERIFY(std::isnan(result->plate->reads[0].values[2]));
+    QCOMPARE(*result->maximum, 4.0);
+    QCOMPARE(result->device, record(noon).device);
+    QCOMPARE(result->entry.startedAt, noon);
+    QCOMPARE(store.entry(*second, &problem)->number, 2);
+}
+
+void TestModels::storeRefusesDamage()
+{
+    QTemporaryDir folder;
+    Store store(folder.path());
+    QString problem;
+    const QString file = *store.keep(record(noon), {}, &problem);
+    const Entry entry = *store.entry(file, &problem);
+    QFile damaged(folder.filePath(file));
+    QVERIFY(damaged.resize(damaged.size() / 2));
+    QVERIFY(!store.read(entry, &problem));
+    QVERIFY2(problem.contains(file), qPrintable(problem));
+    QVERIFY(store.entries().isEmpty());
+
+    // Notes that cannot be read are not written over.
+    QFile notes(folder.filePath("notes.qelworkbench"));
+    QVERIFY(notes.open(QIODevice::WriteOnly) && notes.write("{") == 1);
+    notes.close();
+    QVERIFY(!store.annotate(file, "x", "", &problem));
+    QCOMPARE(notes.size(), 1);
+}
+
+void TestModels::storeFailsWithSentence()
+{
+    QTemporaryDir folder;
+    QFile file(folder.filePath("runs"));
+    QVERIFY(file.open(QIODevice::WriteOnly)); // a file where the folder should be
+    QString problem;
+    QVERIFY(!Store(file.fileName()).keep(record(noon), {}, &problem));
+    QVERIFY2(problem.contains("runs"), qPrintable(problem));
+}
+
+void TestModels::storeCachesAndForgets()
+{
+    QTemporaryDir folder;
+    Store store(folder.path());
+    QString problem;
+    for (int i = 0; i < 3; ++i)
+        store.keep(record(noon.addSecs(i)), {}, &problem);
+    QCOMPARE(store.entries().size(), 3);
+    const auto cached = store.entries();
+    QCOMPARE(cached.size(), 3);
+    QCOMPARE(cached[0].startedAt, noon.addSecs(2));
+    QVERIFY(QFile::remove(folder.filePath(cached[1].file)));
+    QCOMPARE(store.entries().size(), 2);
+    store.keep(record(noon.addSecs(9)), {}, &problem);
+    QCOMPARE(store.entries()[0].startedAt, noon.addSecs(9));
+    QFile cache(folder.filePath("cache.qelworkbench"));
+    QVERIFY(cache.resize(cache.size() - 7));
+    QCOMPARE(store.entries().size(), 3);
+}
+
+void TestModels::historyGroupsSeries()
+{
+    QTemporaryDir folder;
+    Store store(folder.path());
+    QString problem;
+    store.keep(record(noon), {}, &problem);
+    for (int number = 1; number <= 3; ++number)
+        store.keep(record(noon.addSecs(60 * number)), {"series", number, 4}, &problem);
+    History history(&store);
+    history.load();
+    QCOMPARE(history.rowCount(), 2);
+    QCOMPARE(history.runs(0).size(), 3);
+    history.add(*store.keep(record(noon.addSecs(300)), {"series", 4, 4}, &problem));
+    QCOMPARE(history.rowCount(), 2);
+    const auto results = history.read(0, &problem);
+    QCOMPARE(results.size(), 4);
+    QCOMPARE(results[3].entry.number, 4);
+    history.add(*store.keep(record(noon.addSecs(600)), {}, &problem));
+    QCOMPARE(history.runs(0).size(), 1);
+    QVERIFY(history.setData(history.index(1, History::Note), "kinetics", Qt::EditRole));
+    History again(&store);
+    again.load();
+    QCOMPARE(again.index(1, History::Note).data(), QVariant("kinetics"));
+}
+
+void TestModels::historyFilter_data()
+{
+    QTest::addColumn<QString>("words");
+    QTest::addColumn<QDate>("first");
+    QTest::addColumn<QDate>("last");
+    QTest::addColumn<int>("found");
+    const QDate day = noon.toLocalTime().date();
+    QTest::newRow("all") << QString() << QDate() << QDate() << 3;
+    QTest::newRow("name, any case") << "elisa" << QDate() << QDate() << 1;
+    QTest::newRow("note and serial") << "B-2 blank" << QDate() << QDate() << 1;
+    QTest::newRow("words of two runs") << "ELISA B-2" << QDate() << QDate() << 0;
+    QTest::newRow("a day") << QString() << day << day << 2;
+    QTest::newRow("from a day on") << QString() << day.addDays(1) << QDate() << 1;
+    QTest::newRow("date as text") << "2026-03-02" << QDate() << QDate() << 1;
+}
+
+void TestModels::historyFilter()
+{
+    QFETCH(QString, words);
+    QFETCH(QDate, first);
+    QFETCH(QDate, last);
+    QTemporaryDir folder;
+    Store store(folder.path());
+    QString problem;
+    store.annotate(*store.keep(record(noon), {}, &problem), "ELISA 4", "", &problem);
+    store.annotate(*store.keep(record(noon.addSecs(9), "B-2"), {}, &problem), "", "with blanks",
+                   &problem);
+    store.keep(record(noon.addDays(1)), {}, &problem);
+    History history(&store);
+    history.load();
+    HistoryFilter filter;
+    filter.setSourceModel(&history);
+    filter.setWords(words);
+    filter.setDays(first, last);
+    QTEST(filter.rowCount(), "found");
+}
+
+void TestModels::exports()
+{
+    QTemporaryDir folder;
+    Store store(folder.path());
+    QString problem;
+    const auto result =
+        store.read(*store.entry(*store.keep(record(noon), {}, &problem), &problem), &problem);
+    PlatePicture picture;
+    picture.rows = 2;
+    picture.columns = 3;
+    picture.values = result->plate->reads[0].values;
+    picture.unit = "OD";
+    picture.maximum = result->maximum;
+    const auto written = [&](ExportFormat format) {
+        const QString path = folder.filePath("export." + suffixOf(format));
+        if (!exportTo(path, format, {*result}, picture, &problem))
+            return QByteArray();
+        QFile file(path);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    };
+    QCOMPARE(written(ExportFormat::PlateCsv),
+             QByteArray("450 nm (OD),1,2,3\r\nA,0.5,0.25,\r\nB,4,0.3333333333333333,0.125\r\n"));
+    QCOMPARE(written(ExportFormat::TidyCsv).count("\r\n"), 7);
+    QCOMPARE(QJsonDocument::fromJson(written(ExportFormat::Json)).object(), result->document);
+    QVERIFY(QImage::fromData(written(ExportFormat::Png)).width() > 900);
+    QVERIFY(written(ExportFormat::Svg).contains("</svg>"));
+    QCOMPARE(clipboardTable(picture),
+             QString("OD\t1\t2\t3\nA\t0.5\t0.25\t\nB\t4\t0.3333333333333333\t0.125\n"));
+    QVERIFY(!exportTo("/nowhere/x.csv", ExportFormat::PlateCsv, {*result}, picture, &problem));
+    QVERIFY2(problem.contains("/nowhere/x.csv"), qPrintable(problem));
+}
+
+void TestModels::spreadsheetHoldsValues()
+{
+    QTemporaryDir folder;
+    Store store(folder.path());
+    QString problem;
+    const auto result =
+        store.read(*store.entry(*store.keep(record(noon), {}, &problem), &problem), &problem);
+    const QString path = folder.filePath("book.xlsx");
+    QVERIFY(exportTo(path, ExportFormat::Spreadsheet, {*result}, {}, &problem));
+    // What a spreadsheet program sees, by way of the archive that the file is.
+    QProcess reader;
+    reader.start("python3",
+                 {"-c",
+                  "import sys, zipfile\n"
+                  "z = zipfile.ZipFile(sys.argv[1])\n"
+                  "for i in (1, 2, 3):\n"
+                  "    print(z.read(f'xl/worksheets/sheet{i}.xml').decode())\n",
+                  path});
+    QVERIFY(reader.waitForFinished());
+    const QByteArray sheets = reader.readAllStandardOutput();
+    QCOMPARE(sheets.count("<v>0.3333333333333333</v>"), 2); // as a line and in the grid
+}
+
+void TestModels::plateSelection()
+{
+    PlateView view;
+    PlatePicture picture;
+    picture.rows = 8;
+    picture.columns = 12;
+    picture.values = QVector<double>(96, 1);
+    view.setPicture(picture);
+    view.resize(700, 400);
+    view.show();
+    const auto center = [&](int well) {
+        return view.picture().wellRect(well, view.rect()).center().toPoint();
+    };
+    QTest::mousePress(&view, Qt::LeftButton, {}, center(13));
+    // QTest::mouseMove() presses no button.
+    QMouseEvent drag(QEvent::MouseMove, center(26), Qt::NoButton, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(&view, &drag);
+    QTest::mouseRelease(&view, Qt::LeftButton, {}, center(26));
+    QCOMPARE(writeWells(view.selection(), 12), "B2:B3,C2:C3");
+    QTest::mouseClick(&view, Qt::LeftButton, Qt::ControlModifier, center(0));
+    QCOMPARE(view.selection().count(true), 5);
+    QTest::mouseClick(&view, Qt::LeftButton, {},
+                      center(0)
+                          - QPoint(view.picture().wellRect(0, view.rect()).toRect().width(), 0));
+    QCOMPARE(writeWells(view.selection(), 12), "A1:A12");
+    view.setCurrentWell(0);
+    QTest::keyClick(&view, Qt::Key_Right, Qt::ShiftModifier);
+    QTest::keyClick(&view, Qt::Key_Down, Qt::ShiftModifier);
+    QCOMPARE(writeWells(view.selection(), 12), "A1:A2,B1:B2");
+    QTest::keyClick(&view, Qt::Key_Space);
+    QCOMPARE(writeWells(view.selection(), 12), "A1:A2,B1");
+    QTest::keyClick(&view, Qt::Key_A, Qt::ControlModifier);
+    QCOMPARE(view.selection().count(true), 96);
+    QTest::keyClick(&view, Qt::Key_Escape);
+    QCOMPARE(view.selection().count(true), 0);
+
+    auto *reader = QAccessible::queryAccessibleInterface(&view);
+    QCOMPARE(reader->role(), QAccessible::Table);
+    QCOMPARE(reader->text(QAccessible::Value), "B2: 1.000");
+}
+
+QTEST_MAIN(TestModels)
+#include "tst_models.moc"

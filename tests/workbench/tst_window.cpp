@@ -1,0 +1,354 @@
+#include "harness.h"
+
+#include <log.h>
+#include <plateview.h>
+#include <resultview.h>
+
+#include <qelfrontend/startup.h>
+
+#include <QtGui/QClipboard>
+#include <QtWidgets/QAccessibleWidget>
+#include <QtWidgets/QActionGroup>
+#include <QtWidgets/QApplication>
+#include <QtWidgets/QCheckBox>
+#include <QtWidgets/QComboBox>
+#include <QtWidgets/QDoubleSpinBox>
+#include <QtWidgets/QLabel>
+#include <QtWidgets/QLineEdit>
+#include <QtWidgets/QMenuBar>
+#include <QtWidgets/QMessageBox>
+#include <QtWidgets/QSpinBox>
+#include <QtWidgets/QTabWidget>
+#include <QtWidgets/QTableView>
+
+using namespace qelworkbench;
+
+namespace {
+
+QJsonObject fault(QJsonObject entries)
+{
+    if (!entries.contains(QStringLiteral("at"))) {
+        entries.insert(QStringLiteral("at"), QStringLiteral("execute"));
+        entries.insert(QStringLiteral("feature"), QStringLiteral("absorbance-measurement"));
+    }
+    return {{QStringLiteral("faults"), QJsonArray{entries}}};
+}
+
+} // namespace
+
+// An operator's day, with real clicks and keys on a simulated lab.
+class TestWindow : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void init();
+    void cleanup();
+    void firstMeasurement();
+    void byKeyboardAlone();
+    void wrongInput();
+    void actionConfirmedAndRefused();
+    void cancelled();
+    void unplugged();
+    void faults_data();
+    void faults();
+    void fullDisk();
+    void seriesKeepsEveryRun();
+    void languages();
+    void everythingHasAName();
+    void closedDuringARun();
+
+private:
+    int kept() const
+    {
+        return QDir(m_bench->folder()).entryList({QStringLiteral("*.json")}).size();
+    }
+
+    QString banner() const
+    {
+        return m_bench->find<QLabel>("bannerText")->text();
+    }
+
+    void start()
+    {
+        m_bench->click("start");
+        QVERIFY(m_bench->instrument()->isBusy());
+    }
+
+    std::unique_ptr<Bench> m_bench;
+};
+
+void TestWindow::initTestCase()
+{
+    Log::instance();
+    Bench bench; // its environment is what the drivers start with
+    QCOMPARE(qel::frontend::startLibrary({QStringLiteral(DRIVER_FOLDER)}), QStringList());
+}
+
+void TestWindow::init()
+{
+    m_bench = std::make_unique<Bench>();
+}
+
+void TestWindow::cleanup()
+{
+    m_bench.reset();
+}
+
+void TestWindow::firstMeasurement()
+{
+    m_bench->setUpOne("absorbance-96", {{"serial", "A-17"}});
+    m_bench->open();
+    QVERIFY(m_bench->window()->windowTitle().contains("SIMULATED"));
+    QTest::mouseClick(m_bench->find<QCheckBox>("wavelengths450"), Qt::LeftButton, {}, {5, 8});
+    QTest::keyClicks(m_bench->find<QLineEdit>("name"), "Plate 1");
+
+    // On disk before it is shown.
+    bool wasKept = false;
+    connect(m_bench->instrument(), &Instrument::kept, this, [&] { wasKept = kept() == 1; });
+    start();
+    QTRY_VERIFY(!m_bench->instrument()->isBusy());
+    QVERIFY(wasKept);
+    auto *plate = m_bench->find<PlateView>("plate");
+    QVERIFY(plate->isVisible());
+    QCOMPARE(plate->picture().values.size(), 96);
+    QVERIFY(m_bench->find<QLabel>("statistics")->text().startsWith("All 96 wells"));
+    plate->setFocus();
+    QTest::keyClick(plate, Qt::Key_Down);
+    QVERIFY(m_bench->find<QLabel>("well")->text().startsWith("A1: "));
+    m_bench->click("copy");
+    QCOMPARE(QApplication::clipboard()->text().count('\n'), 9);
+
+    // The next day.
+    m_bench->close();
+    m_bench->open();
+    QTest::keyClick(m_bench->window(), Qt::Key_F, Qt::ControlModifier);
+    QTest::keyClicks(m_bench->find<QLineEdit>("search"), "plate 1");
+    auto *history = m_bench->find<QTableView>("history");
+    QCOMPARE(history->model()->rowCount(), 1);
+    history->selectRow(0);
+    QCOMPARE(m_bench->find<PlateView>("plate")->picture().values.size(), 96);
+}
+
+void TestWindow::byKeyboardAlone()
+{
+    m_bench->setUpOne("absorbance-96");
+    m_bench->open();
+    QApplication::setActiveWindow(m_bench->window());
+    QTRY_VERIFY(QApplication::focusWidget());
+    QSet<QWidget *> seen;
+    bool hasStarted = false;
+    for (int step = 0; step < 60 && !hasStarted; ++step) {
+        QWidget *focus = QApplication::focusWidget();
+        if (focus->objectName() == "start") {
+            QTest::keyClick(focus, Qt::Key_Space);
+            hasStarted = true;
+        } else {
+            QTest::keyClick(focus, Qt::Key_Tab);
+        }
+        seen.insert(focus);
+    }
+    QVERIFY(hasStarted);
+    QVERIFY(seen.contains(m_bench->find<QCheckBox>("wavelengths450")));
+    QTRY_COMPARE(kept(), 1);
+}
+
+void TestWindow::wrongInput()
+{
+    m_bench->setUpOne("luminescence-96");
+    m_bench->open();
+    auto *field = m_bench->find<QLineEdit>("integrationTime");
+    auto *hint = m_bench->find<QLabel>("integrationTimeHint");
+    const QString allowed = hint->text();
+    QVERIFY2(allowed.contains("10000"), qPrintable(allowed));
+    for (const char *wrong : {"15", "-5", "soon", "99999999"}) {
+        field->selectAll();
+        QTest::keyClicks(field, wrong);
+        QVERIFY2(hint->text() != allowed, wrong);
+        m_bench->click("start");
+        QVERIFY(!m_bench->instrument()->isBusy());
+        QVERIFY(field->hasFocus() || QApplication::focusWidget() == nullptr);
+    }
+    field->selectAll();
+    QTest::keyClicks(field, "20");
+    QCOMPARE(hint->text(), allowed);
+    auto *wells = m_bench->find<QLineEdit>("selectedWells");
+    QTest::keyClicks(wells, "A1:Z99");
+    QVERIFY(m_bench->find<QLabel>("selectedWellsHint")->text().contains("Z99"));
+    wells->clear();
+    QTest::keyClicks(wells, "A1:B2");
+    start();
+    QTRY_COMPARE(kept(), 1);
+    QTRY_VERIFY(m_bench->find<QLabel>("statistics")->text().startsWith("All 4 wells"));
+}
+
+void TestWindow::actionConfirmedAndRefused()
+{
+    m_bench->setUpOne("absorbance-96", fault({{"do", "ask"}, {"text", "Close the lid."}}));
+    m_bench->open();
+    for (const char *answer : {"confirm", "refuse"}) {
+        start();
+        QTRY_COMPARE(banner(), "Close the lid.");
+        m_bench->click(answer);
+        QTRY_VERIFY(!m_bench->instrument()->isBusy());
+        QCOMPARE(kept(), 1);
+    }
+    QVERIFY(banner().startsWith("Cancelled."));
+}
+
+void TestWindow::cancelled()
+{
+    m_bench->setUpOne("absorbance-96", fault({{"do", "stall"}}));
+    m_bench->open();
+    start();
+    m_bench->click("cancel");
+    QTRY_VERIFY_WITH_TIMEOUT(!m_bench->instrument()->isBusy(), 20000);
+    QVERIFY(banner().startsWith("Cancelled."));
+    QCOMPARE(kept(), 0);
+}
+
+void TestWindow::unplugged()
+{
+    m_bench->setUpOne("absorbance-96", {{"serial", "A-1"}}, 1);
+    m_bench->open();
+    start();
+    m_bench->setUp({});
+    QTRY_VERIFY_WITH_TIMEOUT(!m_bench->instrument()->isBusy(), 20000);
+    QVERIFY(!banner().isEmpty());
+    QTRY_COMPARE_WITH_TIMEOUT(m_bench->instrument()->state(), Instrument::Gone, 20000);
+    QVERIFY(!m_bench->find<QPushButton>("start")->isEnabled());
+    // It comes back, and works.
+    m_bench->setUpOne("absorbance-96", {{"serial", "A-1"}});
+    QTRY_COMPARE_WITH_TIMEOUT(m_bench->instrument()->state(), Instrument::Closed, 20000);
+    m_bench->click("again");
+    QTRY_VERIFY_WITH_TIMEOUT(m_bench->find<QPushButton>("start")->isEnabled(), 20000);
+    start();
+    QTRY_COMPARE(kept(), 1);
+}
+
+void TestWindow::faults_data()
+{
+    QTest::addColumn<QJsonObject>("entries");
+    QTest::newRow("error") << QJsonObject{{"do", "error"}, {"code", "ERROR_DEVICE_TIMEOUT"}};
+    QTest::newRow("refused") << QJsonObject{{"do", "refuse"}};
+    QTest::newRow("partial data") << QJsonObject{{"do", "partial-data"}};
+    QTest::newRow("wrong type") << QJsonObject{{"do", "wrong-type"}};
+    QTest::newRow("unplugged") << QJsonObject{{"do", "unplug"}};
+}
+
+void TestWindow::faults()
+{
+    QFETCH(QJsonObject, entries);
+    m_bench->setUpOne("absorbance-96", fault(entries));
+    m_bench->open();
+    start();
+    QTRY_VERIFY_WITH_TIMEOUT(!m_bench->instrument()->isBusy(), 20000);
+    QVERIFY(!banner().isEmpty());
+    QCOMPARE(kept(), 0);
+}
+
+void TestWindow::fullDisk()
+{
+    m_bench->setUpOne("absorbance-96");
+    m_bench->open();
+    // As good as full: nothing can be written there.
+    QFile blocker(m_bench->folder());
+    QVERIFY(blocker.open(QIODevice::WriteOnly));
+    start();
+    QTRY_VERIFY(!m_bench->instrument()->isBusy());
+    QCOMPARE(m_bench->instrument()->unkeptCount(), 1);
+    QVERIFY2(banner().contains("not on disk"), qPrintable(banner()));
+    QVERIFY(blocker.remove());
+    m_bench->click("again");
+    QCOMPARE(m_bench->instrument()->unkeptCount(), 0);
+    QCOMPARE(kept(), 1);
+    QVERIFY(m_bench->find<PlateView>("plate")->isVisible());
+}
+
+void TestWindow::seriesKeepsEveryRun()
+{
+    m_bench->setUpOne("absorbance-96",
+                      fault({{"do", "error"}, {"code", "ERROR_DEVICE_TIMEOUT"}, {"nth", 3}}));
+    m_bench->open();
+    m_bench->find<QSpinBox>("count")->setValue(5);
+    m_bench->find<QDoubleSpinBox>("interval")->setValue(0);
+    start();
+    QTRY_VERIFY_WITH_TIMEOUT(!m_bench->instrument()->isBusy(), 20000);
+    QCOMPARE(kept(), 2);
+    QVERIFY(!banner().isEmpty());
+    QCOMPARE(m_bench->window()->history()->rowCount(), 1);
+    QCOMPARE(m_bench->window()->history()->runs(0).size(), 2);
+}
+
+void TestWindow::languages()
+{
+    m_bench->setUpOne("luminescence-96");
+    m_bench->open();
+    QTest::keyClicks(m_bench->find<QLineEdit>("name"), "stays");
+    useLanguage(QLocale(QLocale::German));
+    QTRY_COMPARE(m_bench->find<QTabWidget>("panes")->tabText(0), "Messen");
+    QCOMPARE(m_bench->find<QLineEdit>("name")->text(), "stays");
+    QVERIFY(m_bench->find<QLabel>("integrationTimeHint")->text().contains("Millisekunden"));
+    QCOMPARE(Instruments::stateText(*m_bench->instrument()), "Bereit");
+    useLanguage(QLocale(QLocale::English));
+    QTRY_COMPARE(m_bench->find<QTabWidget>("panes")->tabText(0), "Measure");
+}
+
+// What a screen reader would call "button" is of no help.
+void TestWindow::everythingHasAName()
+{
+    m_bench->setUpOne("combined-384");
+    m_bench->open();
+    start();
+    QTRY_VERIFY(!m_bench->instrument()->isBusy());
+    for (int pane = 0; pane < 3; ++pane) {
+        m_bench->find<QTabWidget>("panes")->setCurrentIndex(pane);
+        const auto widgets = m_bench->window()->findChildren<QWidget *>();
+        for (QWidget *widget : widgets) {
+            const bool isReached = widget->isVisible() && widget->focusPolicy() & Qt::TabFocus
+                && !widget->focusProxy() && !widget->inherits("QTabBar");
+            if (!isReached)
+                continue;
+            const auto *reader = QAccessible::queryAccessibleInterface(widget);
+            const QString what = QStringLiteral("%1 %2").arg(
+                QLatin1String(widget->metaObject()->className()), widget->objectName());
+            QVERIFY2(reader, qPrintable(what));
+            QVERIFY2(!reader->text(QAccessible::Name).isEmpty(), qPrintable(what));
+            QVERIFY2(!reader->text(QAccessible::Name).startsWith("qelworkbench-"),
+                     qPrintable(what));
+        }
+    }
+}
+
+void TestWindow::closedDuringARun()
+{
+    m_bench->setUpOne("absorbance-96", {}, 1);
+    m_bench->open();
+    start();
+    int asked = 0;
+    const auto answer = [&asked](bool stays) {
+        QTimer::singleShot(0, qApp, [&asked, stays] {
+            auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
+            if (!box)
+                return;
+            ++asked;
+            if (stays)
+                box->reject();
+            else
+                QTest::mouseClick(box->buttons().constLast() == box->defaultButton()
+                                      ? box->buttons().constFirst()
+                                      : box->buttons().constLast(),
+                                  Qt::LeftButton);
+        });
+    };
+    answer(true);
+    QVERIFY(!m_bench->window()->close());
+    QVERIFY(m_bench->instrument()->isBusy());
+    answer(false);
+    QVERIFY(m_bench->window()->close());
+    QCOMPARE(asked, 2);
+}
+
+QTEST_MAIN(TestWindow)
+#include "tst_window.moc"
