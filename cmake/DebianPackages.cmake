@@ -121,4 +121,18 @@ that uses such servers, and the driver that runs others in processes of their
 own.")
 endif()
 
+if(TARGET qelworkbench)
+    list(APPEND CPACK_COMPONENTS_ALL workbench)
+    set(CPACK_DEBIAN_WORKBENCH_PACKAGE_NAME qelworkbench)
+    set(CPACK_DEBIAN_WORKBENCH_PACKAGE_SECTION science)
+    set(CPACK_DEBIAN_WORKBENCH_PACKAGE_DEPENDS
+        "libqeldevices1 (= ${this_version}), libqelfrontend0 (= ${this_version})")
+    set(CPACK_DEBIAN_WORKBENCH_PACKAGE_RECOMMENDS "qeldevices-tools (= ${this_version})")
+    set(CPACK_DEBIAN_WORKBENCH_DESCRIPTION "${summary} (desktop front end)
+${introduction}
+.
+This package contains the workbench: it measures plates, shows them, keeps
+them and exports them to spreadsheets.")
+endif()
+
 include(CPack)

@@ -71,6 +71,21 @@ QVector<Result> History::read(int row, QString *problem) const
     return results;
 }
 
+void History::setLayout(const QString &file, const QJsonObject &layout)
+{
+    QString problem;
+    if (!m_store->setLayout(file, layout, &problem)) {
+        Q_EMIT failed(problem);
+        return;
+    }
+    for (QVector<Entry> &row : m_rows) {
+        for (Entry &entry : row) {
+            if (entry.file == file)
+                entry.layout = layout;
+        }
+    }
+}
+
 int History::rowCount(const QModelIndex &parent) const
 {
     return parent.isValid() ? 0 : m_rows.size();

@@ -29,6 +29,9 @@ public:
     /// Reads the runs of a row. What cannot be read is left out and said in `problem`.
     QVector<Result> read(int row, QString *problem) const;
 
+    /// Says what the wells of a run hold.
+    void setLayout(const QString &file, const QJsonObject &layout);
+
     int rowCount(const QModelIndex &parent = QModelIndex()) const override;
     int columnCount(const QModelIndex &parent = QModelIndex()) const override;
     QVariant data(const QModelIndex &index, int role) const override;

@@ -69,10 +69,10 @@ HistoryPane::HistoryPane(History *history, QWidget *parent)
     m_table->horizontalHeader()->setStretchLastSection(true);
     m_table->horizontalHeader()->setHighlightSections(false);
     const int digit = fontMetrics().horizontalAdvance(QLatin1Char('0'));
-    m_table->setColumnWidth(History::Time, 18 * digit);
-    m_table->setColumnWidth(History::Name, 17 * digit);
-    m_table->setColumnWidth(History::Measurement, 23 * digit);
-    m_table->setColumnWidth(History::Instrument, 24 * digit);
+    m_table->setColumnWidth(History::Time, 17 * digit);
+    m_table->setColumnWidth(History::Name, 15 * digit);
+    m_table->setColumnWidth(History::Measurement, 22 * digit);
+    m_table->setColumnWidth(History::Instrument, 22 * digit);
 
     auto *head = new QHBoxLayout;
     head->addWidget(m_search, 1);

@@ -91,6 +91,10 @@ MainWindow::MainWindow(const CommandLine &line, QWidget *parent)
     connect(m_measure, &MeasurePane::folderWanted, this, &MainWindow::chooseFolder);
     connect(m_historyPane, &HistoryPane::folderWanted, this, &MainWindow::chooseFolder);
     connect(m_measure->resultView(), &ResultView::said, this, &MainWindow::say);
+    for (ResultView *view : {m_measure->resultView(), m_historyPane->resultView()})
+        connect(view, &ResultView::layoutChanged, &m_history, &History::setLayout);
+    connect(m_measure->resultView(), &ResultView::layoutChanged, this,
+            [this] { m_latest[m_list->current()] = m_measure->resultView()->results(); });
     connect(m_historyPane, &HistoryPane::said, this, &MainWindow::say);
     connect(m_trust, &TrustPane::said, this, &MainWindow::say);
 

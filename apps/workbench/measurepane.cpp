@@ -6,6 +6,7 @@
 #include "settingsform.h"
 #include "text.h"
 
+#include <qelvalues/features.h>
 #include <qelvalues/names.h>
 
 #include <QtCore/QEvent>
@@ -231,10 +232,17 @@ void MeasurePane::setInstrument(Instrument *instrument)
 {
     if (m_instrument)
         m_instrument->disconnect(this);
+    if (instrument != m_instrument)
+        m_name->clear();
     m_instrument = instrument;
     if (instrument) {
         connect(instrument, &Instrument::changed, this, &MeasurePane::showState);
         connect(instrument, &Instrument::featuresChanged, this, &MeasurePane::showFeatures);
+        connect(instrument, &Instrument::finished, this, [this] {
+            // The next plate is another one.
+            if (m_instrument->problem().isEmpty())
+                m_name->clear();
+        });
         instrument->open();
     }
     showFeatures();
@@ -253,7 +261,7 @@ void MeasurePane::showFeatures()
     QList<Device::DeviceFeature> features =
         m_instrument ? m_instrument->features() : QList<Device::DeviceFeature>();
     // What people come for stands first.
-    std::stable_partition(features.begin(), features.end(), &qel::frontend::isMeasurement);
+    std::stable_partition(features.begin(), features.end(), &qel::values::isMeasurement);
     m_feature->clear();
     for (const Device::DeviceFeature one : qAsConst(features))
         m_feature->addItem(featureTitle(one), int(one));
@@ -263,7 +271,7 @@ void MeasurePane::showFeatures()
 
 void MeasurePane::showForm()
 {
-    const bool isMeasuring = qel::frontend::isMeasurement(feature());
+    const bool isMeasuring = qel::values::isMeasurement(feature());
     m_form->setDescriptor(
         m_instrument && m_feature->count() > 0 ? m_instrument->descriptor(feature()) : QVariant());
     orderTabs();

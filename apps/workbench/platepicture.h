@@ -30,6 +30,7 @@ public:
     std::optional<double> maximum; ///< of the detector, in `unit`
     /// What each well holds, as a ring's colour, row by row; empty, or invalid colours, for none.
     QVector<QColor> rings;
+    QVector<QString> contents; ///< the same in words; empty texts for none
 
     /// Draws into `area`.
     /// @param selection one flag a well, or empty

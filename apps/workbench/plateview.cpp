@@ -114,8 +114,10 @@ QString PlateView::wellText(int well) const
     if (std::isnan(value))
         return text("qelworkbench-well-not-measured", name);
     const QString number = QStringLiteral("%1 %2").arg(valueText(value), m_picture.unit).trimmed();
-    return m_picture.isSaturated(value) ? text("qelworkbench-well-saturated", name, number)
-                                        : text("qelworkbench-well-value", name, number);
+    const QString content = m_picture.contents.value(well);
+    return (m_picture.isSaturated(value) ? text("qelworkbench-well-saturated", name, number)
+                                         : text("qelworkbench-well-value", name, number))
+        + (content.isEmpty() ? QString() : QStringLiteral("  ·  ") + content);
 }
 
 QSize PlateView::sizeHint() const

@@ -1,12 +1,12 @@
 #include "resultview.h"
 
 #include "curves.h"
+#include "plaintext.h"
 #include "plateview.h"
 #include "statistics.h"
 #include "text.h"
 
 #include <qelfrontend/wells.h>
-#include <qelvalues/valuecodec.h>
 
 #include <QtCore/QDir>
 #include <QtCore/QEvent>
@@ -15,10 +15,12 @@
 #include <QtCore/QStandardPaths>
 #include <QtGui/QClipboard>
 #include <QtWidgets/QApplication>
+#include <QtWidgets/QCheckBox>
 #include <QtWidgets/QComboBox>
 #include <QtWidgets/QFileDialog>
 #include <QtWidgets/QHBoxLayout>
 #include <QtWidgets/QHeaderView>
+#include <QtWidgets/QInputDialog>
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QMenu>
 #include <QtWidgets/QPushButton>
@@ -48,42 +50,13 @@ constexpr Way ways[] = {
     {ExportFormat::Svg, "qelworkbench-export-svg"},
 };
 
-// A result that is no plate, as lines of names and values.
-QString plainText(const QVariant &value)
-{
-    if (!value.isValid())
-        return text("qelworkbench-done");
-    if (value.userType() == QMetaType::Double)
-        return valueText(value.toDouble());
-    if (value.userType() == QMetaType::Bool)
-        return text(value.toBool() ? "qelworkbench-yes" : "qelworkbench-no");
-    if (value.userType() == QMetaType::QDateTime)
-        return QLocale().toString(value.toDateTime().toLocalTime(),
-                                  text("qelworkbench-time-format"));
-    if (value.userType() == QMetaType::QDate)
-        return QLocale().toString(value.toDate(), QLocale::ShortFormat);
-    if (value.userType() == QMetaType::QVariantHash) {
-        const QVariantHash hash = value.toHash();
-        QStringList keys = hash.keys();
-        std::sort(keys.begin(), keys.end());
-        QStringList lines;
-        for (const QString &key : qAsConst(keys))
-            lines.append(settingTitle(key) + QStringLiteral(": ") + plainText(hash.value(key)));
-        return lines.join(QLatin1Char('\n'));
-    }
-    if (value.canConvert<QString>())
-        return value.toString();
-    qel::values::Problem ignored;
-    const auto json = qel::values::toJson(value, &ignored);
-    return json
-        ? QString::fromUtf8(qel::values::jsonText(json->toObject().value(QStringLiteral("value"))))
-        : QString();
-}
-
 } // namespace
 
 ResultView::ResultView(QWidget *parent)
     : QWidget(parent)
+    , m_blank(new QCheckBox(this))
+    , m_layoutButton(new QPushButton(this))
+    , m_layoutMenu(new QMenu(this))
     , m_menu(new QMenu(this))
     , m_pages(new QStackedWidget(this))
     , m_plain(new QLabel(this))
@@ -95,6 +68,7 @@ ResultView::ResultView(QWidget *parent)
     , m_statistics(new QLabel(this))
     , m_legend(new QLabel(this))
 {
+    setObjectName(QStringLiteral("result"));
     m_plate->setObjectName(QStringLiteral("plate"));
     m_plain->setAlignment(Qt::AlignCenter);
     m_plain->setWordWrap(true);
@@ -128,6 +102,7 @@ ResultView::ResultView(QWidget *parent)
     connect(m_read, QOverload<int>::of(&QComboBox::currentIndexChanged), this,
             &ResultView::showRun);
     connect(m_run, &QSlider::valueChanged, this, &ResultView::showRun);
+    connect(m_blank, &QCheckBox::toggled, this, &ResultView::showRun);
     connect(m_copy, &QPushButton::clicked, this, &ResultView::copy);
     connect(m_plate, &PlateView::selectionChanged, this, &ResultView::showSelection);
     connect(m_plate, &PlateView::currentChanged, this, &ResultView::showCurrentWell);
@@ -162,6 +137,10 @@ QWidget *ResultView::makeHeader()
     m_export->setObjectName(QStringLiteral("export"));
     m_export->setMenu(m_menu);
 
+    m_blank->setObjectName(QStringLiteral("blank"));
+    m_layoutButton->setObjectName(QStringLiteral("layout"));
+    m_layoutButton->setMenu(m_layoutMenu);
+
     auto *titles = new QHBoxLayout;
     titles->addWidget(m_title, 1);
     titles->addWidget(m_copy);
@@ -172,6 +151,8 @@ QWidget *ResultView::makeHeader()
     controls->addWidget(m_runLabel);
     controls->addWidget(m_run);
     controls->addStretch();
+    controls->addWidget(m_blank);
+    controls->addWidget(m_layoutButton);
     auto *layout = new QVBoxLayout(header);
     layout->setContentsMargins({});
     layout->setSpacing(4);
@@ -190,9 +171,93 @@ void ResultView::makeExportMenu()
     }
 }
 
+void ResultView::makeLayoutMenu()
+{
+    m_layoutMenu->clear();
+    const auto add = [this](const QString &title, auto what) {
+        connect(m_layoutMenu->addAction(title), &QAction::triggered, this, what);
+    };
+    for (const char *content : {"sample", "blank", "control"}) {
+        const QString name = QString::fromLatin1(content);
+        add(contentTitle(name), [this, name] { setContent(name); });
+    }
+    add(text("qelworkbench-layout-standard"), [this] { askForStandard(); });
+    add(text("qelworkbench-layout-nothing"), [this] { setContent(QString()); });
+    m_layoutMenu->addSeparator();
+    add(text("qelworkbench-layout-last"), [this] {
+        const QSettings settings;
+        const auto last = settings.value(QStringLiteral("lastLayout")).toJsonObject();
+        setLayoutOfWells(
+            PlateLayout::fromJson(last, m_plate->picture().rows, m_plate->picture().columns));
+    });
+    add(text("qelworkbench-layout-csv"), [this] { askForLayout(); });
+}
+
+void ResultView::setContent(const QString &content)
+{
+    if (!m_plate->selection().contains(true)) {
+        Q_EMIT said(text("qelworkbench-layout-select"), false);
+        return;
+    }
+    PlateLayout layout = m_layout;
+    layout.setContent(m_plate->selection(), content);
+    setLayoutOfWells(layout);
+}
+
+void ResultView::askForStandard()
+{
+    bool isGiven = false;
+    const double concentration =
+        QInputDialog::getDouble(this, text("qelworkbench-layout-standard"),
+                                text("qelworkbench-layout-concentration"), 1, 0, 1e12, 4, &isGiven);
+    if (isGiven)
+        setContent(QStringLiteral("standard ") + QString::number(concentration, 'g', 12));
+}
+
+void ResultView::askForLayout()
+{
+    const QString path = QFileDialog::getOpenFileName(this, text("qelworkbench-layout-csv"),
+                                                      QString(), QStringLiteral("*.csv"));
+    if (!path.isEmpty())
+        loadLayout(path);
+}
+
+void ResultView::loadLayout(const QString &path)
+{
+    QFile file(path);
+    QString problem;
+    if (!file.open(QIODevice::ReadOnly)) {
+        Q_EMIT said(
+            text("qelworkbench-cannot-read", QDir::toNativeSeparators(path), file.errorString()),
+            true);
+        return;
+    }
+    const auto layout = PlateLayout::fromCsv(file.readAll(), m_plate->picture().rows,
+                                             m_plate->picture().columns, &problem);
+    if (layout)
+        setLayoutOfWells(*layout);
+    else
+        Q_EMIT said(problem, true);
+}
+
+void ResultView::setLayoutOfWells(const PlateLayout &layout)
+{
+    if (m_results.isEmpty())
+        return;
+    m_layout = layout;
+    Entry &entry = m_results.first().entry;
+    entry.layout = layout.toJson();
+    QSettings().setValue(QStringLiteral("lastLayout"), entry.layout);
+    Q_EMIT layoutChanged(entry.file, entry.layout);
+    showRun();
+}
+
 void ResultView::retranslate()
 {
     makeExportMenu();
+    makeLayoutMenu();
+    m_blank->setText(text("qelworkbench-subtract-blanks"));
+    m_layoutButton->setText(text("qelworkbench-layout"));
     m_readLabel->setText(text("qelworkbench-read"));
     m_copy->setText(text("qelworkbench-copy"));
     m_copy->setToolTip(text("qelworkbench-copy-tip"));
@@ -262,6 +327,10 @@ void ResultView::setResults(const QVector<Result> &results)
     m_readLabel->setVisible(m_read->count() > 1);
     m_read->setVisible(m_read->count() > 1);
     m_tabs->setTabEnabled(2, isSeries);
+    if (const auto &plate = m_results.constLast().plate) {
+        m_layout =
+            PlateLayout::fromJson(m_results.constFirst().entry.layout, plate->rows, plate->columns);
+    }
     showRun();
 }
 
@@ -289,16 +358,34 @@ void ResultView::showRun()
     m_runLabel->setText(text("qelworkbench-run-of", QString::number(m_run->value() + 1),
                              QString::number(m_results.size())));
 
-    const auto &read = result->plate->reads.value(std::max(0, m_read->currentIndex()));
-    PlatePicture picture;
-    picture.rows = result->plate->rows;
-    picture.columns = result->plate->columns;
-    picture.values = read.values;
-    picture.unit = result->plate->unit;
-    picture.maximum = result->maximum;
-    m_plate->setPicture(picture);
+    m_plate->setPicture(pictureOf(*result));
     fillTable();
     showSelection();
+}
+
+// The values as they were measured, or above the blanks if that is wanted and can be told.
+PlatePicture ResultView::pictureOf(const Result &result)
+{
+    PlatePicture picture;
+    picture.rows = result.plate->rows;
+    picture.columns = result.plate->columns;
+    picture.values = result.plate->reads.value(std::max(0, m_read->currentIndex())).values;
+    picture.unit = result.plate->unit;
+    picture.maximum = result.maximum;
+    picture.rings = m_layout.colors();
+    for (int well = 0; well < picture.values.size(); ++well)
+        picture.contents.append(contentTitle(m_layout.content(well)));
+    const auto blank = m_layout.blank(picture.values, result.maximum);
+    m_blank->setEnabled(blank.has_value());
+    m_blank->setToolTip(text(blank ? "qelworkbench-blank-tip" : "qelworkbench-no-blank-tip"));
+    if (blank && m_blank->isChecked()) {
+        for (double &value : picture.values)
+            value -= *blank;
+        if (picture.maximum)
+            *picture.maximum -= *blank;
+        picture.unit = text("qelworkbench-above-blank", picture.unit);
+    }
+    return picture;
 }
 
 void ResultView::fillTable()
@@ -329,8 +416,9 @@ void ResultView::showSelection()
     if (!result || !result->plate)
         return;
     const QVector<bool> &selection = m_plate->selection();
-    const Statistics numbers = statisticsOf(m_plate->picture().values, selection, result->maximum);
-    const QString unit = result->plate->unit;
+    const Statistics numbers =
+        statisticsOf(m_plate->picture().values, selection, m_plate->picture().maximum);
+    const QString unit = m_plate->picture().unit;
     QStringList parts{text(selection.contains(true) ? "qelworkbench-statistics-selected"
                                                     : "qelworkbench-statistics-all",
                            QString::number(numbers.count))};

@@ -2,10 +2,12 @@
 #define QELWORKBENCH_RESULTVIEW_H
 
 #include "exports.h"
+#include "platelayout.h"
 #include "store.h"
 
 #include <QtWidgets/QWidget>
 
+class QCheckBox;
 class QComboBox;
 class QLabel;
 class QMenu;
@@ -40,8 +42,14 @@ public:
     /// Exports what is shown to a file that the operator chooses.
     void exportAs(ExportFormat format);
     void copy();
+    /// Says what the selected wells hold; an empty text takes it back.
+    void setContent(const QString &content);
+    /// Takes the layout of a file in the `plater` format.
+    void loadLayout(const QString &path);
 
 Q_SIGNALS:
+    /// What the wells of the run `file` hold has been changed.
+    void layoutChanged(const QString &file, const QJsonObject &layout);
     /// Something that the operator wanted was done, or why it was not.
     void said(const QString &sentence, bool isProblem);
 
@@ -51,6 +59,11 @@ protected:
 private:
     QWidget *makeHeader();
     void makeExportMenu();
+    void makeLayoutMenu();
+    void askForStandard();
+    void askForLayout();
+    void setLayoutOfWells(const PlateLayout &layout);
+    PlatePicture pictureOf(const Result &result);
     void retranslate();
     void showRun();
     void showSelection();
@@ -59,12 +72,16 @@ private:
     const Result *current() const;
 
     QVector<Result> m_results;
+    PlateLayout m_layout;
     QLabel *m_title;
     QLabel *m_subtitle;
     QLabel *m_readLabel;
     QComboBox *m_read;
     QLabel *m_runLabel;
     QSlider *m_run;
+    QCheckBox *m_blank;
+    QPushButton *m_layoutButton;
+    QMenu *m_layoutMenu;
     QPushButton *m_copy;
     QPushButton *m_export;
     QMenu *m_menu;

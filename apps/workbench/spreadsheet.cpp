@@ -1,5 +1,6 @@
 #include "spreadsheet.h"
 
+#include "platelayout.h"
 #include "text.h"
 
 #include <qelfrontend/selection.h>
@@ -91,10 +92,11 @@ private:
 void Workbook::writeValues(const QVector<Result> &results)
 {
     lxw_worksheet *sheet = addSheet("qelworkbench-sheet-values");
-    const char *titles[] = {
-        "qelworkbench-column-run",   "qelworkbench-column-time", "qelworkbench-column-read",
-        "qelworkbench-column-well",  "qelworkbench-column-row",  "qelworkbench-column-column",
-        "qelworkbench-column-value", "qelworkbench-column-unit", "qelworkbench-column-remark"};
+    const char *titles[] = {"qelworkbench-column-run",    "qelworkbench-column-time",
+                            "qelworkbench-column-read",   "qelworkbench-column-well",
+                            "qelworkbench-column-row",    "qelworkbench-column-column",
+                            "qelworkbench-column-value",  "qelworkbench-column-unit",
+                            "qelworkbench-column-remark", "qelworkbench-column-content"};
     for (int column = 0; column < int(std::size(titles)); ++column)
         writeHeader(sheet, 0, column, text(titles[column]));
     worksheet_freeze_panes(sheet, 1, 0);
@@ -102,6 +104,8 @@ void Workbook::writeValues(const QVector<Result> &results)
     int line = 1;
     for (const Result &result : results) {
         const Plate &plate = *result.plate;
+        const PlateLayout layout =
+            PlateLayout::fromJson(results.constFirst().entry.layout, plate.rows, plate.columns);
         for (const PlateRead &read : plate.reads) {
             for (int well = 0; well < read.values.size(); ++well) {
                 const int row = well / plate.columns;
@@ -119,6 +123,7 @@ void Workbook::writeValues(const QVector<Result> &results)
                     write(sheet, line, 8, text("qelworkbench-not-measured"));
                 else if (result.maximum && value >= *result.maximum)
                     write(sheet, line, 8, text("qelworkbench-saturated"));
+                write(sheet, line, 9, layout.content(well));
                 ++line;
             }
         }

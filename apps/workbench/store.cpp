@@ -3,6 +3,7 @@
 #include "text.h"
 
 #include <qelfrontend/problems.h>
+#include <qelvalues/features.h>
 #include <qelvalues/names.h>
 #include <qelvalues/valuecodec.h>
 
@@ -88,6 +89,7 @@ void addNotes(Entry *entry, const QJsonObject &notes)
     const QJsonObject own = notes.value(entry->file).toObject();
     entry->name = own.value(QStringLiteral("name")).toString();
     entry->note = own.value(QStringLiteral("note")).toString();
+    entry->layout = own.value(QStringLiteral("layout")).toObject();
 }
 
 bool isRun(const QJsonObject &document)
@@ -164,7 +166,7 @@ std::optional<QString> Store::keep(const RunRecord &record, const SeriesMark &ma
                                      {QStringLiteral("count"), mark.count}});
     }
     const QVariant maximum = record.descriptor.toHash().value(QStringLiteral("maximum"));
-    if (isMeasurement(record.feature) && maximum.userType() == QMetaType::Double)
+    if (qel::values::isMeasurement(record.feature) && maximum.userType() == QMetaType::Double)
         document->insert(QStringLiteral("maximum"), maximum.toDouble());
     if (!QDir().mkpath(m_folder)) {
         *problem = text("qelworkbench-no-folder", QDir::toNativeSeparators(m_folder));
@@ -254,7 +256,7 @@ std::optional<Result> Store::read(const Entry &entry, QString *problem) const
         result.value = *value;
         if (document->contains(QStringLiteral("maximum")))
             result.maximum = document->value(QStringLiteral("maximum")).toDouble();
-        if (!isMeasurement(result.feature))
+        if (!qel::values::isMeasurement(result.feature))
             return result;
         result.plate = plateFromResult(result.feature, *value, &detail);
         if (result.plate)
@@ -276,6 +278,17 @@ QJsonObject Store::annotations() const
 bool Store::annotate(const QString &file, const QString &name, const QString &note,
                      QString *problem)
 {
+    return writeNotes(file, {{QStringLiteral("name"), name}, {QStringLiteral("note"), note}},
+                      problem);
+}
+
+bool Store::setLayout(const QString &file, const QJsonObject &layout, QString *problem)
+{
+    return writeNotes(file, {{QStringLiteral("layout"), layout}}, problem);
+}
+
+bool Store::writeNotes(const QString &file, const QJsonObject &changed, QString *problem)
+{
     // A file that is there and cannot be read is not written over.
     QJsonObject notes;
     if (QFileInfo::exists(path(annotationsFile))) {
@@ -284,7 +297,10 @@ bool Store::annotate(const QString &file, const QString &name, const QString &no
             return false;
         notes = *kept;
     }
-    notes.insert(file, QJsonObject{{QStringLiteral("name"), name}, {QStringLiteral("note"), note}});
+    QJsonObject own = notes.value(file).toObject();
+    for (auto one = changed.begin(); one != changed.end(); ++one)
+        own.insert(one.key(), one.value());
+    notes.insert(file, own);
     return writeWhole(path(annotationsFile), qel::values::jsonText(notes) + '\n', problem);
 }
 

@@ -25,6 +25,7 @@ struct Entry
     int number = 1;  ///< place in the series, from 1
     QString name;    ///< given by the operator
     QString note;
+    QJsonObject layout; ///< as PlateLayout::toJson() writes it; of a series with its first run
 };
 
 /// A run that was read back.
@@ -75,10 +76,13 @@ public:
 
     /// Gives a run a name and a note. False, and a sentence in `problem`, when that cannot be kept.
     bool annotate(const QString &file, const QString &name, const QString &note, QString *problem);
+    /// Says what the wells of a run hold. False likewise.
+    bool setLayout(const QString &file, const QJsonObject &layout, QString *problem);
 
 private:
     QString path(const QString &file) const;
     QJsonObject annotations() const;
+    bool writeNotes(const QString &file, const QJsonObject &changed, QString *problem);
 
     QString m_folder;
 };

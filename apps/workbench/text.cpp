@@ -76,6 +76,16 @@ QString settingTitle(const QString &key)
     return textOr(QStringLiteral("qelworkbench-setting-") + key, spelled(key));
 }
 
+QString contentTitle(const QString &content)
+{
+    const QString kind = content.section(QLatin1Char(' '), 0, 0);
+    const QString concentration = content.section(QLatin1Char(' '), 1);
+    const QString title = textOr(QStringLiteral("qelworkbench-content-") + kind, kind);
+    return concentration.isEmpty()
+        ? title
+        : title + QLatin1Char(' ') + QLocale().toString(concentration.toDouble(), 'g', 6);
+}
+
 QString valueText(double value)
 {
     if (std::isnan(value))

@@ -32,6 +32,9 @@ QString featureTitle(qel::devices::Device::DeviceFeature feature);
 /// words.
 QString settingTitle(const QString &key);
 
+/// What a well holds, in words: "blank" as the language has it, a standard with its concentration.
+QString contentTitle(const QString &content);
+
 /// A value for people: four digits that count, in the language's notation; "–" when not measured.
 QString valueText(double value);
 

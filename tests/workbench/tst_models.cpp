@@ -2,6 +2,7 @@
 
 #include <exports.h>
 #include <history.h>
+#include <platelayout.h>
 #include <plateview.h>
 #include <statistics.h>
 #include <viridis.h>
@@ -33,6 +34,8 @@ RunRecord record(const QDateTime &time, const QString &serial = QStringLiteral("
     outcome.result = QVariantHash{{"rows", 2},
                                   {"columns", 3},
                                   {"unit", "OD"},
+                                  {"startedAt", time},
+                                  {"temperature", 22.5},
                                   {"values", QVariantList{QVariant::fromValue(values)}},
                                   {"wavelengths", QVariant::fromValue(QList<int>{450})}};
     const DeviceInfo device(DeviceInfo::UsbHid, "driver", "port 1", "Reader", serial);
@@ -61,6 +64,10 @@ private Q_SLOTS:
     void historyFilter();
     void exports();
     void spreadsheetHoldsValues();
+    void layoutFromCsv();
+    void layoutRefused_data();
+    void layoutRefused();
+    void longHistory();
     void plateSelection();
 
 private:
@@ -293,6 +300,83 @@ void TestModels::spreadsheetHoldsValues()
     QVERIFY(reader.waitForFinished());
     const QByteArray sheets = reader.readAllStandardOutput();
     QCOMPARE(sheets.count("<v>0.3333333333333333</v>"), 2); // as a line and in the grid
+}
+
+void TestModels::layoutFromCsv()
+{
+    QString problem;
+    const auto layout = PlateLayout::fromCsv(
+        "plate,1,2,3\r\nA,blank,Sample,standard 12.5\r\nB,blank,,control\r\n", 2, 3, &problem);
+    QVERIFY2(layout, qPrintable(problem));
+    QCOMPARE(layout->content(2), "standard 12.5");
+    QCOMPARE(layout->content(4), QString());
+    QCOMPARE(PlateLayout::fromJson(layout->toJson(), 2, 3).toJson(), layout->toJson());
+    QCOMPARE(layout->toJson().value("blank").toString(), "A1,B1");
+
+    // A blank counts only when it is known.
+    QCOMPARE(layout->blank({1, 9, 9, 3, 9, 9}, 10.0), std::make_optional(2.0));
+    QCOMPARE(layout->blank({1, 9, 9, notMeasured, 9, 9}, 10.0), std::make_optional(1.0));
+    QVERIFY(!layout->blank({1, 9, 9, 10, 9, 9}, 10.0));
+    QVERIFY(!PlateLayout(2, 3).blank({1, 9, 9, 3, 9, 9}, 10.0));
+
+    QTemporaryDir folder;
+    Store store(folder.path());
+    const QString file = *store.keep(record(noon), {}, &problem);
+    QVERIFY(store.annotate(file, "name", "note", &problem));
+    QVERIFY(store.setLayout(file, layout->toJson(), &problem));
+    QCOMPARE(store.entry(file, &problem)->layout, layout->toJson());
+    QCOMPARE(store.entry(file, &problem)->note, "note");
+}
+
+void TestModels::layoutRefused_data()
+{
+    QTest::addColumn<QByteArray>("csv");
+    QTest::addColumn<QString>("place");
+    QTest::newRow("nothing") << QByteArray() << "1";
+    QTest::newRow("other plate") << QByteArray("p,1,2,3,4\nA,,,,\nB,,,,\n") << "1";
+    QTest::newRow("row missing") << QByteArray("p,1,2,3\nA,,,\n") << "3";
+    QTest::newRow("rows exchanged") << QByteArray("p,1,2,3\nB,,,\nA,,,\n") << "2";
+    QTest::newRow("unknown content") << QByteArray("p,1,2,3\nA,,,\nB,,water,\n") << "B2";
+    QTest::newRow("no number") << QByteArray("p,1,2,3\nA,,,standard nan\nB,,,\n") << "A3";
+}
+
+void TestModels::layoutRefused()
+{
+    QFETCH(QByteArray, csv);
+    QFETCH(QString, place);
+    QString problem;
+    QVERIFY(!PlateLayout::fromCsv(csv, 2, 3, &problem));
+    QVERIFY2(problem.contains(place), qPrintable(problem));
+}
+
+// With the cache, ten thousand runs are listed without opening one of them.
+void TestModels::longHistory()
+{
+    QTemporaryDir folder;
+    Store store(folder.path());
+    QString problem;
+    QFile first(folder.filePath(*store.keep(record(noon), {}, &problem)));
+    QVERIFY(first.open(QIODevice::ReadOnly));
+    const QByteArray document = first.readAll();
+    constexpr int runs = 10000;
+    for (int run = 1; run < runs; ++run) {
+        QFile file(folder.filePath(QStringLiteral("run %1.json").arg(run)));
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(document) == document.size());
+    }
+    QElapsedTimer clock;
+    const auto load = [&] {
+        History history(&store);
+        clock.start();
+        history.load();
+        return qMakePair(history.rowCount(), clock.nsecsElapsed() / 1000);
+    };
+    const auto uncached = load();
+    const auto cached = load();
+    QCOMPARE(uncached.first, runs);
+    QCOMPARE(cached.first, runs);
+    qInfo("%d runs: %lld us without the cache, %lld us with it", runs, uncached.second,
+          cached.second);
+    QVERIFY2(cached.second * 2 < uncached.second, "the cache is not used");
 }
 
 void TestModels::plateSelection()

@@ -3,6 +3,7 @@
 #include <log.h>
 #include <plateview.h>
 #include <resultview.h>
+#include <statistics.h>
 
 #include <qelfrontend/startup.h>
 
@@ -117,6 +118,16 @@ void TestWindow::firstMeasurement()
     plate->setFocus();
     QTest::keyClick(plate, Qt::Key_Down);
     QVERIFY(m_bench->find<QLabel>("well")->text().startsWith("A1: "));
+    // The first column is blank; what is kept stays as it was.
+    const QVector<double> measured = plate->picture().values;
+    QVector<bool> column(96);
+    for (int well = 0; well < 96; well += 12)
+        column[well] = true;
+    plate->setSelection(column);
+    m_bench->find<ResultView>("result")->setContent("blank");
+    m_bench->click("blank");
+    const double blank = statisticsOf(measured, column, {}).mean;
+    QVERIFY(qFuzzyCompare(plate->picture().values[5], measured[5] - blank));
     m_bench->click("copy");
     QCOMPARE(QApplication::clipboard()->text().count('\n'), 9);
 
@@ -128,7 +139,8 @@ void TestWindow::firstMeasurement()
     auto *history = m_bench->find<QTableView>("history");
     QCOMPARE(history->model()->rowCount(), 1);
     history->selectRow(0);
-    QCOMPARE(m_bench->find<PlateView>("plate")->picture().values.size(), 96);
+    QCOMPARE(m_bench->find<PlateView>("plate")->picture().values, measured);
+    QCOMPARE(m_bench->find<PlateView>("plate")->picture().contents[0], "Blank");
 }
 
 void TestWindow::byKeyboardAlone()

@@ -3,6 +3,10 @@
 <TS version="2.1" language="de_DE">
 <context>
     <name></name>
+    <message id="qelworkbench-above-blank">
+        <source></source>
+        <translation>%1 über Leerwert</translation>
+    </message>
     <message id="qelworkbench-action-find">
         <source></source>
         <translation>Im Verlauf suchen</translation>
@@ -18,6 +22,10 @@
     <message id="qelworkbench-all-wells">
         <source></source>
         <translation>Alle Kavitäten</translation>
+    </message>
+    <message id="qelworkbench-blank-tip">
+        <source></source>
+        <translation>Zeigt die Werte abzüglich des mittleren Leerwerts. Gespeichert bleibt, was gemessen wurde.</translation>
     </message>
     <message id="qelworkbench-cancel">
         <source></source>
@@ -54,6 +62,10 @@
     <message id="qelworkbench-column-column">
         <source></source>
         <translation>Spalte</translation>
+    </message>
+    <message id="qelworkbench-column-content">
+        <source></source>
+        <translation>Inhalt</translation>
     </message>
     <message id="qelworkbench-column-file">
         <source></source>
@@ -130,6 +142,22 @@
     <message id="qelworkbench-confirm">
         <source></source>
         <translation>Erledigt, weiter</translation>
+    </message>
+    <message id="qelworkbench-content-blank">
+        <source></source>
+        <translation>Leerwert</translation>
+    </message>
+    <message id="qelworkbench-content-control">
+        <source></source>
+        <translation>Kontrolle</translation>
+    </message>
+    <message id="qelworkbench-content-sample">
+        <source></source>
+        <translation>Probe</translation>
+    </message>
+    <message id="qelworkbench-content-standard">
+        <source></source>
+        <translation>Standard</translation>
     </message>
     <message id="qelworkbench-copied">
         <source></source>
@@ -329,6 +357,42 @@ Seriennummer: %2
         <source></source>
         <translation>Gemessen und gespeichert in %1</translation>
     </message>
+    <message id="qelworkbench-layout">
+        <source></source>
+        <translation>Belegung</translation>
+    </message>
+    <message id="qelworkbench-layout-concentration">
+        <source></source>
+        <translation>Konzentration:</translation>
+    </message>
+    <message id="qelworkbench-layout-content">
+        <source></source>
+        <translation>Die Belegung nennt „%2“ in Kavität %1; bekannt sind sample, blank, control, standard und standard mit einer Zahl.</translation>
+    </message>
+    <message id="qelworkbench-layout-csv">
+        <source></source>
+        <translation>Aus einer CSV-Datei …</translation>
+    </message>
+    <message id="qelworkbench-layout-last">
+        <source></source>
+        <translation>Wie beim letzten Mal</translation>
+    </message>
+    <message id="qelworkbench-layout-nothing">
+        <source></source>
+        <translation>Nichts</translation>
+    </message>
+    <message id="qelworkbench-layout-select">
+        <source></source>
+        <translation>Wählen Sie zuerst die Kavitäten: Ziehen Sie mit der Maus über sie.</translation>
+    </message>
+    <message id="qelworkbench-layout-shape">
+        <source></source>
+        <translation>Zeile %1 der Belegung passt nicht zu einer Platte mit %2 × %3 Kavitäten: Erwartet wird ein Gitter mit nummerierten Spalten und Buchstaben für die Zeilen.</translation>
+    </message>
+    <message id="qelworkbench-layout-standard">
+        <source></source>
+        <translation>Standard …</translation>
+    </message>
     <message id="qelworkbench-legend-not-measured">
         <source></source>
         <translation>⊗ %1 nicht gemessen</translation>
@@ -356,6 +420,10 @@ Seriennummer: %2
     <message id="qelworkbench-no">
         <source></source>
         <translation>Nein</translation>
+    </message>
+    <message id="qelworkbench-no-blank-tip">
+        <source></source>
+        <translation>Benennen Sie zuerst Leerwerte („Belegung“); ein übersteuerter Leerwert hat keinen Wert.</translation>
     </message>
     <message id="qelworkbench-no-device">
         <source></source>
@@ -456,7 +524,7 @@ Das Ergebnis erscheint hier.</translation>
     </message>
     <message id="qelworkbench-preset-save">
         <source></source>
-        <translation>Speichern …</translation>
+        <translation>Merken …</translation>
     </message>
     <message id="qelworkbench-progress">
         <source></source>
@@ -654,6 +722,10 @@ Das Ergebnis erscheint hier.</translation>
         <source></source>
         <translation>VK %1 %</translation>
     </message>
+    <message id="qelworkbench-subtract-blanks">
+        <source></source>
+        <translation>Ohne Leerwert</translation>
+    </message>
     <message id="qelworkbench-tab-curves">
         <source></source>
         <translation>Kurven</translation>
@@ -712,7 +784,7 @@ Das Ergebnis erscheint hier.</translation>
     </message>
     <message id="qelworkbench-well-hint">
         <source></source>
-        <translation>Zeigen Sie auf eine Kavität oder ziehen Sie über mehrere.</translation>
+        <translation>Zeigen Sie auf Kavitäten oder ziehen Sie darüber.</translation>
     </message>
     <message id="qelworkbench-well-not-measured">
         <source></source>

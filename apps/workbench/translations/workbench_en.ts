@@ -3,6 +3,10 @@
 <TS version="2.1" language="en_US">
 <context>
     <name></name>
+    <message id="qelworkbench-above-blank">
+        <source></source>
+        <translation>%1 above blank</translation>
+    </message>
     <message id="qelworkbench-action-find">
         <source></source>
         <translation>Find in history</translation>
@@ -18,6 +22,10 @@
     <message id="qelworkbench-all-wells">
         <source></source>
         <translation>All wells</translation>
+    </message>
+    <message id="qelworkbench-blank-tip">
+        <source></source>
+        <translation>Shows the values less the mean of the blanks. What is kept stays as it was measured.</translation>
     </message>
     <message id="qelworkbench-cancel">
         <source></source>
@@ -54,6 +62,10 @@
     <message id="qelworkbench-column-column">
         <source></source>
         <translation>Column</translation>
+    </message>
+    <message id="qelworkbench-column-content">
+        <source></source>
+        <translation>Content</translation>
     </message>
     <message id="qelworkbench-column-file">
         <source></source>
@@ -130,6 +142,22 @@
     <message id="qelworkbench-confirm">
         <source></source>
         <translation>Done, go on</translation>
+    </message>
+    <message id="qelworkbench-content-blank">
+        <source></source>
+        <translation>Blank</translation>
+    </message>
+    <message id="qelworkbench-content-control">
+        <source></source>
+        <translation>Control</translation>
+    </message>
+    <message id="qelworkbench-content-sample">
+        <source></source>
+        <translation>Sample</translation>
+    </message>
+    <message id="qelworkbench-content-standard">
+        <source></source>
+        <translation>Standard</translation>
     </message>
     <message id="qelworkbench-copied">
         <source></source>
@@ -329,6 +357,42 @@ Serial: %2
         <source></source>
         <translation>Measured and saved in %1</translation>
     </message>
+    <message id="qelworkbench-layout">
+        <source></source>
+        <translation>Layout</translation>
+    </message>
+    <message id="qelworkbench-layout-concentration">
+        <source></source>
+        <translation>Concentration:</translation>
+    </message>
+    <message id="qelworkbench-layout-content">
+        <source></source>
+        <translation>The layout says “%2” in well %1; known are sample, blank, control, standard, and standard with a number.</translation>
+    </message>
+    <message id="qelworkbench-layout-csv">
+        <source></source>
+        <translation>From a CSV file…</translation>
+    </message>
+    <message id="qelworkbench-layout-last">
+        <source></source>
+        <translation>As last time</translation>
+    </message>
+    <message id="qelworkbench-layout-nothing">
+        <source></source>
+        <translation>Nothing</translation>
+    </message>
+    <message id="qelworkbench-layout-select">
+        <source></source>
+        <translation>Select the wells first: drag over them.</translation>
+    </message>
+    <message id="qelworkbench-layout-shape">
+        <source></source>
+        <translation>Line %1 of the layout does not fit a plate of %2 × %3 wells: a grid with numbered columns and lettered rows is expected.</translation>
+    </message>
+    <message id="qelworkbench-layout-standard">
+        <source></source>
+        <translation>Standard…</translation>
+    </message>
     <message id="qelworkbench-legend-not-measured">
         <source></source>
         <translation>⊗ %1 not measured</translation>
@@ -356,6 +420,10 @@ Serial: %2
     <message id="qelworkbench-no">
         <source></source>
         <translation>No</translation>
+    </message>
+    <message id="qelworkbench-no-blank-tip">
+        <source></source>
+        <translation>Name wells as blank first (“Layout”); a saturated blank has no value.</translation>
     </message>
     <message id="qelworkbench-no-device">
         <source></source>
@@ -653,6 +721,10 @@ The result appears here.</translation>
     <message id="qelworkbench-statistics-variation">
         <source></source>
         <translation>CV %1 %</translation>
+    </message>
+    <message id="qelworkbench-subtract-blanks">
+        <source></source>
+        <translation>Less blanks</translation>
     </message>
     <message id="qelworkbench-tab-curves">
         <source></source>
