@@ -2,7 +2,7 @@
 # Uses the package from an installation of the build, and built by pip against that: installed.sh
 #
 # Wants PREFIX, the installation, SCRATCH_DIR, a folder to work in, SOURCE_DIR, the top of the
-# sources, PYTHON, the interpreter, and CXXFLAGS, the build's.
+# sources, and PYTHON, the interpreter.
 set -eu
 rm -rf "$SCRATCH_DIR"
 mkdir -p "$SCRATCH_DIR"

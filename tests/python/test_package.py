@@ -54,8 +54,6 @@ def memory():
     return int(pathlib.Path("/proc/self/statm").read_text().split()[1]) * 4096
 
 
-@pytest.mark.skipif("libasan" in os.environ.get("LD_PRELOAD", ""),
-                    reason="what a sanitizer remembers of each allocation grows anyway")
 def test_nothing_leaks(reader):
     descriptors = len(os.listdir("/proc/self/fd"))
     for _ in range(1000):

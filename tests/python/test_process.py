@@ -89,3 +89,26 @@ def test_language_and_plugin_folders(tmp_path):
                           text=True, timeout=60)
     assert "no plugin folder '/no/such'" in done.stdout
     assert "bietet" in done.stdout, done
+
+
+def test_application_of_qt_that_is_there_already():
+    # As PyQt5 makes one, and without PyQt5.
+    code = """
+        import ctypes, threading
+        qt = ctypes.CDLL("libQt5Core.so.5")
+        argc, argv = ctypes.c_int(1), (ctypes.c_char_p * 2)(b"python", None)
+        application = ctypes.create_string_buffer(64)
+        qt._ZN16QCoreApplicationC1ERiPPci(application, ctypes.byref(argc), argv, 0x050f00)
+        import qeldevices as qel
+        lab = qel.simulate({"timeScale": 0, "instruments": [
+            {"model": "absorbance-96", "serial": "A-1"}]})
+        reader = qel.open("A-1")
+        print(reader.absorbance().rows)
+        other = threading.Thread(target=lambda: print(reader.absorbance().columns))
+        other.start()
+        while other.is_alive():
+            qt._ZN16QCoreApplication13processEventsE6QFlagsIN10QEventLoop17ProcessEventsFlagEE(0)
+    """
+    done = subprocess.run([sys.executable, "-c", textwrap.dedent(code)], capture_output=True,
+                          text=True, timeout=60)
+    assert (done.stdout, done.stderr, done.returncode) == ("8\n12\n", "", 0)

@@ -1,0 +1,198 @@
+#include "results.h"
+
+#include "instrument.h"
+#include "variant.h"
+
+#include <qelfrontend/configuration.h>
+#include <qelfrontend/plate.h>
+#include <qelfrontend/platecsv.h>
+#include <qelfrontend/problems.h>
+#include <qelfrontend/selection.h>
+#include <qelvalues/features.h>
+#include <qelvalues/names.h>
+#include <qelvalues/results.h>
+#include <qelvalues/valuecodec.h>
+
+#include <pybind11/stl.h>
+
+#include <QtCore/QJsonDocument>
+
+namespace py = pybind11;
+
+namespace qelpython {
+
+using namespace qel::frontend;
+using namespace qel::values;
+using qel::devices::DeviceInfo;
+
+namespace {
+
+const char *kindName(Outcome::Kind kind)
+{
+    switch (kind) {
+    case Outcome::Result:
+        return "result";
+    case Outcome::Refused:
+        return "refused";
+    case Outcome::CannotOpen:
+        return "cannot-open";
+    case Outcome::Failed:
+        return "failed";
+    case Outcome::AbortedByUser:
+        return "aborted";
+    case Outcome::TimedOut:
+        return "timed-out";
+    case Outcome::DeviceGone:
+        return "device-gone";
+    }
+    return "failed";
+}
+
+py::object plateOf(const Ending &ending)
+{
+    using namespace py::literals;
+    QString problem;
+    const auto plate =
+        plateFromResult(ending.record.feature, ending.record.outcome.result, &problem);
+    if (!plate)
+        throw py::value_error(problem.toStdString());
+    py::list reads;
+    for (const PlateRead &read : plate->reads)
+        reads.append(py::make_tuple(toPython(read.label), read.wavelength,
+                                    arrayOf(read.values, {plate->rows, plate->columns})));
+    py::object integrationTime = py::none();
+    if (plate->integrationTime)
+        integrationTime = py::int_(qint64(plate->integrationTime->count()));
+    return py::dict("rows"_a = plate->rows, "columns"_a = plate->columns,
+                    "unit"_a = toPython(plate->unit), "reads"_a = reads,
+                    "started_at"_a = toPython(plate->startedAt),
+                    "temperature"_a = plate->temperature, "integration_time"_a = integrationTime);
+}
+
+py::bytes csvOf(const Ending &ending, bool asGrid)
+{
+    QString problem;
+    const auto plate =
+        plateFromResult(ending.record.feature, ending.record.outcome.result, &problem);
+    if (!plate)
+        throw py::value_error(problem.toStdString());
+    const QByteArray csv =
+        asGrid ? plateCsv(*plate) : tidyCsvHeader() + tidyCsv(*plate, ending.record.device);
+    return py::bytes(csv.constData(), size_t(csv.size()));
+}
+
+py::list resultProblems(const Ending &ending)
+{
+    const RunRecord &record = ending.record;
+    QStringList sentences;
+    const auto problems =
+        checkResult(record.feature, record.descriptor, record.configuration, record.outcome.result);
+    for (const Problem &problem : problems)
+        sentences.append(explain(problem));
+    return toPython(sentences);
+}
+
+// What jsonOf() wrote. What the document does not tell, such as the descriptor, is missing.
+std::shared_ptr<Ending> readDocument(const std::string &text)
+{
+    const QJsonObject document = QJsonDocument::fromJson(QByteArray::fromStdString(text)).object();
+    const auto member = [](const QJsonObject &object, const char *key) {
+        return object.value(QLatin1String(key)).toString();
+    };
+    if (member(document, "format") != QLatin1String("qeldevices-run"))
+        throw py::value_error("this is no document of a run");
+    if (document.value(QLatin1String("version")).toInt() != runJsonVersion)
+        throw py::value_error("the document is of another version than this library reads");
+    QString nameProblem;
+    const auto feature = selectFeature(member(document, "feature"), &nameProblem);
+    if (!feature)
+        throw py::value_error(nameProblem.toStdString());
+    Problem problem;
+    const auto result = fromJson(document.value(QLatin1String("result")), &problem);
+    if (!result)
+        throw py::value_error(explain(problem).toStdString());
+    Outcome outcome;
+    outcome.result = *result;
+    outcome.startedAt = QDateTime::fromString(member(document, "startedAt"), Qt::ISODateWithMs);
+    outcome.elapsed = std::chrono::milliseconds(
+        qRound64(document.value(QLatin1String("elapsed")).toDouble() * 1000));
+    const QJsonObject device = document.value(QLatin1String("device")).toObject();
+    auto interface = DeviceInfo::UnknownInterface;
+    for (const auto known :
+         {DeviceInfo::Simulator, DeviceInfo::Serial, DeviceInfo::UsbHid, DeviceInfo::Network}) {
+        if (interfaceName(known) == member(device, "interface"))
+            interface = known;
+    }
+    const DeviceInfo info(interface, member(device, "driver"), member(device, "location"),
+                          member(device, "name"), member(device, "serial"));
+    return std::make_shared<Ending>(
+        Ending{{info, {}, *feature, {}, {}, outcome}, false, {}, document});
+}
+
+py::object configurationOf(const Ending &ending)
+{
+    if (ending.document)
+        return toPython(ending.document->value(QLatin1String("configuration")));
+    return toPython(
+        QJsonValue(writeConfiguration(ending.record.configuration, ending.record.descriptor)));
+}
+
+py::str jsonOf(const Ending &ending, bool inOneLine)
+{
+    QString problem;
+    const auto document = ending.document ? ending.document : runToJson(ending.record, &problem);
+    if (!document)
+        throw py::value_error(problem.toStdString());
+    return toPython(QString::fromUtf8(QJsonDocument(*document).toJson(
+        inOneLine ? QJsonDocument::Compact : QJsonDocument::Indented)));
+}
+
+} // namespace
+
+void bindResults(py::module_ &module)
+{
+    py::class_<Ending, std::shared_ptr<Ending>>(module, "Ending")
+        .def_property_readonly(
+            "kind", [](const Ending &ending) { return kindName(ending.record.outcome.kind); })
+        .def_readonly("is_not_offered", &Ending::isNotOffered)
+        .def_property_readonly(
+            "configuration_problems",
+            [](const Ending &ending) { return toPython(ending.configurationProblems); })
+        .def_property_readonly("code",
+                               [](const Ending &ending) { return ending.record.outcome.code; })
+        .def_property_readonly(
+            "id", [](const Ending &ending) { return toPython(ending.record.outcome.trId); })
+        .def_property_readonly(
+            "sentence",
+            [](const Ending &ending) { return toPython(ending.record.outcome.sentence); })
+        .def_property_readonly(
+            "details",
+            [](const Ending &ending) { return toPython(ending.record.outcome.additionalInfo); })
+        .def_property_readonly(
+            "started_at",
+            [](const Ending &ending) { return toPython(ending.record.outcome.startedAt); })
+        .def_property_readonly("elapsed",
+                               [](const Ending &ending) {
+                                   return double(ending.record.outcome.elapsed.count()) / 1000;
+                               })
+        .def_property_readonly(
+            "feature",
+            [](const Ending &ending) { return toPython(featureName(ending.record.feature)); })
+        .def_property_readonly(
+            "is_measurement",
+            [](const Ending &ending) { return isMeasurement(ending.record.feature); })
+        .def_property_readonly("device",
+                               [](const Ending &ending) { return toPython(ending.record.device); })
+        .def_property_readonly(
+            "descriptor", [](const Ending &ending) { return toPython(ending.record.descriptor); })
+        .def_property_readonly("configuration", &configurationOf)
+        .def_property_readonly(
+            "value", [](const Ending &ending) { return toPython(ending.record.outcome.result); })
+        .def("result_problems", &resultProblems)
+        .def("plate", &plateOf)
+        .def("csv", &csvOf)
+        .def("json", &jsonOf);
+    module.def("read_document", &readDocument);
+}
+
+} // namespace qelpython
