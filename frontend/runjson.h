@@ -32,30 +32,31 @@ constexpr int runJsonVersion = 1;
 /// An instrument's identity: "interface", "driver", "location", "name" and "serial", all strings.
 QELFRONTEND_EXPORT QJsonObject deviceToJson(const devices::DeviceInfo &device);
 
+// clang-format off
 /// A run as a JSON document for programs:
 ///
-/// | Key             | Value                                                                   |
-/// |-----------------|-------------------------------------------------------------------------|
-/// | "format"        | "qeldevices-run"                                                        |
-/// | "version"       | runJsonVersion                                                          |
-/// | "library"       | version() of the library                                                |
-/// | "device"        | deviceToJson()                                                          |
-/// | "plugin"        | "file", "manufacturer" and "version" of the driver's plugin; null when not
-/// known | | "feature"       | the enumerator, for instance "DF_Orientation" | | "configuration" |
-/// as readConfiguration() takes it                                         | | "startedAt"     |
-/// ISO 8601 in UTC, when the run was started                               | | "elapsed"       |
-/// seconds that the run took                                               | | "result"        |
-/// exactly what the device delivered, as fromJson() reads it               | | "plate"         |
-/// the result of a measurement once more in plain JSON, below; absent for other features |
+/// | Key             | Value                                                                     |
+/// |-----------------|---------------------------------------------------------------------------|
+/// | "format"        | "qeldevices-run"                                                          |
+/// | "version"       | runJsonVersion                                                            |
+/// | "library"       | version() of the library                                                  |
+/// | "device"        | deviceToJson()                                                            |
+/// | "plugin"        | "file", "manufacturer" and "version" of the driver's plugin, or null      |
+/// | "feature"       | the enumerator, for instance "DF_Orientation"                             |
+/// | "configuration" | as readConfiguration() takes it                                           |
+/// | "startedAt"     | ISO 8601 in UTC, when the run was started                                 |
+/// | "elapsed"       | seconds that the run took                                                 |
+/// | "result"        | exactly what the device delivered, as fromJson() reads it                 |
+/// | "plate"         | a measurement's result in plain JSON, below; absent for other features    |
 ///
 /// The plate holds "rows", "columns", "unit", "startedAt" (ISO 8601 or null), "temperature" (°C or
 /// null), "integrationTime" (ms or null) and "reads": objects with "label", "wavelength" (nm or
 /// null) and "values", an array of rows, each an array of numbers; null where not measured, "inf"
-/// or
-/// "-inf" beyond all numbers.
+/// or "-inf" beyond all numbers.
 ///
 /// @return nothing, and a sentence in `problem`, when the result cannot be written or is that of a
 /// measurement and not shaped as one
+// clang-format on
 QELFRONTEND_EXPORT std::optional<QJsonObject> runToJson(const RunRecord &record, QString *problem);
 
 } // namespace qel::frontend

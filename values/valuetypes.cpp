@@ -169,23 +169,39 @@ bool read(const QJsonValue &json, List *list)
     return json.isArray();
 }
 
-template<typename Enumeration>
-const char *enumeratorName(int value)
+// The one enumeration whose names the meta-type system does not know.
+const char *nameOf(Orientation_result::Side side)
 {
-    if constexpr (std::is_same_v<Enumeration, Orientation_result::Side>) {
-        // The one enumeration whose names the meta-type system does not know.
-        constexpr const char *names[] = {"Top",  "Bottom", "Unknown", "Front",
-                                         "Back", "Left",   "Right"};
-        return value >= 0 && value < int(std::size(names)) ? names[value] : nullptr;
-    } else {
-        return QMetaEnum::fromType<Enumeration>().valueToKey(value);
+    using Side = Orientation_result::Side;
+    switch (side) {
+    case Side::Top:
+        return "Top";
+    case Side::Bottom:
+        return "Bottom";
+    case Side::Unknown:
+        return "Unknown";
+    case Side::Front:
+        return "Front";
+    case Side::Back:
+        return "Back";
+    case Side::Left:
+        return "Left";
+    case Side::Right:
+        return "Right";
     }
+    return nullptr;
+}
+
+template<typename Enumeration>
+const char *nameOf(Enumeration value)
+{
+    return QMetaEnum::fromType<Enumeration>().valueToKey(int(value));
 }
 
 template<typename Enumeration, IfEnumeration<Enumeration> = true>
 Written write(Enumeration value)
 {
-    const char *name = enumeratorName<Enumeration>(int(value));
+    const char *name = nameOf(value);
     return name ? QJsonValue(QLatin1String(name)) : QJsonValue(int(value));
 }
 
@@ -201,8 +217,8 @@ bool read(const QJsonValue &json, Enumeration *value)
     // By the names themselves: the meta-object would take "SlotStatus::Empty" and the like, too.
     constexpr int behindLast = 16;
     for (; number < behindLast; ++number) {
-        const char *name = enumeratorName<Enumeration>(number);
         *value = static_cast<Enumeration>(number);
+        const char *name = nameOf(*value);
         if (name && json.toString() == QLatin1String(name))
             return true;
     }
