@@ -2,8 +2,6 @@
 
 from __future__ import annotations
 
-from typing import Any
-
 
 class Error(Exception):
     """Whatever this package complains about.
@@ -31,13 +29,7 @@ class Error(Exception):
 
 
 class DeviceError(Error):
-    """The device ended the run without a result, or with one that is none.
-
-    Attributes:
-        result: what the device delivered instead of a result, as it stands; mostly None
-    """
-
-    result: Any = None
+    """The device ended the run without a result, or with one that is none."""
 
 
 class TimedOut(Error):

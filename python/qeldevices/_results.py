@@ -13,7 +13,7 @@ from typing import TYPE_CHECKING, Any, Optional, Union
 import numpy as np
 
 from . import _native
-from ._errors import DeviceError, Error, whole
+from ._errors import Error, whole
 from ._instruments import Instrument
 from ._running import title
 from ._runtime import native
@@ -219,21 +219,7 @@ class Plate(Result):
 
 
 def result_of(ending: _native.Ending) -> Result:
-    """The result of a run that has one.
-
-    Raises:
-        DeviceError: what the device delivered is none; the exception holds it
-    """
-    problems = ending.result_problems()
-    if problems:
-        error = DeviceError(" ".join(whole(problem) for problem in problems),
-                            instrument=title(ending.device))
-        error.result = ending.value
-        raise error
-    return _made(ending)
-
-
-def _made(ending: _native.Ending) -> Result:
+    """The result of a run that has one."""
     return Plate(ending) if ending.is_measurement else Result(ending)
 
 
@@ -267,7 +253,7 @@ def read_series(file: Path) -> list[Result]:
 
 def _read(text: str, place: str) -> Result:
     try:
-        return _made(native().read_document(text))
+        return result_of(native().read_document(text))
     except ValueError as problem:
         raise Error(whole(f"{place}: {problem}")) from None
 

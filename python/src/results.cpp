@@ -10,7 +10,6 @@
 #include <qelfrontend/selection.h>
 #include <qelvalues/features.h>
 #include <qelvalues/names.h>
-#include <qelvalues/results.h>
 #include <qelvalues/valuecodec.h>
 
 #include <pybind11/stl.h>
@@ -79,17 +78,6 @@ py::bytes csvOf(const Ending &ending, bool asGrid)
     const QByteArray csv =
         asGrid ? plateCsv(*plate) : tidyCsvHeader() + tidyCsv(*plate, ending.record.device);
     return py::bytes(csv.constData(), size_t(csv.size()));
-}
-
-py::list resultProblems(const Ending &ending)
-{
-    const RunRecord &record = ending.record;
-    QStringList sentences;
-    const auto problems =
-        checkResult(record.feature, record.descriptor, record.configuration, record.outcome.result);
-    for (const Problem &problem : problems)
-        sentences.append(explain(problem));
-    return toPython(sentences);
 }
 
 // What jsonOf() wrote. What the document does not tell, such as the descriptor, is missing.
@@ -188,7 +176,6 @@ void bindResults(py::module_ &module)
         .def_property_readonly("configuration", &configurationOf)
         .def_property_readonly(
             "value", [](const Ending &ending) { return toPython(ending.record.outcome.result); })
-        .def("result_problems", &resultProblems)
         .def("plate", &plateOf)
         .def("csv", &csvOf)
         .def("json", &jsonOf);
