@@ -163,6 +163,7 @@ public:
 private:
     void read();
     void leave();
+    void clearTheWay(const DeviceInfo &info);
     bool isLetIn();
     bool open();
     void execute(Feature feature);
@@ -188,11 +189,13 @@ private:
     bool m_isConfiguring = false;
     QList<Feature> m_runs; // executed and not yet ended
     bool m_isAbandoned = false;
+    bool m_isReading = false; // on the stack, that is
 };
 
 void DeviceServer::Session::read()
 {
     const QPointer<Session> self(this);
+    m_isReading = true;
     const auto commands = m_stream->take();
     for (const wire::Command &command : commands) {
         if (!isLetIn())
@@ -210,6 +213,7 @@ void DeviceServer::Session::read()
             return;
         send(std::move(done));
     }
+    m_isReading = false;
     if (m_stream->hasEnded())
         leave();
 }
@@ -223,6 +227,21 @@ void DeviceServer::Session::leave()
     }
     m_isAbandoned = true;
     QTimer::singleShot(longestAbandonedRun, this, &QObject::deleteLater);
+}
+
+// A peer that deletes a device and at once creates another on the same instrument finds it free.
+void DeviceServer::Session::clearTheWay(const DeviceInfo &info)
+{
+    const auto siblings = parent()->children();
+    for (QObject *sibling : siblings) {
+        auto *session = dynamic_cast<Session *>(sibling);
+        const bool isInTheWay = session && session != this && session->m_device
+            && session->m_device->location() == info.location()
+            && session->m_device->driver() == info.driver();
+        if (isInTheWay && session->m_stream->isClosed() && !session->m_isReading
+            && (!m_gate || session->m_runs.isEmpty()))
+            delete session;
+    }
 }
 
 bool DeviceServer::Session::isLetIn()
@@ -279,6 +298,7 @@ bool DeviceServer::Session::attachDevice(const wire::Command &command)
         return false;
     }
     const DeviceInfo info = fromWire(command.attach().record());
+    clearTheWay(info);
     m_device.reset(DeviceBroker::createDevice(info));
     if (!m_device) {
         refuse(grpc::StatusCode::NOT_FOUND,
