@@ -1,5 +1,7 @@
 #include "enumeration.h"
 
+#include "trail.h"
+
 #include <qeldevices/devicebroker.h>
 
 #include <QtCore/QElapsedTimer>
@@ -44,6 +46,7 @@ Enumeration enumerate(const QStringList &drivers)
             continue;
         QElapsedTimer timer;
         timer.start();
+        const TrailMark mark(name, "availableDevices()");
         DriverAnswer answer{name, registered.value(name)->availableDevices(), {}};
         answer.elapsed = std::chrono::microseconds(timer.nsecsElapsed() / 1000);
         enumeration.answers += answer;
