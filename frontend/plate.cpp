@@ -28,7 +28,7 @@ void tellApart(QVector<PlateRead> *reads)
 } // namespace
 
 std::optional<Plate> plateFromResult(Device::DeviceFeature feature, const QVariant &result,
-                                     QString *problem)
+                                     QString *problem, const QVariant &descriptor)
 {
     const auto problems = checkResult(feature, {}, {}, result);
     if (!isMeasurement(feature) || !problems.isEmpty()) {
@@ -57,6 +57,9 @@ std::optional<Plate> plateFromResult(Device::DeviceFeature feature, const QVaria
         plate.reads.append(read);
     }
     tellApart(&plate.reads);
+    const QVariant maximum = descriptor.toHash().value(QStringLiteral("maximum"));
+    if (maximum.userType() == QMetaType::Double)
+        plate.maximum = maximum.toDouble();
     return plate;
 }
 

@@ -33,12 +33,22 @@ struct Plate
     std::optional<std::chrono::milliseconds> integrationTime; ///< for each well
     QDateTime startedAt;               ///< in UTC
     std::optional<double> temperature; ///< inside the instrument, in °C
+    /// The most that the detector can tell, in `unit`; nothing when it is not known.
+    std::optional<double> maximum;
+
+    /// Whether a well with this value holds that or more: nobody knows how much.
+    bool isSaturated(double value) const
+    {
+        return maximum && value >= *maximum;
+    }
 };
 
 /// Reads the result of a measuring feature.
+/// @param descriptor of the feature, which knows the detector; may be left out
 /// @return nothing, and a sentence in `problem`, when values::checkResult() finds fault with it
 QELFRONTEND_EXPORT std::optional<Plate> plateFromResult(devices::Device::DeviceFeature feature,
-                                                        const QVariant &result, QString *problem);
+                                                        const QVariant &result, QString *problem,
+                                                        const QVariant &descriptor = {});
 
 } // namespace qel::frontend
 

@@ -74,8 +74,11 @@ public:
         , m_range(rangeOf(read.values))
         , m_rowWidth(rowName(plate.rows - 1).size())
     {
-        for (const double value : read.values)
-            m_cells += cellText(value, m_range);
+        for (const double value : read.values) {
+            // More than that, nobody knows how much.
+            m_cells += (plate.isSaturated(value) ? QStringLiteral(">") : QString())
+                + cellText(value, m_range);
+        }
         m_cellWidth = QString::number(plate.columns).size();
         for (const QString &cell : std::as_const(m_cells))
             m_cellWidth = std::max(m_cellWidth, cell.size());

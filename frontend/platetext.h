@@ -16,7 +16,8 @@ struct PlateTextStyle
 };
 
 /// A plate as a table for people, one for each read: title, numbered columns, lettered rows,
-/// numbers rounded to what is worth reading. A well that was not measured is "-".
+/// numbers rounded to what is worth reading. A well that was not measured is "-", a
+/// saturated one has ">" in front of the maximum of the detector.
 QELFRONTEND_EXPORT QString plateText(const Plate &plate,
                                      const PlateTextStyle &style = PlateTextStyle());
 

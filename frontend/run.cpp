@@ -4,6 +4,7 @@
 #include "messages_p.h"
 #include "problems.h"
 #include "selection.h"
+#include "trail.h"
 
 #include <qeldevices/deviceerrors.h>
 #include <qelvalues/names.h>
@@ -34,7 +35,10 @@ Run::Run(Device *device, RunRequest request, QObject *parent)
     m_deadline.setSingleShot(true);
     m_grace.setSingleShot(true);
     m_grace.setInterval(m_request.grace);
+    m_stall.setSingleShot(true);
+    m_stall.setInterval(m_request.stallLimit);
     connect(&m_deadline, &QTimer::timeout, this, [this] { stop(Outcome::TimedOut); });
+    connect(&m_stall, &QTimer::timeout, this, [this] { stop(Outcome::TimedOut); });
     connect(&m_grace, &QTimer::timeout, this, &Run::onGraceOver);
 }
 
@@ -67,8 +71,11 @@ void Run::cancel()
 
 void Run::confirmAction(int actionId)
 {
-    if (m_device && m_openActions.remove(actionId))
-        m_device->confirmAction(actionId);
+    if (!m_device || !m_openActions.remove(actionId))
+        return;
+    const TrailMark mark(m_device->driver(), "confirmAction()");
+    showLife();
+    m_device->confirmAction(actionId);
 }
 
 void Run::abortAction(int actionId)
@@ -96,6 +103,7 @@ void Run::begin()
     if (m_state != Opening)
         return;
     const QPointer<Run> self(this);
+    const TrailMark mark(m_device->driver(), "open()");
     const bool accepted = m_device->open();
     // Everything may have happened in there.
     if (self && m_state == Opening && !accepted)
@@ -160,6 +168,10 @@ void Run::execute(const std::optional<QVariant> &configuration)
     if (!self || m_state != Executing)
         return;
     m_executeCalled = true;
+    m_outcome.startedAt = QDateTime::currentDateTimeUtc();
+    m_clock.start();
+    showLife();
+    const TrailMark mark(m_device->driver(), "execute()");
     m_device->execute(*m_request.feature);
     if (self)
         m_executeReturned = true;
@@ -168,6 +180,7 @@ void Run::execute(const std::optional<QVariant> &configuration)
 void Run::stop(Outcome::Kind kind)
 {
     switch (m_state) {
+    case Ending:
     case Finished:
     case Stopping:
         return;
@@ -197,6 +210,8 @@ void Run::climb()
         return;
     const QPointer<Run> self(this);
     m_grace.start();
+    const char *const calls[] = {"abortAction()", "reset()", "close()", ""};
+    const TrailMark mark(m_device ? m_device->driver() : QString(), calls[int(m_rung)]);
     switch (m_rung) {
     case Rung::Abort: {
         m_rung = Rung::Reset;
@@ -243,9 +258,10 @@ void Run::lose()
 // report of the end, so the rest waits for deliver().
 void Run::end(Outcome::Kind kind, const QString &sentence, const QVariant &result)
 {
-    if (m_state == Finished)
+    if (m_state >= Ending)
         return;
     m_deadline.stop();
+    m_stall.stop();
     m_grace.stop();
     m_openActions.clear();
     m_outcome.kind = kind;
@@ -256,7 +272,7 @@ void Run::end(Outcome::Kind kind, const QString &sentence, const QVariant &resul
     else
         m_outcome.startedAt = QDateTime::currentDateTimeUtc();
     QMetaObject::invokeMethod(this, &Run::deliver, Qt::QueuedConnection);
-    setState(Finished);
+    setState(Ending);
 }
 
 void Run::deliver()
@@ -270,6 +286,7 @@ void Run::deliver()
         m_outcome.kind = Outcome::DeviceGone;
     if (m_outcome.sentence.isEmpty())
         m_outcome.sentence = sentenceFor(m_outcome.kind);
+    setState(Finished);
     emit finished(m_outcome);
 }
 
@@ -278,11 +295,16 @@ QString Run::sentenceFor(Outcome::Kind kind) const
     const bool hasReason = m_outcome.code != NO_DEVICE_ERROR;
     QString sentence;
     switch (kind) {
+    case Outcome::Unfinished:
     case Outcome::Result:
         return QString();
     case Outcome::AbortedByUser:
         return message("qelfrontend-run-aborted");
     case Outcome::TimedOut:
+        if (m_request.deadline.count() <= 0) {
+            return message("qelfrontend-run-stalled",
+                           QLocale().toString(double(m_request.stallLimit.count()) / 1000));
+        }
         return message("qelfrontend-run-timeout",
                        QLocale().toString(double(m_request.deadline.count()) / 1000));
     case Outcome::DeviceGone:
@@ -328,6 +350,7 @@ void Run::onOpenChanged(bool open)
             end(m_stopKind);
         return;
     case NotStarted:
+    case Ending:
     case Finished:
         return;
     }
@@ -355,7 +378,7 @@ void Run::onErrorChanged()
     const bool wantsReason = m_outcome.code == NO_DEVICE_ERROR
         && (m_outcome.kind == Outcome::Failed || m_outcome.kind == Outcome::Refused
             || m_outcome.kind == Outcome::CannotOpen);
-    if (m_state == Finished && !wantsReason)
+    if (m_state == Ending && !wantsReason)
         return;
     m_earlierErrorTrId.clear();
     m_outcome.code = code;
@@ -375,6 +398,8 @@ void Run::onTransientValue(Device::DeviceFeature feature, const QVariant &value)
 {
     if (m_state != Executing)
         return;
+    if (feature == m_request.feature)
+        showLife();
     const QVariant progress = value.toHash().value(QStringLiteral("progress"));
     if (feature != m_request.feature || progress.userType() != QMetaType::Double) {
         emit transientValue(feature, value);
@@ -394,9 +419,10 @@ void Run::onActionRequired(int actionId, const QString &action)
         m_device->abortAction(actionId);
         return;
     }
-    if (m_state == Finished)
+    if (m_state >= Ending)
         return;
     m_openActions.insert(actionId);
+    m_stall.stop(); // the user takes his time
     emit actionRequired(actionId, translated(action));
 }
 
@@ -426,6 +452,13 @@ void Run::judge(const QVariant &result)
         end(Outcome::Result, QString(), result);
     else
         end(Outcome::Failed, explain(problems.first()));
+}
+
+// The feature runs on: its time without a sign of life begins anew.
+void Run::showLife()
+{
+    if (m_state == Executing && m_request.stallLimit.count() > 0)
+        m_stall.start();
 }
 
 void Run::onGraceOver()

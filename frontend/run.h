@@ -26,16 +26,17 @@ struct QELFRONTEND_EXPORT Outcome
 {
     /// The ways in which a run can end.
     enum Kind {
+        Unfinished,    ///< not ended, for instance because the application was told to quit
         Result,        ///< done; `result` holds what the device delivered, shaped as it has to be
         Refused,       ///< not begun: no such feature, or the driver or the caller said no at once
         CannotOpen,    ///< the device did not open
         Failed,        ///< begun, and ended by the device without a result that is one
         AbortedByUser, ///< ended by Run::cancel() or Run::abortAction()
-        TimedOut,      ///< ended by the deadline
+        TimedOut,      ///< ended by the deadline or the stall limit
         DeviceGone,    ///< the device was closed, unplugged or deleted in the middle
     };
 
-    Kind kind = Result;
+    Kind kind = Unfinished;
     /// The device's error, if it reported one during the run; 0 otherwise. An error from before the
     /// run is never taken for the run's.
     int code = 0;
@@ -43,8 +44,9 @@ struct QELFRONTEND_EXPORT Outcome
     QString sentence;       ///< what happened, translated; empty for Result
     QString additionalInfo; ///< the driver's details of the error, translated; may be empty
     QVariant result;        ///< invalid unless `kind` is Result
-    QDateTime startedAt;    ///< when start() was called, in UTC
-    std::chrono::milliseconds elapsed{0}; ///< from start() to the end
+    QDateTime startedAt; ///< when the feature was executed, or start() was called where it was not;
+                         ///< in UTC
+    std::chrono::milliseconds elapsed{0}; ///< from `startedAt` to the end
 
     /// Whether the run delivered its result.
     bool isResult() const;
@@ -66,6 +68,9 @@ struct RunRequest
     /// How long the run may take in all, opening and waiting for the user included. 0 or less: for
     /// ever, so that a driver that never answers is only ended by cancel().
     std::chrono::milliseconds deadline{0};
+    /// How long the feature may run without a sign of life, such as progress; waiting for the user
+    /// does not count. 0 or less: for ever. Ends the run like the deadline.
+    std::chrono::milliseconds stallLimit{0};
     /// How long the device gets for each of its last chances: to obey a step of a cancellation, to
     /// offer the feature after it has opened, to report the end after it was closed.
     std::chrono::milliseconds grace{2000};
@@ -103,6 +108,7 @@ public:
         Waiting,   ///< waiting for the device to be no longer busy with something else
         Executing, ///< waiting for the feature's result
         Stopping,  ///< on the ladder
+        Ending,    ///< over; the device may still say why
         Finished,  ///< the outcome stands
     };
     Q_ENUM(State)
@@ -170,6 +176,7 @@ private:
     void onExecuted(devices::Device::DeviceFeature feature, bool ok, const QVariant &result);
     void judge(const QVariant &result);
     void onGraceOver();
+    void showLife();
 
     QPointer<devices::Device> m_device;
     const RunRequest m_request;
@@ -185,6 +192,7 @@ private:
     QString m_earlierErrorTrId;
     QElapsedTimer m_clock;
     QTimer m_deadline;
+    QTimer m_stall;
     QTimer m_grace;
 };
 

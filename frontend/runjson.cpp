@@ -4,6 +4,7 @@
 #include "plate.h"
 #include "problems.h"
 #include "selection.h"
+#include "wells.h"
 
 #include <qelvalues/features.h>
 #include <qelvalues/names.h>
@@ -41,16 +42,22 @@ QJsonValue orNull(const std::optional<T> &value, Write write)
 QJsonObject readToJson(const PlateRead &read, const Plate &plate)
 {
     QJsonArray rows;
+    QJsonArray saturated;
     for (int row = 0; row < plate.rows; ++row) {
         QJsonArray values;
-        for (int column = 0; column < plate.columns; ++column)
-            values.append(valueToJson(read.values[row * plate.columns + column]));
+        for (int column = 0; column < plate.columns; ++column) {
+            const double value = read.values[row * plate.columns + column];
+            values.append(valueToJson(value));
+            if (plate.isSaturated(value))
+                saturated.append(wellName(row, column));
+        }
         rows.append(values);
     }
     return {
         {QStringLiteral("label"), read.label},
         {QStringLiteral("wavelength"), orNull(read.wavelength, [](int nm) { return nm; })},
         {QStringLiteral("values"), rows},
+        {QStringLiteral("saturated"), saturated},
     };
 }
 
@@ -69,6 +76,7 @@ QJsonObject plateToJson(const Plate &plate)
         {QStringLiteral("temperature"), orNull(plate.temperature, valueToJson)},
         {QStringLiteral("integrationTime"),
          orNull(plate.integrationTime, [](auto time) { return double(time.count()); })},
+        {QStringLiteral("maximum"), orNull(plate.maximum, valueToJson)},
         {QStringLiteral("reads"), reads},
     };
 }
@@ -118,8 +126,16 @@ std::optional<QJsonObject> runToJson(const RunRecord &record, QString *problem)
         {QStringLiteral("elapsed"), double(record.outcome.elapsed.count()) / 1000},
         {QStringLiteral("result"), *result},
     };
+    if (record.number > 0) {
+        document.insert(QStringLiteral("run"),
+                        QJsonObject{{QStringLiteral("number"), record.number},
+                                    {QStringLiteral("of"), record.count}});
+    }
+    if (!record.note.isEmpty())
+        document.insert(QStringLiteral("note"), record.note);
     if (isMeasurement(record.feature)) {
-        const auto plate = plateFromResult(record.feature, record.outcome.result, problem);
+        const auto plate =
+            plateFromResult(record.feature, record.outcome.result, problem, record.descriptor);
         if (!plate)
             return {};
         document.insert(QStringLiteral("plate"), plateToJson(*plate));

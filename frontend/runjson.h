@@ -23,6 +23,9 @@ struct RunRecord
     QVariant descriptor;    ///< what the device said of the feature
     QVariant configuration; ///< what the feature ran with
     Outcome outcome;        ///< with a result
+    int number = 0;         ///< of the run within its series, from 1; 0 for a single run
+    int count = 0;          ///< of runs that the series is to have
+    QString note = {};      ///< of the user
 };
 
 /// The version of the document that runToJson() writes. It rises when a reader of the one before
@@ -35,24 +38,27 @@ QELFRONTEND_EXPORT QJsonObject deviceToJson(const devices::DeviceInfo &device);
 // clang-format off
 /// A run as a JSON document for programs:
 ///
-/// | Key             | Value                                                                     |
-/// |-----------------|---------------------------------------------------------------------------|
-/// | "format"        | "qeldevices-run"                                                          |
-/// | "version"       | runJsonVersion                                                            |
-/// | "library"       | version() of the library                                                  |
-/// | "device"        | deviceToJson()                                                            |
-/// | "plugin"        | "file", "manufacturer" and "version" of the driver's plugin, or null      |
-/// | "feature"       | the enumerator, for instance "DF_Orientation"                             |
-/// | "configuration" | as readConfiguration() takes it                                           |
-/// | "startedAt"     | ISO 8601 in UTC, when the run was started                                 |
-/// | "elapsed"       | seconds that the run took                                                 |
-/// | "result"        | exactly what the device delivered, as fromJson() reads it                 |
-/// | "plate"         | a measurement's result in plain JSON, below; absent for other features    |
+/// | Key             | Value                                                                   |
+/// |-----------------|-------------------------------------------------------------------------|
+/// | "format"        | "qeldevices-run"                                                        |
+/// | "version"       | runJsonVersion                                                          |
+/// | "library"       | version() of the library                                                |
+/// | "device"        | deviceToJson()                                                          |
+/// | "plugin"        | "file", "manufacturer" and "version" of the driver's plugin, or null    |
+/// | "feature"       | the enumerator, for instance "DF_Orientation"                           |
+/// | "configuration" | as readConfiguration() takes it                                         |
+/// | "startedAt"     | ISO 8601 in UTC, when the feature was executed                          |
+/// | "elapsed"       | seconds that the run took from then on                                  |
+/// | "run"           | "number" and "of" in a series; absent for a single run                  |
+/// | "note"          | the user's; absent where there is none                                  |
+/// | "result"        | exactly what the device delivered, as fromJson() reads it               |
+/// | "plate"         | the result of a measurement once more in plain JSON; absent for others  |
 ///
 /// The plate holds "rows", "columns", "unit", "startedAt" (ISO 8601 or null), "temperature" (°C or
-/// null), "integrationTime" (ms or null) and "reads": objects with "label", "wavelength" (nm or
-/// null) and "values", an array of rows, each an array of numbers; null where not measured, "inf"
-/// or "-inf" beyond all numbers.
+/// null), "integrationTime" (ms or null), "maximum" (of the detector, or null) and "reads": objects
+/// with "label", "wavelength" (nm or null), "values", an array of rows, each an array of numbers (null
+/// where not measured, "inf" or "-inf" beyond all numbers), and "saturated", the names of the wells
+/// whose value is the maximum or more.
 ///
 /// @return nothing, and a sentence in `problem`, when the result cannot be written or is that of a
 /// measurement and not shaped as one

@@ -38,7 +38,7 @@ QString describeAll(const QList<DeviceInfo> &devices)
 using Match = std::function<bool(const DeviceInfo &)>;
 
 // What `text` may mean, the surest first.
-QList<Match> meanings(const QString &text)
+QList<Match> meanings(const QString &text, Abbreviation abbreviation)
 {
     const auto whole = [text](Qt::CaseSensitivity sensitivity) -> Match {
         return [text, sensitivity](const DeviceInfo &info) {
@@ -58,9 +58,11 @@ QList<Match> meanings(const QString &text)
                 || info.name().startsWith(text, sensitivity);
         };
     };
-    return {whole(Qt::CaseSensitive),     name(Qt::CaseSensitive),
-            whole(Qt::CaseInsensitive),   name(Qt::CaseInsensitive),
-            beginning(Qt::CaseSensitive), beginning(Qt::CaseInsensitive)};
+    QList<Match> all{whole(Qt::CaseSensitive), name(Qt::CaseSensitive), whole(Qt::CaseInsensitive),
+                     name(Qt::CaseInsensitive)};
+    if (abbreviation == Abbreviation::Allowed)
+        all += {beginning(Qt::CaseSensitive), beginning(Qt::CaseInsensitive)};
+    return all;
 }
 
 QString plain(QString name)
@@ -83,13 +85,13 @@ QList<Device::DeviceFeature> allFeatures()
 } // namespace
 
 std::optional<DeviceInfo> selectDevice(const QString &text, const QList<DeviceInfo> &devices,
-                                       QString *problem)
+                                       QString *problem, Abbreviation abbreviation)
 {
     if (devices.isEmpty()) {
         *problem = message("qelfrontend-device-none", excerpt(text));
         return {};
     }
-    const auto candidates = text.isEmpty() ? QList<Match>() : meanings(text);
+    const auto candidates = text.isEmpty() ? QList<Match>() : meanings(text, abbreviation);
     for (const Match &matches : candidates) {
         QList<DeviceInfo> found;
         for (const DeviceInfo &info : devices) {

@@ -255,6 +255,10 @@
         <source></source>
         <translation>Das Gerät hat es abgelehnt, %1 auszuführen, und keinen Grund genannt.</translation>
     </message>
+    <message id="qelfrontend-run-stalled">
+        <source></source>
+        <translation>Der Lauf hat seit %1 s kein Lebenszeichen gegeben.</translation>
+    </message>
     <message id="qelfrontend-run-timeout">
         <source></source>
         <translation>Der Lauf endete nicht innerhalb von %1 s und wurde angehalten. Prüfen Sie das Gerät oder geben Sie mehr Zeit.</translation>

@@ -255,6 +255,10 @@
         <source></source>
         <translation>The device refused to run %1 and gave no reason.</translation>
     </message>
+    <message id="qelfrontend-run-stalled">
+        <source></source>
+        <translation>The run has shown no sign of life for %1 s.</translation>
+    </message>
     <message id="qelfrontend-run-timeout">
         <source></source>
         <translation>The run did not end within %1 s and was stopped. Check the device, or allow more time.</translation>

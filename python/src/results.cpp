@@ -29,6 +29,8 @@ namespace {
 const char *kindName(Outcome::Kind kind)
 {
     switch (kind) {
+    case Outcome::Unfinished:
+        return "unfinished";
     case Outcome::Result:
         return "result";
     case Outcome::Refused:
