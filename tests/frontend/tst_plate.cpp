@@ -110,16 +110,39 @@ void PlateTest::writesTidyCsv()
 {
     const DeviceInfo device(DeviceInfo::UsbHid, QStringLiteral("d"), QStringLiteral("l"),
                             QStringLiteral("Reader, \"big\""), QStringLiteral("S1"));
-    const QList<QByteArray> lines =
-        (tidyCsvHeader() + tidyCsv(plate(absorbance()), device)).split('\n');
+    Plate whole = plate(absorbance());
+    whole.maximum = 4;
+    const QList<QByteArray> lines = (tidyCsvHeader() + tidyCsv(whole, device)).split('\n');
     QCOMPARE(lines.size(), 1 + 12 + 1);
     QCOMPARE(lines[0],
              QByteArray("device,serial,started_at,temperature_celsius,read,wavelength_nm,"
-                        "integration_time_ms,well,row,column,value,unit\r"));
+                        "integration_time_ms,well,row,column,value,unit,flag,run,note\r"));
     const QByteArray start = "\"Reader, \"\"big\"\"\",S1,2024-05-06T07:08:09.010Z,25.5,";
-    QCOMPARE(lines[1], start + "1,450,,A1,A,1,0.1,OD\r");
-    QCOMPARE(lines[4], start + "1,450,,B1,B,1,,OD\r");
-    QCOMPARE(lines[12], start + "2,620,,B3,B,3,inf,OD\r");
+    QCOMPARE(lines[1], start + "1,450,,A1,A,1,0.1,OD,,,\r");
+    QCOMPARE(lines[3], start + "1,450,,A3,A,3,4,OD,saturated,,\r");
+    QCOMPARE(lines[4], start + "1,450,,B1,B,1,,OD,not measured,,\r");
+    QCOMPARE(lines[12], start + "2,620,,B3,B,3,inf,OD,saturated,,\r");
+    QVERIFY(plateText(whole).contains(QLatin1String(">4.000")));
+
+    // For a spreadsheet that reads ";" and ",", and takes what begins with "=" for a formula.
+    CsvOptions options;
+    options.delimiter = ';';
+    options.decimal = ',';
+    options.run = 2;
+    options.note = QStringLiteral("=SUM(A1)");
+    const DeviceInfo formula(DeviceInfo::UsbHid, {}, {}, QStringLiteral("@x"),
+                             QStringLiteral("-1"));
+    QVERIFY(tidyCsv(whole, formula, options)
+                .startsWith("\"'@x\";\"'-1\";2024-05-06T07:08:09.010Z;25,5;1;450;;A1;A;1;0,1;OD;;2;"
+                            "\"'=SUM(A1)\"\r\n"));
+    QVERIFY(
+        plateCsv(whole, options)
+            .startsWith("\"'=SUM(A1)\"\r\n450 nm (OD), run 2, 2024-05-06T07:08:09.010Z;1;2;3\r\n"
+                        "A;0,1;"));
+    QCOMPARE(valueCsv(Device::DF_AmbientTemperature, 21.5, QStringLiteral("°C"), whole.startedAt,
+                      formula, options),
+             QByteArray("\"'@x\";\"'-1\";2024-05-06T07:08:09.010Z;ambient-temperature;;21,5;°C;2;"
+                        "\"'=SUM(A1)\"\r\n"));
 }
 
 void PlateTest::tellsRepeatedReadsApart()
@@ -144,7 +167,7 @@ void PlateTest::writesLuminescence()
     QVERIFY(plateCsv(*plate).startsWith("RLU/s,1,2,3\r\n"));
     const DeviceInfo device(DeviceInfo::Serial, {}, {}, {}, {});
     QVERIFY(tidyCsv(*plate, device)
-                .startsWith(",,2024-05-06T07:08:09.010Z,25.5,1,,500,A1,A,1,0.1,RLU/s\r\n"));
+                .startsWith(",,2024-05-06T07:08:09.010Z,25.5,1,,500,A1,A,1,0.1,RLU/s,,,\r\n"));
 }
 
 void PlateTest::ignoresTheLocale()
@@ -217,7 +240,12 @@ void PlateTest::writesRunJson()
 {
     const DeviceInfo device(DeviceInfo::Simulator, QStringLiteral("d"), QStringLiteral("l"),
                             QStringLiteral("n"), QStringLiteral("s"));
-    RunRecord record{device, {}, Device::DF_AbsorbanceMeasurement, QVariant(), QVariant(), {}};
+    RunRecord record{device,
+                     {},
+                     Device::DF_AbsorbanceMeasurement,
+                     QVariantHash{{QStringLiteral("maximum"), 4.0}},
+                     QVariant(),
+                     {}};
     record.configuration =
         QVariantHash{{QStringLiteral("wavelengths"), QVariant::fromValue(QList<int>{450, 620})}};
     record.outcome.result = absorbance();
@@ -235,13 +263,15 @@ void PlateTest::writesRunJson()
     QCOMPARE(document[QStringLiteral("elapsed")].toDouble(), 1.234);
     QCOMPARE(jsonText(document[QStringLiteral("configuration")]),
              QByteArray(R"({"wavelengths":[450,620]})"));
-    QCOMPARE(jsonText(document[QStringLiteral("plate")]),
-             QByteArray(R"({"columns":3,"integrationTime":null,"reads":[)"
-                        R"({"label":"450 nm","values":[[0.1,0.25,4],[null,1e-07,3]],)"
-                        R"("wavelength":450},)"
-                        R"({"label":"620 nm","values":[[1,2,3],[4,5,"inf"]],"wavelength":620}],)"
-                        R"("rows":2,"startedAt":"2024-05-06T07:08:09.010Z","temperature":25.5,)"
-                        R"("unit":"OD"})"));
+    QCOMPARE(
+        jsonText(document[QStringLiteral("plate")]),
+        QByteArray(
+            R"({"columns":3,"integrationTime":null,"maximum":4,"reads":[)"
+            R"({"label":"450 nm","saturated":["A3"],"values":[[0.1,0.25,4],[null,1e-07,3]],)"
+            R"("wavelength":450},)"
+            R"({"label":"620 nm","saturated":["B1","B2","B3"],"values":[[1,2,3],[4,5,"inf"]],"wavelength":620}],)"
+            R"("rows":2,"startedAt":"2024-05-06T07:08:09.010Z","temperature":25.5,)"
+            R"("unit":"OD"})"));
     // The result comes back as the device delivered it.
     Problem unreadable;
     const auto result = fromJson(document[QStringLiteral("result")], &unreadable);

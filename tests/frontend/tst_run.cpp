@@ -448,7 +448,7 @@ void RunTest::forwardsProgressAndValues()
     QList<int> seen;
     for (const auto &state : std::as_const(states))
         seen += state[0].toInt();
-    QCOMPARE(seen, (QList<int>{Run::Opening, Run::Preparing, Run::Executing, Run::Finished}));
+    QCOMPARE(seen, (QList<int>{Run::Opening, Run::Preparing, Run::Executing, Run::Ending, Run::Finished}));
 }
 
 void RunTest::configures()

@@ -7,7 +7,7 @@ import subprocess
 import time
 import unittest
 
-from harness import PATIENCE, ToolTest, at_run, reader
+from harness import PATIENCE, ToolTest, at_open, at_run, reader
 
 ESCAPES = re.compile(r"\x1b\[[0-9;]*[A-Za-z]")
 
@@ -190,6 +190,24 @@ class Questions(ToolTest):
                 self.assertEqual("450 nm" in terminal.screen, code == 0)
                 # Whatever comes next has a line of its own.
                 self.assertNotRegex(terminal.screen, r"\] *qelctl")
+
+    def test_what_was_typed_before_answers_nothing(self):
+        self.furnish(reader("A-1", "absorbance-96", at_open("delay", delay=700), plate=None))
+        terminal = self.on_terminal("--log", "info", *self.MEASURE)
+        terminal.expect("Creating device")
+        terminal.type("\n")
+        terminal.expect(r"Insert a plate .*\] ")
+        time.sleep(0.3)
+        self.assertNotIn("450 nm", terminal.screen)
+        terminal.type("n\n")
+        self.assertEqual(terminal.finish(), 7)
+
+    def test_a_long_line_is_one_answer(self):
+        terminal = self.ask()
+        terminal.type("x" * 256 + "\n")
+        terminal.expect(r"Insert a plate .*\] ")
+        terminal.type("n\n")
+        self.assertEqual(terminal.finish(), 7)
 
     def test_a_slip_is_asked_again(self):
         terminal = self.ask()

@@ -118,7 +118,7 @@ std::optional<int> CommandLine::parse(const QStringList &arguments, int minimum,
 
 static int pageWidth()
 {
-    return std::clamp(terminalWidth(STDOUT_FILENO), narrowestTerminal, 80);
+    return std::clamp(terminalWidth(dataDescriptor()), narrowestTerminal, 80);
 }
 
 // Paragraphs are folded anew, examples stand as they are.

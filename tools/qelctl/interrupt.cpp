@@ -1,28 +1,25 @@
 #include "interrupt.h"
 
 #include "tool.h"
+#include "watchdog.h"
 
-#include <algorithm>
 #include <csignal>
 
 #include <fcntl.h>
-#include <limits.h>
 #include <unistd.h>
 
 namespace qelctl {
 
 static int pipeEnds[2] = {-1, -1};
 static volatile std::sig_atomic_t leavesAtOnce = 1;
-static char fileToRemove[PATH_MAX + 1];
 
 static void onSignal(int)
 {
-    if (leavesAtOnce) {
-        if (fileToRemove[0] != '\0')
-            unlink(fileToRemove);
+    if (leavesAtOnce)
         _exit(Interrupted);
-    }
     leavesAtOnce = 1;
+    // For a driver that holds the event loop up; otherwise the ladder of a run is over by then.
+    limitProcess(ladderTime, Interrupted);
     const char byte = 0;
     // Nothing can be done here about a pipe that is full: one byte is enough to be noticed.
     if (write(pipeEnds[1], &byte, 1) < 0)
@@ -41,16 +38,6 @@ void catchInterrupts()
         if (before.sa_handler != SIG_IGN)
             sigaction(signal, &action, nullptr);
     }
-}
-
-void removeWhenInterrupted(const QByteArray &path)
-{
-    // The first byte last, so that a signal in between finds no half of a path.
-    fileToRemove[0] = '\0';
-    if (path.isEmpty() || path.size() > PATH_MAX)
-        return;
-    std::copy(path.cbegin() + 1, path.cend() + 1, fileToRemove + 1);
-    fileToRemove[0] = path.at(0);
 }
 
 static int openPipe()
@@ -74,6 +61,7 @@ Interrupt::Interrupt()
 Interrupt::~Interrupt()
 {
     leavesAtOnce = 1;
+    limitProcess(0, Done);
     m_notifier.setEnabled(false);
     ::close(pipeEnds[0]);
     ::close(pipeEnds[1]);

@@ -1,7 +1,6 @@
 #ifndef QELCTL_INTERRUPT_H
 #define QELCTL_INTERRUPT_H
 
-#include <QtCore/QByteArray>
 #include <QtCore/QObject>
 #include <QtCore/QSocketNotifier>
 
@@ -11,8 +10,8 @@ namespace qelctl {
 /// once with Interrupted, except while there is an Interrupt to tell of them.
 void catchInterrupts();
 
-/// Has the file `path` removed when the process ends at once. Empty: none.
-void removeWhenInterrupted(const QByteArray &path);
+/// How long, in milliseconds, a run may take at most to obey a cancellation or its time limit.
+constexpr int ladderTime = 10000;
 
 /// Tells of the first Ctrl-C with a signal, from the event loop; the second one ends the process at
 /// once. One instance at a time.

@@ -2,6 +2,7 @@
 #include "interrupt.h"
 #include "output.h"
 #include "tool.h"
+#include "watchdog.h"
 
 #include <qelfrontend/frontend.h>
 #include <worker.h>
@@ -147,8 +148,11 @@ int main(int argc, char *argv[])
         return qel::conformance::runWorker(argc, argv);
     // A reader that has gone is an error like any other: it is reported when writing fails.
     std::signal(SIGPIPE, SIG_IGN);
+    qelctl::takeStandardOutput();
     qelctl::catchInterrupts();
     QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("qelctl"));
-    return qelctl::runTool(application);
+    const int code = qelctl::runTool(application);
+    qelctl::toolHasEnded();
+    return code;
 }

@@ -1,8 +1,9 @@
 #ifndef QELCTL_OUTPUT_H
 #define QELCTL_OUTPUT_H
 
+#include <qelfrontend/resultfile.h>
+
 #include <QtCore/QByteArray>
-#include <QtCore/QFile>
 #include <QtCore/QObject>
 #include <QtCore/QString>
 #include <QtCore/QTimer>
@@ -11,35 +12,39 @@
 
 namespace qelctl {
 
+/// Takes the standard output for data alone: from now on whatever else is written to it, by a
+/// driver for instance, goes to standard error. Standard streams that are closed lead nowhere, so
+/// that no file gets their numbers. To be called first of all.
+void takeStandardOutput();
+/// The descriptor of what was the standard output.
+int dataDescriptor();
+
 /// Where data goes: standard output or a file.
 class Output
 {
 public:
-    /// Opens standard output (an empty `path`) or the file at `path`. An existing file is replaced
-    /// only with `force`, and only when commit() is reached: until then the data goes to a file
-    /// beside it, which is removed without commit(). What is no regular file, such as a pipe, is
-    /// written to directly.
+    using Existing = qel::frontend::ResultFile::Existing;
+
+    /// Opens standard output (`path` is empty or "-") or prepares the file at `path`.
     /// @return null, and a sentence in `problem`, when it cannot be opened
-    static std::unique_ptr<Output> open(const QString &path, bool force, QString *problem);
-    ~Output();
+    static std::unique_ptr<Output> open(const QString &path, Existing existing, QString *problem);
 
     /// Whether data goes to a terminal.
     bool isTerminal() const;
+    /// Whether data goes to a file, which keeps it.
+    bool isFile() const;
+    /// The file as the user wrote it.
+    QString path() const;
 
-    /// Writes `data`; false, and a sentence in `problem`, when it does not get there.
+    /// Writes `data`, whole or not at all where it goes to a file, and safe when this returns.
+    /// False, and a sentence in `problem`, when it does not get there.
     bool write(const QByteArray &data, QString *problem);
-    /// Makes sure that everything written is there, and puts the file in its place.
-    bool commit(QString *problem);
 
 private:
     Output() = default;
-    QString openBeside(bool force);
-    QString describe(const QString &reason) const;
 
-    QString m_path;          // as the user wrote it; empty for standard output
-    QByteArray m_place;      // where commit() puts the file; empty where there is nothing to put
-    bool m_replaces = false; // what is at m_place
-    std::unique_ptr<QFile> m_file;
+    QString m_path;
+    std::unique_ptr<qel::frontend::ResultFile> m_file; // null for standard output
 };
 
 /// Writes `data` to standard output.

@@ -3,6 +3,7 @@
 #include "statusline.h"
 #include "tool.h"
 
+#include <termios.h>
 #include <unistd.h>
 
 namespace qelctl {
@@ -22,6 +23,9 @@ void Prompt::ask(Run *run, int actionId, const QString &action)
     m_actionId = actionId;
     const bool canAsk = isatty(STDIN_FILENO) && isatty(STDERR_FILENO);
     if (m_policy == Policy::Ask && canAsk) {
+        // What was typed before the question answers something else.
+        tcflush(STDIN_FILENO, TCIFLUSH);
+        m_line.clear();
         showQuestion(text("qelctl-prompt", action));
         if (!m_input) {
             m_input = std::make_unique<QSocketNotifier>(STDIN_FILENO, QSocketNotifier::Read);
@@ -36,8 +40,8 @@ void Prompt::ask(Run *run, int actionId, const QString &action)
     answer(m_policy == Policy::Confirm);
 }
 
-// A terminal hands over whole lines. The end of the input is a no; what is neither a yes nor a no,
-// such as a slip of the finger, is asked again.
+// The end of the input is a no; what is neither a yes nor a no, such as a slip of the finger, is
+// asked again. A line may come in several parts.
 void Prompt::readAnswer()
 {
     m_input->setEnabled(false);
@@ -45,8 +49,13 @@ void Prompt::readAnswer()
     const ssize_t size = read(STDIN_FILENO, buffer, sizeof buffer);
     if (size <= 0)
         return answer(false);
+    m_line.append(buffer, int(size));
+    if (!m_line.contains('\n')) {
+        m_input->setEnabled(true);
+        return;
+    }
     questionAnswered();
-    const QString line = QString::fromLocal8Bit(buffer, int(size)).trimmed().toLower();
+    const QString line = QString::fromLocal8Bit(m_line).trimmed().toLower();
     const QStringList yes{QString(), QStringLiteral("y"), QStringLiteral("yes"),
                           QStringLiteral("j"), QStringLiteral("ja")};
     const QStringList no{QStringLiteral("n"), QStringLiteral("no"), QStringLiteral("nein")};

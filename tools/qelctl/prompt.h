@@ -3,6 +3,7 @@
 
 #include <qelfrontend/run.h>
 
+#include <QtCore/QByteArray>
 #include <QtCore/QObject>
 #include <QtCore/QPointer>
 #include <QtCore/QSocketNotifier>
@@ -39,6 +40,7 @@ private:
     QPointer<qel::frontend::Run> m_run;
     QString m_action;
     int m_actionId = -1;
+    QByteArray m_line; // as far as it has been typed
 };
 
 } // namespace qelctl

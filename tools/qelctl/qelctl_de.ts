@@ -146,6 +146,118 @@ Rückgabewerte: 0 erledigt, 1 Lauf fehlgeschlagen, 2 falscher Aufruf, 3 Gerät o
         <source></source>
         <translation>Die Standardausgabe liest niemand mehr.</translation>
     </message>
+    <message id="qelctl-taken">
+        <source></source>
+        <translation>Nehme %1.</translation>
+    </message>
+    <message id="qelctl-run-unfinished">
+        <source></source>
+        <translation>Der Treiber hat die Ereignisschleife des Werkzeugs beendet, bevor der Lauf zu Ende war.</translation>
+    </message>
+    <message id="qelctl-driver-crashed">
+        <source></source>
+        <translation>Ein Treiber ist abgestürzt</translation>
+    </message>
+    <message id="qelctl-driver-hangs">
+        <source></source>
+        <translation>Ein Treiber kehrt aus einem Aufruf nicht zurück</translation>
+    </message>
+    <message id="qelctl-driver-exits">
+        <source></source>
+        <translation>Ein Treiber hat den Prozess beendet</translation>
+    </message>
+    <message id="qelctl-driver-event">
+        <source></source>
+        <translation>Ereignisschleife</translation>
+    </message>
+    <message id="qelctl-no-plain-file">
+        <source></source>
+        <translation>%1 ist keine gewöhnliche Datei; eine Pipe oder ein Gerät endet womöglich nie.</translation>
+    </message>
+    <message id="qelctl-run-no-separator">
+        <source></source>
+        <translation>--%1 nimmt eines der Zeichen , ; . | tab und Leerzeichen, nicht „%2“.</translation>
+    </message>
+    <message id="qelctl-run-same-separators">
+        <source></source>
+        <translation>Trennzeichen und Dezimalzeichen sind gleich; geben Sie mit --delimiter oder --decimal ein anderes an.</translation>
+    </message>
+    <message id="qelctl-run-format-suffix">
+        <source></source>
+        <translation>Eine Datei namens %1 enthält nicht das Format %2; ändern Sie eins von beiden.</translation>
+    </message>
+    <message id="qelctl-run-interval-alone">
+        <source></source>
+        <translation>--interval gehört zu --repeat.</translation>
+    </message>
+    <message id="qelctl-run-no-such-progress">
+        <source></source>
+        <translation>Einen Fortschritt „%1“ gibt es nicht; es gibt json.</translation>
+    </message>
+    <message id="qelctl-run-option-exact">
+        <source></source>
+        <translation>GERÄT nur als ganze Seriennummer, ganzen Pfad oder ganzen Namen verstehen, wie es Skripte immer tun.</translation>
+    </message>
+    <message id="qelctl-run-option-delimiter">
+        <source></source>
+        <translation>Zwischen den Werten von csv und plate: , (voreingestellt) ; | tab.</translation>
+    </message>
+    <message id="qelctl-run-option-decimal">
+        <source></source>
+        <translation>Das Dezimalzeichen in csv und plate: . (voreingestellt) oder ,.</translation>
+    </message>
+    <message id="qelctl-run-option-note">
+        <source></source>
+        <translation>Eine Notiz, die in jedem Format beim Ergebnis steht.</translation>
+    </message>
+    <message id="qelctl-run-option-resume">
+        <source></source>
+        <translation>Die Reihe in der Datei von --output (csv oder json) nach ihrem letzten fertigen Lauf fortsetzen.</translation>
+    </message>
+    <message id="qelctl-run-option-progress">
+        <source></source>
+        <translation>Den Fortschritt als JSON auf die Fehlerausgabe schreiben, eine Zeile je Meldung.</translation>
+    </message>
+    <message id="qelctl-run-no-placeholder">
+        <source></source>
+        <translation>Der Name einer Datei kennt {serial}, {name}, {feature} und {time}, nicht %1.</translation>
+    </message>
+    <message id="qelctl-run-resume-what">
+        <source></source>
+        <translation>--resume gehört zu --repeat und einer Datei in --output.</translation>
+    </message>
+    <message id="qelctl-run-resume-format">
+        <source></source>
+        <translation>Nur eine Reihe in csv oder json lässt sich fortsetzen; in den anderen Formaten sind die Läufe nicht zu unterscheiden.</translation>
+    </message>
+    <message id="qelctl-run-resume-other">
+        <source></source>
+        <translation>%1 enthält Läufe eines anderen Geräts.</translation>
+    </message>
+    <message id="qelctl-run-resume-none">
+        <source></source>
+        <translation>%1 enthält keine Reihe von Läufen.</translation>
+    </message>
+    <message id="qelctl-run-interval-short">
+        <source></source>
+        <translation>Ein Lauf dauert länger als der Abstand; der nächste beginnt sofort.</translation>
+    </message>
+    <message id="qelctl-run-printed-instead">
+        <source></source>
+        <translation>Das Ergebnis steht stattdessen auf der Standardausgabe.</translation>
+    </message>
+    <message id="qelctl-run-kept">
+        <source></source>
+        <translation>%1 von %2 Läufen sind fertig und stehen in %3; --resume setzt sie fort.</translation>
+    </message>
+    <message id="qelctl-run-next">
+        <source></source>
+        <translation>Lauf %1 von %2 beginnt um %3.</translation>
+    </message>
+    <message id="qelctl-run-heading">
+        <source></source>
+        <translation>Lauf %1 von %2, %3</translation>
+    </message>
     <message id="qelctl-run-no-file">
         <source></source>
         <translation>--output nimmt den Namen einer Datei.</translation>
@@ -389,7 +501,7 @@ Rückgabewerte: 0 erledigt, 1 Lauf fehlgeschlagen, 2 falscher Aufruf, 3 Gerät o
     </message>
     <message id="qelctl-run-option-timeout">
         <source></source>
-        <translation>Nach S Sekunden aufgeben (600 ohne Angabe).</translation>
+        <translation>Einen Lauf nach S Sekunden aufgeben; ohne diese Angabe nach 10 Minuten ohne Fortschritt.</translation>
     </message>
     <message id="qelctl-run-option-yes">
         <source></source>
@@ -405,7 +517,7 @@ Rückgabewerte: 0 erledigt, 1 Lauf fehlgeschlagen, 2 falscher Aufruf, 3 Gerät o
     </message>
     <message id="qelctl-run-option-output">
         <source></source>
-        <translation>Das Ergebnis in DATEI statt auf die Standardausgabe schreiben.</translation>
+        <translation>Das Ergebnis in DATEI statt auf die Standardausgabe schreiben; die Endung bestimmt das Format. DATEI kann {serial}, {name}, {feature} und {time} enthalten.</translation>
     </message>
     <message id="qelctl-run-option-force">
         <source></source>
@@ -417,7 +529,7 @@ Rückgabewerte: 0 erledigt, 1 Lauf fehlgeschlagen, 2 falscher Aufruf, 3 Gerät o
     </message>
     <message id="qelctl-run-option-interval">
         <source></source>
-        <translation>Den nächsten Lauf S Sekunden nach dem vorigen beginnen.</translation>
+        <translation>Jeden Lauf S Sekunden nach dem Beginn des vorigen beginnen.</translation>
     </message>
     <message id="qelctl-run-option-no-progress">
         <source></source>

@@ -146,6 +146,118 @@ Exit codes: 0 done, 1 run failed, 2 wrong usage, 3 no such device or feature, 4 
         <source></source>
         <translation>Nobody reads the standard output any more.</translation>
     </message>
+    <message id="qelctl-taken">
+        <source></source>
+        <translation>Taking %1.</translation>
+    </message>
+    <message id="qelctl-run-unfinished">
+        <source></source>
+        <translation>The driver has ended the event loop of the tool before the run had ended.</translation>
+    </message>
+    <message id="qelctl-driver-crashed">
+        <source></source>
+        <translation>A driver has crashed</translation>
+    </message>
+    <message id="qelctl-driver-hangs">
+        <source></source>
+        <translation>A driver does not return from a call</translation>
+    </message>
+    <message id="qelctl-driver-exits">
+        <source></source>
+        <translation>A driver has ended the process</translation>
+    </message>
+    <message id="qelctl-driver-event">
+        <source></source>
+        <translation>event loop</translation>
+    </message>
+    <message id="qelctl-no-plain-file">
+        <source></source>
+        <translation>%1 is no plain file; a pipe or a device might never end.</translation>
+    </message>
+    <message id="qelctl-run-no-separator">
+        <source></source>
+        <translation>--%1 takes one of , ; . | tab and space, not ‘%2’.</translation>
+    </message>
+    <message id="qelctl-run-same-separators">
+        <source></source>
+        <translation>The delimiter and the decimal point are the same character; give --delimiter or --decimal another one.</translation>
+    </message>
+    <message id="qelctl-run-format-suffix">
+        <source></source>
+        <translation>A file called %1 does not hold the format %2; change one of them.</translation>
+    </message>
+    <message id="qelctl-run-interval-alone">
+        <source></source>
+        <translation>--interval goes with --repeat.</translation>
+    </message>
+    <message id="qelctl-run-no-such-progress">
+        <source></source>
+        <translation>There is no progress ‘%1’; there is json.</translation>
+    </message>
+    <message id="qelctl-run-option-exact">
+        <source></source>
+        <translation>Take DEVICE only as a whole serial, path or name, as scripts do anyway.</translation>
+    </message>
+    <message id="qelctl-run-option-delimiter">
+        <source></source>
+        <translation>Between the values of csv and plate: , (the default) ; | tab.</translation>
+    </message>
+    <message id="qelctl-run-option-decimal">
+        <source></source>
+        <translation>The decimal point in csv and plate: . (the default) or ,.</translation>
+    </message>
+    <message id="qelctl-run-option-note">
+        <source></source>
+        <translation>A note that goes with the result in every format.</translation>
+    </message>
+    <message id="qelctl-run-option-resume">
+        <source></source>
+        <translation>Go on with the series in the file of --output (csv or json) after its last finished run.</translation>
+    </message>
+    <message id="qelctl-run-option-progress">
+        <source></source>
+        <translation>Write the progress to standard error as JSON, one line each.</translation>
+    </message>
+    <message id="qelctl-run-no-placeholder">
+        <source></source>
+        <translation>The name of a file knows {serial}, {name}, {feature} and {time}, not %1.</translation>
+    </message>
+    <message id="qelctl-run-resume-what">
+        <source></source>
+        <translation>--resume goes with --repeat and a file in --output.</translation>
+    </message>
+    <message id="qelctl-run-resume-format">
+        <source></source>
+        <translation>Only a series in csv or json can be resumed; the other formats do not tell the runs apart.</translation>
+    </message>
+    <message id="qelctl-run-resume-other">
+        <source></source>
+        <translation>%1 holds runs of another instrument.</translation>
+    </message>
+    <message id="qelctl-run-resume-none">
+        <source></source>
+        <translation>%1 does not hold a series of runs.</translation>
+    </message>
+    <message id="qelctl-run-interval-short">
+        <source></source>
+        <translation>A run takes longer than the interval; the next one begins at once.</translation>
+    </message>
+    <message id="qelctl-run-printed-instead">
+        <source></source>
+        <translation>The result is printed on standard output instead.</translation>
+    </message>
+    <message id="qelctl-run-kept">
+        <source></source>
+        <translation>%1 of %2 runs are finished and kept in %3; --resume goes on with them.</translation>
+    </message>
+    <message id="qelctl-run-next">
+        <source></source>
+        <translation>Run %1 of %2 begins at %3.</translation>
+    </message>
+    <message id="qelctl-run-heading">
+        <source></source>
+        <translation>Run %1 of %2, %3</translation>
+    </message>
     <message id="qelctl-run-no-file">
         <source></source>
         <translation>--output takes the name of a file.</translation>
@@ -389,7 +501,7 @@ Exit codes: 0 done, 1 run failed, 2 wrong usage, 3 no such device or feature, 4 
     </message>
     <message id="qelctl-run-option-timeout">
         <source></source>
-        <translation>Give up after S seconds (600 unless given).</translation>
+        <translation>Give up a run after S seconds; without it, after 10 minutes without progress.</translation>
     </message>
     <message id="qelctl-run-option-yes">
         <source></source>
@@ -405,7 +517,7 @@ Exit codes: 0 done, 1 run failed, 2 wrong usage, 3 no such device or feature, 4 
     </message>
     <message id="qelctl-run-option-output">
         <source></source>
-        <translation>Write the result to FILE instead of the standard output.</translation>
+        <translation>Write the result to FILE instead of the standard output; its suffix decides the format. FILE may hold {serial}, {name}, {feature} and {time}.</translation>
     </message>
     <message id="qelctl-run-option-force">
         <source></source>
@@ -417,7 +529,7 @@ Exit codes: 0 done, 1 run failed, 2 wrong usage, 3 no such device or feature, 4 
     </message>
     <message id="qelctl-run-option-interval">
         <source></source>
-        <translation>Start the next run S seconds after the one before.</translation>
+        <translation>Start each run S seconds after the start of the one before.</translation>
     </message>
     <message id="qelctl-run-option-no-progress">
         <source></source>

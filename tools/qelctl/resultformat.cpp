@@ -13,13 +13,13 @@
 #include <qelfrontend/runjson.h>
 
 #include <qelvalues/features.h>
+#include <qelvalues/names.h>
 #include <qelvalues/valuecodec.h>
 
 #include <QtCore/QDateTime>
+#include <QtCore/QFileInfo>
 #include <QtCore/QLocale>
 #include <QtCore/QStringList>
-
-#include <unistd.h>
 
 namespace qelctl {
 
@@ -29,15 +29,38 @@ using qel::devices::Device;
 
 std::optional<Format> formatNamed(const QString &name)
 {
-    const QStringList names{QStringLiteral("table"), QStringLiteral("plate"), QStringLiteral("csv"),
-                            QStringLiteral("json")};
-    const int index = names.indexOf(name);
-    return index >= 0 ? std::optional(Format(index)) : std::nullopt;
+    for (const auto &[known, format] : {std::pair("table", Format::Table),
+                                        {"plate", Format::Plate},
+                                        {"csv", Format::Csv},
+                                        {"json", Format::Json}}) {
+        if (name == QLatin1String(known))
+            return format;
+    }
+    return std::nullopt;
+}
+
+std::optional<Format> formatOfSuffix(const QString &path)
+{
+    const QString suffix = QFileInfo(path).suffix().toLower();
+    for (const auto &[known, format] : {std::pair("txt", Format::Table),
+                                        {"csv", Format::Csv},
+                                        {"json", Format::Json},
+                                        {"jsonl", Format::Json}}) {
+        if (suffix == QLatin1String(known))
+            return format;
+    }
+    return std::nullopt;
+}
+
+bool fitsSuffix(Format format, const QString &path)
+{
+    const auto due = formatOfSuffix(path);
+    return !due || *due == format || (*due == Format::Csv && format == Format::Plate);
 }
 
 bool isFormatFor(Format format, Device::DeviceFeature feature)
 {
-    return isMeasurement(feature) || format == Format::Table || format == Format::Json;
+    return isMeasurement(feature) || format != Format::Plate;
 }
 
 static QString unitOf(const ResultContext &context)
@@ -85,20 +108,61 @@ static QByteArray asText(const QVariant &result, const ResultContext &context)
     return lines.toUtf8();
 }
 
+static RunRecord recordOf(const Outcome &outcome, const ResultContext &context)
+{
+    const Device &device = *context.device;
+    const bool isSeries = context.count > 1;
+    return {device.deviceInfo(),
+            pluginOfDriver(device.driver()),
+            context.feature,
+            device.descriptor(context.feature),
+            device.configuration(context.feature),
+            outcome,
+            isSeries ? context.number : 0,
+            isSeries ? context.count : 0,
+            context.style.note};
+}
+
 static std::optional<QByteArray> asJson(const Outcome &outcome, const ResultContext &context,
                                         QString *problem)
 {
-    const Device &device = *context.device;
-    const RunRecord record{device.deviceInfo(),
-                           pluginOfDriver(device.driver()),
-                           context.feature,
-                           device.descriptor(context.feature),
-                           device.configuration(context.feature),
-                           outcome};
-    const auto json = runToJson(record, problem);
+    const auto json = runToJson(recordOf(outcome, context), problem);
     if (!json)
         return std::nullopt;
-    return context.oneOfMany ? inOneLine(*json) : indented(*json);
+    return context.count > 1 ? inOneLine(*json) : indented(*json);
+}
+
+static CsvOptions csvOptions(const ResultContext &context)
+{
+    CsvOptions options;
+    options.delimiter = context.style.delimiter;
+    options.decimal = context.style.decimal;
+    options.run = context.count > 1 ? context.number : 0;
+    options.note = context.style.note;
+    return options;
+}
+
+static QByteArray asCsv(const Outcome &outcome, const ResultContext &context)
+{
+    const CsvOptions options = csvOptions(context);
+    return (context.isFirst ? valueCsvHeader(options) : QByteArray())
+        + valueCsv(context.feature, outcome.result, unitOf(context), outcome.startedAt,
+                   context.device->deviceInfo(), options);
+}
+
+// Above the table of a run: what the other formats have in columns.
+static QByteArray heading(const Outcome &outcome, const ResultContext &context)
+{
+    QString lines;
+    if (context.count > 1) {
+        lines += text("qelctl-run-heading", QString::number(context.number),
+                      QString::number(context.count),
+                      outcome.startedAt.toLocalTime().toString(QStringLiteral("HH:mm:ss")))
+            + QLatin1Char('\n');
+    }
+    if (!context.style.note.isEmpty())
+        lines += printable(context.style.note) + QLatin1Char('\n');
+    return lines.toUtf8();
 }
 
 std::optional<QByteArray> formatResult(const Outcome &outcome, Format format,
@@ -106,25 +170,69 @@ std::optional<QByteArray> formatResult(const Outcome &outcome, Format format,
 {
     if (format == Format::Json)
         return asJson(outcome, context, problem);
-    if (!isMeasurement(context.feature))
-        return asText(outcome.result, context);
-    const auto plate = plateFromResult(context.feature, outcome.result, problem);
+    if (!isMeasurement(context.feature)) {
+        return format == Format::Csv ? asCsv(outcome, context)
+                                     : heading(outcome, context) + asText(outcome.result, context);
+    }
+    const auto plate = plateFromResult(context.feature, outcome.result, problem,
+                                       context.device->descriptor(context.feature));
     if (!plate)
         return std::nullopt;
-    const QByteArray gap = context.number > 0 ? "\r\n" : "";
+    const CsvOptions options = csvOptions(context);
     switch (format) {
     case Format::Plate:
-        return gap + plateCsv(*plate);
+        return (context.isFirst ? "" : "\r\n") + plateCsv(*plate, options);
     case Format::Csv:
-        return (context.number > 0 ? QByteArray() : tidyCsvHeader())
-            + tidyCsv(*plate, context.device->deviceInfo());
+        return (context.isFirst ? tidyCsvHeader(options) : QByteArray())
+            + tidyCsv(*plate, context.device->deviceInfo(), options);
     default:
         break;
     }
     PlateTextStyle style;
     style.colors = usesColor(context.toTerminal);
-    style.width = context.toTerminal ? terminalWidth(STDOUT_FILENO) : 0;
-    return (context.number > 0 ? "\n" : "") + plateText(*plate, style).toUtf8();
+    style.width = context.toTerminal ? terminalWidth(dataDescriptor()) : 0;
+    return (context.isFirst ? "" : "\n") + heading(outcome, context)
+        + plateText(*plate, style).toUtf8();
+}
+
+static QString outcomeName(const Outcome &outcome)
+{
+    switch (outcome.kind) {
+    case Outcome::Unfinished:
+        return QStringLiteral("unfinished");
+    case Outcome::Result:
+        return QStringLiteral("result");
+    case Outcome::Refused:
+        return QStringLiteral("refused");
+    case Outcome::CannotOpen:
+        return QStringLiteral("cannot-open");
+    case Outcome::Failed:
+        return QStringLiteral("failed");
+    case Outcome::AbortedByUser:
+        return QStringLiteral("aborted-by-user");
+    case Outcome::TimedOut:
+        return QStringLiteral("timed-out");
+    case Outcome::DeviceGone:
+        return QStringLiteral("device-gone");
+    }
+    return {};
+}
+
+QByteArray errorDocument(const Outcome &outcome, int code, const ResultContext &context)
+{
+    QJsonObject json = document(QStringLiteral("qeldevices-run-error"));
+    json.insert(QStringLiteral("outcome"), outcomeName(outcome));
+    json.insert(QStringLiteral("exitCode"), code);
+    json.insert(QStringLiteral("errorCode"), outcome.code);
+    json.insert(QStringLiteral("errorId"), outcome.trId);
+    json.insert(QStringLiteral("sentence"), outcome.sentence);
+    json.insert(QStringLiteral("details"), outcome.additionalInfo);
+    json.insert(QStringLiteral("device"), deviceToJson(context.device->deviceInfo()));
+    json.insert(QStringLiteral("feature"), featureName(context.feature));
+    json.insert(QStringLiteral("run"),
+                QJsonObject{{QStringLiteral("number"), context.number},
+                            {QStringLiteral("of"), context.count}});
+    return context.count > 1 ? inOneLine(json) : indented(json);
 }
 
 } // namespace qelctl

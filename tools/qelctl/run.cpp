@@ -1,25 +1,23 @@
 #include "commands.h"
 #include "interrupt.h"
 #include "output.h"
-#include "prompt.h"
-#include "resultformat.h"
+#include "resume.h"
+#include "series.h"
+#include "startup.h"
 #include "statusline.h"
 #include "target.h"
+#include "watchdog.h"
 
-#include <qelfrontend/configuration.h>
 #include <qelfrontend/problems.h>
-#include <qelfrontend/run.h>
 #include <qelfrontend/selection.h>
 
 #include <qelvalues/names.h>
 #include <qelvalues/valuecodec.h>
 
-#include <QtCore/QElapsedTimer>
-#include <QtCore/QEventLoop>
+#include <QtCore/QDateTime>
 #include <QtCore/QFile>
-#include <QtCore/QTimer>
-
-#include <algorithm>
+#include <QtCore/QFileInfo>
+#include <QtCore/QRegularExpression>
 
 namespace qelctl {
 
@@ -29,30 +27,22 @@ using qel::devices::Device;
 
 namespace {
 
-// What the command line asks for.
-struct Request
-{
-    Device::DeviceFeature feature = Device::DF_None;
-    QJsonObject configuration;
-    QStringList assignments; // KEY=VALUE
-    Format format = Format::Table;
-    Prompt::Policy policy = Prompt::Policy::Ask;
-    int timeout = 600000; // ms; a driver that never answers must not hang a script
-    int repeat = 1;
-    int interval = 0; // ms from the start of one run to the start of the next
-};
-
 // JSON as it stands, or the name of a file behind "@". Nothing after a complaint.
 std::optional<QJsonObject> readConfigurationOption(const QString &value)
 {
     QByteArray json = value.toUtf8();
     if (value.startsWith(QLatin1Char('@'))) {
         QFile file(value.mid(1));
+        // A pipe or a device may never end.
+        if (QFileInfo::exists(file.fileName()) && !QFileInfo(file).isFile()) {
+            complain(text("qelctl-no-plain-file", file.fileName()));
+            return std::nullopt;
+        }
         if (!file.open(QIODevice::ReadOnly)) {
             complain(text("qelctl-cannot-read", file.fileName(), file.errorString()));
             return std::nullopt;
         }
-        json = file.readAll();
+        json = file.read(maximumJsonSize + 1);
     }
     Problem problem;
     const auto parsed = parseJson(json, &problem);
@@ -63,7 +53,72 @@ std::optional<QJsonObject> readConfigurationOption(const QString &value)
     return std::nullopt;
 }
 
-// A Done request, or the exit code after a complaint.
+// A single ASCII character that cannot be part of a number or a quotation.
+bool isSeparator(const QString &text)
+{
+    return text.size() == 1 && QStringLiteral(",;.\t| ").contains(text);
+}
+
+// Done, or the exit code after a complaint.
+int readStyle(const CommandLine &line, ResultStyle *style)
+{
+    style->note = line.value(QStringLiteral("note"));
+    for (const auto &[option, target] : {std::pair(QStringLiteral("delimiter"), &style->delimiter),
+                                         std::pair(QStringLiteral("decimal"), &style->decimal)}) {
+        if (!line.has(option))
+            continue;
+        QString value = line.value(option);
+        if (value == QLatin1String("\\t") || value == QLatin1String("tab"))
+            value = QLatin1Char('\t');
+        if (!isSeparator(value))
+            return fail(BadUsage, text("qelctl-run-no-separator", option, value));
+        *target = value.at(0).toLatin1();
+    }
+    if (style->delimiter == style->decimal)
+        return fail(BadUsage, text("qelctl-run-same-separators"));
+    return Done;
+}
+
+// Done, or the exit code after a complaint.
+int readFormat(const CommandLine &line, Request *request)
+{
+    const QString path = line.value(QStringLiteral("output"));
+    const QString name = line.value(QStringLiteral("format"));
+    if (name.isEmpty()) {
+        request->format = formatOfSuffix(path).value_or(Format::Table);
+        return Done;
+    }
+    const auto known = formatNamed(name);
+    if (!known)
+        return fail(BadUsage, text("qelctl-run-no-such-format", name));
+    if (!fitsSuffix(*known, path))
+        return fail(BadUsage, text("qelctl-run-format-suffix", path, name));
+    request->format = *known;
+    return Done;
+}
+
+// Done, or the exit code after a complaint.
+int readNumbers(const CommandLine &line, Request *request)
+{
+    const auto read = [&](const char *name, auto reader, int minimum, auto keep) {
+        const QString option = QString::fromLatin1(name);
+        if (!line.has(option))
+            return true;
+        const std::optional<int> value = reader(option, line.value(option), minimum);
+        if (value)
+            keep(*value);
+        return value.has_value();
+    };
+    if (!read("timeout", &readSeconds, 1, [&](int value) { request->timeout = value; })
+        || !read("interval", &readSeconds, 0, [&](int value) { request->interval = value; })
+        || !read("repeat", &readCount, 1, [&](int value) { request->repeat = value; }))
+        return BadUsage;
+    if (request->interval && request->repeat == 1)
+        return fail(BadUsage, text("qelctl-run-interval-alone"));
+    return Done;
+}
+
+// Done, or the exit code after a complaint.
 int readOptions(const CommandLine &line, Request *request)
 {
     if (line.has(QStringLiteral("config"))) {
@@ -74,6 +129,10 @@ int readOptions(const CommandLine &line, Request *request)
     }
     if (line.has(QStringLiteral("no-progress")))
         hideProgress();
+    const QString progress = line.value(QStringLiteral("progress"));
+    if (!progress.isEmpty() && progress != QLatin1String("json"))
+        return fail(BadUsage, text("qelctl-run-no-such-progress", progress));
+    request->progressAsJson = !progress.isEmpty();
     request->assignments = line.values(QStringLiteral("set"));
     if (line.has(QStringLiteral("yes")) && line.has(QStringLiteral("no-input")))
         return fail(BadUsage, text("qelctl-run-yes-and-no"));
@@ -81,166 +140,88 @@ int readOptions(const CommandLine &line, Request *request)
         request->policy = Prompt::Policy::Confirm;
     if (line.has(QStringLiteral("no-input")))
         request->policy = Prompt::Policy::Abort;
-
-    const auto number = [&](const char *name, int *target, auto read, int minimum) {
-        const QString option = QString::fromLatin1(name);
-        if (!line.has(option))
-            return true;
-        const std::optional<int> value = read(option, line.value(option), minimum);
-        *target = value.value_or(0);
-        return value.has_value();
-    };
-    if (!number("timeout", &request->timeout, &readSeconds, 1)
-        || !number("interval", &request->interval, &readSeconds, 0)
-        || !number("repeat", &request->repeat, &readCount, 1))
-        return BadUsage;
     if (line.has(QStringLiteral("output")) && line.value(QStringLiteral("output")).isEmpty())
         return fail(BadUsage, text("qelctl-run-no-file"));
-
-    const QString format = line.value(QStringLiteral("format"));
-    if (!format.isEmpty()) {
-        const auto known = formatNamed(format);
-        if (!known)
-            return fail(BadUsage, text("qelctl-run-no-such-format", format));
-        request->format = *known;
-    }
-    return Done;
-}
-
-// The runs of one command, one after another, on one device.
-class Runs
-{
-public:
-    Runs(Device *device, const Request &request, Output *output, Interrupt *interrupt);
-
-    // An exit code; a complaint has been printed unless it is Done.
-    int perform();
-
-private:
-    RunRequest makeRunRequest();
-    int performOne(int number);
-    int write(const Outcome &outcome, int number);
-    void waitFor(qint64 milliseconds);
-
-    Device *m_device;
-    Request m_request;
-    Output *m_output;
-    Interrupt *m_interrupt;
-    Prompt m_prompt;
-    bool m_configurationRefused = false;
-};
-
-Runs::Runs(Device *device, const Request &request, Output *output, Interrupt *interrupt)
-    : m_device(device)
-    , m_request(request)
-    , m_output(output)
-    , m_interrupt(interrupt)
-    , m_prompt(request.policy)
-{ }
-
-RunRequest Runs::makeRunRequest()
-{
-    RunRequest run;
-    run.feature = m_request.feature;
-    run.deadline = std::chrono::milliseconds(m_request.timeout);
-    run.configure = [this](const QVariant &descriptor, QString *problem) {
-        QJsonObject configuration = m_request.configuration;
-        QStringList problems;
-        for (const QString &assignment : qAsConst(m_request.assignments)) {
-            QString mistake;
-            if (!assignSetting(&configuration, assignment, descriptor, &mistake))
-                problems.append(mistake);
-        }
-        auto typed = readConfiguration(configuration, descriptor, &problems);
-        if (problems.isEmpty() && typed)
-            return typed;
-        m_configurationRefused = true;
-        std::transform(problems.begin(), problems.end(), problems.begin(), &sentence);
-        *problem = problems.join(QLatin1Char(' '));
-        return std::optional<QVariant>();
-    };
-    return run;
-}
-
-int Runs::perform()
-{
-    for (int number = 0; number < m_request.repeat; ++number) {
-        QElapsedTimer clock;
-        clock.start();
-        if (const int code = performOne(number); code != Done)
+    for (const auto read : {&readNumbers, &readFormat}) {
+        if (const int code = read(line, request); code != Done)
             return code;
-        if (number + 1 < m_request.repeat)
-            waitFor(m_request.interval - clock.elapsed());
-        if (m_interrupt->wasRequested())
-            return fail(Interrupted, text("qelctl-interrupted"));
     }
-    QString problem;
-    return m_output->commit(&problem) ? int(Done) : fail(CannotWrite, problem);
-}
-
-int Runs::performOne(int number)
-{
-    Run run(m_device, makeRunRequest());
-    QElapsedTimer clock;
-    clock.start();
-    QObject::connect(&run, &Run::progressChanged, &run,
-                     [&](double progress) { showProgress(progress, clock.elapsed()); });
-    QObject::connect(&run, &Run::actionRequired, &m_prompt,
-                     [&](int id, const QString &action) { m_prompt.ask(&run, id, action); });
-    const Outcome outcome = await(&run, m_interrupt);
-    clearStatus();
-    if (m_interrupt->wasRequested())
-        return fail(Interrupted, text("qelctl-interrupted"));
-    if (outcome.isResult())
-        return write(outcome, number);
-    const int code = report(outcome, titleOf(m_device->deviceInfo()));
-    if (m_configurationRefused)
-        return BadUsage;
-    if (outcome.kind == Outcome::Refused && !m_device->hasFeature(m_request.feature))
-        return NoSuchDevice;
-    return code;
-}
-
-int Runs::write(const Outcome &outcome, int number)
-{
-    ResultContext context{m_device, m_request.feature, number, m_request.repeat > 1,
-                          m_output->isTerminal()};
-    QString problem;
-    const auto data = formatResult(outcome, m_request.format, context, &problem);
-    if (!data)
-        return fail(RunFailed,
-                    titleOf(m_device->deviceInfo()) + QStringLiteral(": ") + sentence(problem));
-    return m_output->write(*data, &problem) ? int(Done) : fail(CannotWrite, problem);
-}
-
-void Runs::waitFor(qint64 milliseconds)
-{
-    if (milliseconds <= 0)
-        return;
-    QEventLoop loop;
-    QTimer::singleShot(int(milliseconds), &loop, &QEventLoop::quit);
-    QObject::connect(m_interrupt, &Interrupt::requested, &loop, &QEventLoop::quit);
-    loop.exec();
+    return readStyle(line, &request->style);
 }
 
 void declare(CommandLine *line)
 {
-    line->addOption({QStringLiteral("config")}, "qelctl-run-option-config",
-                    QStringLiteral("JSON|@FILE"));
-    line->addOption({QStringLiteral("set")}, "qelctl-run-option-set", QStringLiteral("KEY=VALUE"));
-    line->addOption({QStringLiteral("timeout")}, "qelctl-run-option-timeout", QStringLiteral("S"));
-    line->addOption({QStringLiteral("yes")}, "qelctl-run-option-yes");
-    line->addOption({QStringLiteral("no-input")}, "qelctl-run-option-no-input");
-    line->addOption({QStringLiteral("format")}, "qelctl-run-option-format",
-                    QStringLiteral("table|plate|csv|json"));
-    line->addOption({QStringLiteral("output")}, "qelctl-run-option-output", QStringLiteral("FILE"));
-    line->addOption({QStringLiteral("force")}, "qelctl-run-option-force");
-    line->addOption({QStringLiteral("repeat")}, "qelctl-run-option-repeat", QStringLiteral("N"));
-    line->addOption({QStringLiteral("interval")}, "qelctl-run-option-interval",
-                    QStringLiteral("S"));
-    line->addOption({QStringLiteral("no-progress")}, "qelctl-run-option-no-progress");
+    const auto option = [line](const char *name, const char *description, const char *value = "") {
+        line->addOption({QString::fromLatin1(name)}, description, QString::fromLatin1(value));
+    };
+    option("config", "qelctl-run-option-config", "JSON|@FILE");
+    option("set", "qelctl-run-option-set", "KEY=VALUE");
+    option("exact", "qelctl-run-option-exact");
+    option("timeout", "qelctl-run-option-timeout", "S");
+    option("yes", "qelctl-run-option-yes");
+    option("no-input", "qelctl-run-option-no-input");
+    option("format", "qelctl-run-option-format", "table|plate|csv|json");
+    option("delimiter", "qelctl-run-option-delimiter", "CHARACTER");
+    option("decimal", "qelctl-run-option-decimal", "CHARACTER");
+    option("note", "qelctl-run-option-note", "TEXT");
+    option("output", "qelctl-run-option-output", "FILE");
+    option("force", "qelctl-run-option-force");
+    option("resume", "qelctl-run-option-resume");
+    option("repeat", "qelctl-run-option-repeat", "N");
+    option("interval", "qelctl-run-option-interval", "S");
+    option("progress", "qelctl-run-option-progress", "json");
+    option("no-progress", "qelctl-run-option-no-progress");
     line->addArgument(QStringLiteral("DEVICE"), "qelctl-argument-device");
     line->addArgument(QStringLiteral("FEATURE"), "qelctl-argument-feature");
+}
+
+// `pattern` with what is known in place of {serial}, {name}, {feature} and {time}; nothing after a
+// complaint about another word.
+std::optional<QString> fileName(QString pattern, const Device &device,
+                                Device::DeviceFeature feature)
+{
+    static const QRegularExpression unfit(QStringLiteral("[^A-Za-z0-9._-]"));
+    const auto fit = [](QString value) { return value.replace(unfit, QStringLiteral("_")); };
+    pattern.replace(QLatin1String("{serial}"), fit(device.serial()));
+    pattern.replace(QLatin1String("{name}"), fit(device.name()));
+    pattern.replace(QLatin1String("{feature}"), featureArgument(feature));
+    pattern.replace(
+        QLatin1String("{time}"),
+        QDateTime::currentDateTimeUtc().toString(QStringLiteral("yyyyMMdd'T'HHmmss'Z'")));
+    static const QRegularExpression word(QStringLiteral("\\{([a-z]*)\\}"));
+    const auto unknown = word.match(pattern);
+    if (!unknown.hasMatch())
+        return pattern;
+    complain(text("qelctl-run-no-placeholder", unknown.captured(0)));
+    return std::nullopt;
+}
+
+int measure(const CommandLine &line, Request *request, Device *device)
+{
+    const auto path = fileName(line.value(QStringLiteral("output")), *device, request->feature);
+    if (!path)
+        return BadUsage;
+    QString problem;
+    auto existing =
+        line.has(QStringLiteral("force")) ? Output::Existing::Replace : Output::Existing::Refuse;
+    if (line.has(QStringLiteral("resume"))) {
+        if (path->isEmpty() || *path == QLatin1String("-") || request->repeat == 1)
+            return fail(BadUsage, text("qelctl-run-resume-what"));
+        const auto done = finishedRuns(*path, request->format, request->style.delimiter,
+                                       device->deviceInfo(), &problem);
+        if (!done)
+            return fail(BadUsage, problem);
+        request->done = *done;
+        existing = Output::Existing::Continue;
+    }
+    // Before the run: an operator should not lose a measurement to a mistyped path.
+    const auto output = Output::open(*path, existing, &problem);
+    if (!output)
+        return fail(CannotWrite, problem);
+    Interrupt interrupt;
+    const int code = Series(device, *request, output.get(), &interrupt).perform();
+    closeTarget(device);
+    return code;
 }
 
 int run(const QStringList &arguments)
@@ -259,20 +240,16 @@ int run(const QStringList &arguments)
     request.feature = *feature;
     if (!isFormatFor(request.format, request.feature))
         return fail(BadUsage, text("qelctl-run-no-plate", featureArgument(request.feature)));
-    // Before the run: an operator should not lose a measurement to a mistyped path.
-    const auto output = Output::open(line.value(QStringLiteral("output")),
-                                     line.has(QStringLiteral("force")), &problem);
-    if (!output)
-        return fail(CannotWrite, problem);
 
+    // Also for plugins that hang while they are loaded or look for instruments.
+    if (request.timeout)
+        limitProcess(*request.timeout, TimedOut);
     startLibrary();
-    const auto device = createTarget(line.positional().at(0));
-    if (!device)
-        return NoSuchDevice;
-    Interrupt interrupt;
-    const int code = Runs(device.get(), request, output.get(), &interrupt).perform();
-    closeTarget(device.get());
-    return code;
+    // Nobody wants to flash the wrong instrument.
+    const bool isExact =
+        line.has(QStringLiteral("exact")) || request.feature == Device::DF_FirmwareUpdate;
+    const auto device = createTarget(line.positional().at(0), isExact);
+    return device ? measure(line, &request, device.get()) : int(NoSuchDevice);
 }
 
 } // namespace

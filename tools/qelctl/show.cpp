@@ -130,8 +130,8 @@ public:
     }
 
 private:
-    const int m_width = isatty(STDOUT_FILENO)
-        ? std::max(narrowestTerminal, terminalWidth(STDOUT_FILENO))
+    const int m_width = isatty(dataDescriptor())
+        ? std::max(narrowestTerminal, terminalWidth(dataDescriptor()))
         : std::numeric_limits<int>::max();
     QString m_lines;
 };

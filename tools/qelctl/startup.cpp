@@ -1,6 +1,7 @@
 #include "startup.h"
 
 #include "tool.h"
+#include "watchdog.h"
 
 #include <qelfrontend/startup.h>
 
@@ -34,6 +35,7 @@ void startLibrary()
     qInstallMessageHandler(&printLogMessage);
     QLoggingCategory::setFilterRules(rulesFor(log.isEmpty() ? QStringLiteral("warning") : log));
 
+    watchDrivers();
     const QStringList problems = qel::frontend::startLibrary(globalOptions().pluginFolders);
     for (const QString &problem : problems)
         complain(problem);

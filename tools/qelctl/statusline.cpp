@@ -51,21 +51,34 @@ void hideProgress()
     isProgressHidden = true;
 }
 
-void showProgress(double progress, qint64 elapsed)
+// A line that does not fit would scroll instead of being replaced. 0: nothing can be shown.
+static int widthOfStatus()
 {
-    // A line that does not fit would scroll instead of being replaced.
     const int width = terminalWidth(STDERR_FILENO) - 1;
-    if (isProgressHidden || !isatty(STDERR_FILENO) || isTerminalDumb() || width < 20
-        || shown == Status::Question)
+    const bool isShown = !isProgressHidden && isatty(STDERR_FILENO) && !isTerminalDumb()
+        && width >= 20 && shown != Status::Question;
+    return isShown ? width : 0;
+}
+
+void showNext(const QString &line)
+{
+    if (const int width = widthOfStatus())
+        replaceProgress(line.left(width), Status::Progress);
+}
+
+void showProgress(double progress, qint64 elapsed, int number, int count)
+{
+    const int width = widthOfStatus();
+    if (width == 0)
         return;
     const double share = std::clamp(progress, 0.0, 1.0);
     const int barWidth = std::min(40, width - 10);
     const int filled = int(share * barWidth);
     const QString line =
-        QStringLiteral("[%1%2] %3 %  %4")
+        QStringLiteral("%5[%1%2] %3 %  %4")
             .arg(QString(filled, QLatin1Char('#')), QString(barWidth - filled, QLatin1Char(' ')),
-                 QString::number(int(share * 100)).rightJustified(3),
-                 remainingTime(share, elapsed));
+                 QString::number(int(share * 100)).rightJustified(3), remainingTime(share, elapsed),
+                 count > 1 ? QStringLiteral("%1/%2 ").arg(number).arg(count) : QString());
     replaceProgress(line.left(width), Status::Progress);
 }
 

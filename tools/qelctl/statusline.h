@@ -12,8 +12,12 @@ namespace qelctl {
 void hideProgress();
 
 /// Shows, if standard error is a terminal that can replace text, how far a run is: a bar, the
-/// percentage and the time it will probably still take. `elapsed` is in milliseconds.
-void showProgress(double progress, qint64 elapsed);
+/// percentage, the time it will probably still take, and which of `count` runs it is. `elapsed` is
+/// in milliseconds.
+void showProgress(double progress, qint64 elapsed, int number = 1, int count = 1);
+
+/// Shows, in the same way, what is waited for.
+void showNext(const QString &line);
 
 /// Shows a question, with the cursor behind it.
 void showQuestion(const QString &question);

@@ -5,13 +5,17 @@
 #include "statusline.h"
 #include "tool.h"
 
+#include <qelfrontend/enumeration.h>
 #include <qelfrontend/frontend.h>
 #include <qelfrontend/selection.h>
+#include <qelfrontend/trail.h>
 
 #include <qeldevices/devicebroker.h>
 
 #include <QtCore/QEventLoop>
 #include <QtCore/QTimer>
+
+#include <unistd.h>
 
 namespace qelctl {
 
@@ -19,14 +23,22 @@ using namespace qel::frontend;
 using qel::devices::Device;
 using qel::devices::DeviceBroker;
 
-std::unique_ptr<Device> createTarget(const QString &argument)
+std::unique_ptr<Device> createTarget(const QString &argument, bool exact)
 {
     QString problem;
-    const auto info = selectDevice(argument, DeviceBroker::availableDevices(), &problem);
+    const auto devices = enumerate().devices();
+    auto info = selectDevice(argument, devices, &problem, Abbreviation::Refused);
+    const bool isPerson = isatty(STDIN_FILENO) || isatty(STDERR_FILENO);
+    if (!info && isPerson && !exact) {
+        info = selectDevice(argument, devices, &problem);
+        if (info)
+            complain(text("qelctl-taken", titleOf(*info)));
+    }
     if (!info) {
         complain(sentence(problem));
         return nullptr;
     }
+    const TrailMark mark(info->driver(), "createDevice()");
     std::unique_ptr<Device> device(DeviceBroker::createDevice(*info));
     if (!device)
         complain(text("qelctl-not-created", titleOf(*info), info->driver()));
@@ -39,6 +51,7 @@ Outcome await(Run *run, Interrupt *interrupt)
     QObject::connect(run, &Run::finished, &loop, &QEventLoop::quit);
     QObject::connect(interrupt, &Interrupt::requested, run, &Run::cancel);
     run->start();
+    // A driver may tell the application to quit, which ends the loop before the run.
     loop.exec();
     return run->outcome();
 }
@@ -53,7 +66,7 @@ void closeTarget(Device *device)
         loop.exec();
 }
 
-int openTarget(Device *device, Interrupt *interrupt)
+int openTarget(Device *device, Interrupt *interrupt, const std::function<bool()> &hasEnded)
 {
     RunRequest request;
     request.deadline = std::chrono::seconds(30);
@@ -63,6 +76,8 @@ int openTarget(Device *device, Interrupt *interrupt)
                      [&](int id, const QString &action) { prompt.ask(&opening, id, action); });
     const Outcome outcome = await(&opening, interrupt);
     clearStatus();
+    if (hasEnded && hasEnded())
+        return RunFailed;
     if (interrupt->wasRequested())
         return fail(Interrupted, text("qelctl-interrupted"));
     return outcome.isResult() ? int(Done) : report(outcome, titleOf(device->deviceInfo()));
@@ -71,6 +86,8 @@ int openTarget(Device *device, Interrupt *interrupt)
 static ExitCode codeFor(const Outcome &outcome)
 {
     switch (outcome.kind) {
+    case Outcome::Unfinished:
+        return DriverFailed;
     case Outcome::Result:
         return Done;
     case Outcome::Refused:
@@ -91,7 +108,9 @@ static ExitCode codeFor(const Outcome &outcome)
 
 int report(const Outcome &outcome, const QString &device)
 {
-    QString line = device + QStringLiteral(": ") + sentence(outcome.sentence);
+    QString line = device + QStringLiteral(": ")
+        + (outcome.kind == Outcome::Unfinished ? text("qelctl-run-unfinished")
+                                               : sentence(outcome.sentence));
     if (!outcome.additionalInfo.isEmpty())
         line += QLatin1Char(' ') + sentence(outcome.additionalInfo);
     return fail(codeFor(outcome), line);

@@ -19,6 +19,7 @@ enum ExitCode {
     AbortedByUser = 7, ///< a request for user action was turned down
     CannotWrite = 8,   ///< the output cannot be written
     Incomplete = 9,    ///< nothing is wrong, but not all could be judged
+    DriverFailed = 10, ///< a driver has crashed, or has ended the process or its event loop
     Interrupted = 130, ///< Ctrl-C
 };
 

@@ -134,7 +134,7 @@ int run(const QStringList &arguments)
 
     Interrupt interrupt;
     Watcher watcher(device.get());
-    int code = openTarget(device.get(), &interrupt);
+    int code = openTarget(device.get(), &interrupt, [&] { return watcher.state() != Done; });
     if (watcher.state() != Done)
         code = watcher.state();
     else if (code == Done)

@@ -1,0 +1,98 @@
+#include "testdriver.h"
+
+#include <QtCore/QCoreApplication>
+
+#include <cstdio>
+#include <cstdlib>
+#include <stdexcept>
+
+#include <unistd.h>
+
+// Does to the process what the environment variable ROGUE says, "WHERE WHAT": where is load,
+// enumerate, open or execute.
+static void act(const char *where)
+{
+    const QByteArrayList words = qgetenv("ROGUE").split(' ');
+    if (words.value(0) != where)
+        return;
+    const QByteArray what = words.value(1);
+    if (what == "crash")
+        *static_cast<volatile int *>(nullptr) = 1;
+    else if (what == "abort")
+        std::abort();
+    else if (what == "throw")
+        throw std::runtime_error("rogue");
+    else if (what == "exit")
+        std::exit(0);
+    else if (what == "quit")
+        QCoreApplication::quit();
+    else if (what == "print")
+        std::puts("rogue was here");
+    while (what == "hang")
+        pause();
+    std::fflush(stdout);
+}
+
+class RogueDevice : public qel::devices::Device
+{
+public:
+    using Device::Device;
+    bool open() override
+    {
+        act("open");
+        const QByteArray what = qgetenv("ROGUE");
+        if (what == "open quit")
+            return true; // on its way, for ever
+        addFeature(DF_ReferenceNumber);
+        setOpen(true);
+        return true;
+    }
+    void close() override
+    {
+        setOpen(false);
+    }
+    void update() override { }
+    void reset() override { }
+
+protected:
+    void executeImpl(DeviceFeature feature) override
+    {
+        static int runs = 0;
+        if (++runs == 3)
+            act("execute");
+        emit executed(feature, true, QStringLiteral("R"));
+    }
+};
+
+class RogueDriver : public TestDriver
+{
+public:
+    RogueDriver()
+        : TestDriver(QStringLiteral("rogue"), QStringLiteral("rogue"))
+    { }
+    qel::devices::Device *createDevice(const qel::devices::DeviceInfo &info) override
+    {
+        return new RogueDevice(info, nullptr);
+    }
+    QList<qel::devices::DeviceInfo> availableDevices() override
+    {
+        act("enumerate");
+        return TestDriver::availableDevices();
+    }
+};
+
+class RoguePlugin : public QObject, public qel::devices::DevicePlugin
+{
+    Q_OBJECT
+    Q_PLUGIN_METADATA(IID QelDevicePlugin_iid FILE "laboratory.json")
+    Q_INTERFACES(qel::devices::DevicePlugin)
+
+public:
+    void registerDrivers() override
+    {
+        act("load");
+        qel::devices::DeviceBroker::addDriver(std::make_shared<RogueDriver>());
+    }
+};
+
+#include "rogue.moc"

@@ -1,0 +1,235 @@
+"""What was measured is not lost, whatever comes after it."""
+
+import csv
+import io
+import json
+import os
+import resource
+import signal
+import subprocess
+import time
+import unittest
+
+import jsonschema
+
+from harness import DOCS, PATIENCE, ToolTest, at_run, reader
+
+ROGUE = os.environ["ROGUE_FOLDER"]
+ABSORBANCE = ("absorbance", "--set", "wavelengths=450")
+
+
+def validate(document, name):
+    definition = json.loads((DOCS / f"{name}.schema.json").read_text(encoding="utf-8"))
+    jsonschema.validate(document, definition, jsonschema.Draft7Validator)
+
+
+class Kept(ToolTest):
+    FORMATS = {"csv": ("csv", 97), "json": ("json", 1), "plate": ("csv", 9), "table": ("txt", 11)}
+
+    def finished(self, file, form):
+        """Numbers of the runs in the file."""
+        text = file.read_text(encoding="utf-8")
+        if form == "json":
+            return [json.loads(line)["run"]["number"] for line in text.splitlines()]
+        if form == "csv":
+            rows = list(csv.DictReader(io.StringIO(text)))
+            numbers = [int(row["run"]) for row in rows]
+            self.assertEqual(len(rows), 96 * len(set(numbers)))
+            return sorted(set(numbers))
+        title = "450 nm (OD), run" if form == "plate" else "Run "
+        return [number + 1 for number in range(text.count(title))]
+
+    def test_a_series_keeps_what_it_has_finished(self):
+        faults = {
+            "fails": [at_run("error", nth=3, feature="absorbance-measurement")],
+            "times out": [at_run("stall", nth=3, feature="absorbance-measurement")],
+            "unplugged": [at_run("unplug", nth=3, feature="absorbance-measurement")],
+        }
+        for what, fault in faults.items():
+            for form, (suffix, _) in self.FORMATS.items():
+                with self.subTest(what, form=form):
+                    self.furnish(reader(f"A-{form}-{what[:2]}", "absorbance-96", *fault))
+                    file = self.folder / f"{what}-{form}.{suffix}"
+                    process = self.start("run", f"A-{form}-{what[:2]}", *ABSORBANCE, "--repeat", 5,
+                                         "--timeout", 3, "--format", form, "--output", file)
+                    _, errors = process.communicate(timeout=PATIENCE)
+                    self.assertNotEqual(process.returncode, 0)
+                    self.assertEqual(self.finished(file, form), [1, 2])
+                    self.assertIn(f"2 of 5 runs are finished and kept in {file}".encode(), errors)
+
+    def test_a_kill_takes_nothing_and_leaves_nothing_else(self):
+        self.furnish(reader("A-1"), time_scale=0.02)
+        for form, (suffix, _) in self.FORMATS.items():
+            with self.subTest(form):
+                file = self.folder / f"kill.{suffix}"
+                process = self.start("--log", "info", "run", "A-1", *ABSORBANCE, "--repeat", 50,
+                                     "--format", form, "--output", file)
+                for _ in range(4):  # the third run is over when the fourth is asked for
+                    while b"execution requested" not in process.stderr.readline():
+                        pass
+                process.kill()
+                process.communicate()
+                self.assertEqual(self.finished(file, form)[:3], [1, 2, 3])
+                self.assertEqual(self.files(), [file.name])
+                file.unlink()
+
+    def test_a_full_disk_takes_nothing(self):
+        def limit():
+            signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
+            resource.setrlimit(resource.RLIMIT_FSIZE, (20000, 20000))
+        file = self.folder / "full.csv"
+        output, errors = self.run_tool("run", "A-1", *ABSORBANCE, "--repeat", 9, "--output", file,
+                                       code=8, preexec_fn=limit)
+        self.assertEqual(self.finished(file, "csv"), [1, 2])
+        self.assertIn("File too large", errors)
+        self.assertIn("2 of 9 runs", errors)
+        self.assertEqual({row.split(",")[13] for row in output.splitlines()}, {"3"})
+
+    def test_a_series_goes_on_where_it_ended(self):
+        self.furnish(reader("A-1"), reader("A-2"))
+        for form, (suffix, _) in list(self.FORMATS.items())[:2]:
+            with self.subTest(form):
+                file = self.folder / f"series.{suffix}"
+                resume = ("run", "A-1", *ABSORBANCE, "--repeat", 4, "--output", file, "--resume")
+                self.run_tool("run", "A-1", *ABSORBANCE, "--repeat", 3, "--output", file)
+                file.write_bytes(file.read_bytes()[:-200])  # a power cut in the last one
+                self.run_tool("run", "A-2", *resume[2:], code=2)
+                self.run_tool(*resume)
+                self.assertEqual(self.finished(file, form), [1, 2, 3, 4])
+                before = file.read_bytes()
+                self.run_tool(*resume)
+                self.assertEqual(file.read_bytes(), before)
+        self.run_tool("run", "A-1", *ABSORBANCE, "--repeat", 2, "--output",
+                      self.folder / "x.txt", "--resume", code=2)
+
+    def test_starts_are_the_interval_apart(self):
+        self.furnish(reader("A-1", "absorbance-96", {"at": "open", "do": "delay", "delay": 700}))
+        output, _ = self.run_tool("run", "A-1", *ABSORBANCE, "--repeat", 3, "--interval", "0.4",
+                                  "--format", "json")
+        starts = [json.loads(line)["startedAt"] for line in output.splitlines()]
+        seconds = [float(start[17:23]) for start in starts]
+        for first, second in zip(seconds, seconds[1:]):
+            self.assertGreaterEqual((second - first) % 60, 0.39)
+        self.furnish(reader("A-1", "absorbance-96", at_run("delay", delay=400)))
+        _, errors = self.run_tool("run", "A-1", *ABSORBANCE, "--repeat", 3, "--interval", "0.1")
+        self.assertEqual(errors.count("longer than the interval"), 1)
+        self.run_tool("run", "A-1", *ABSORBANCE, "--interval", 1, code=2)
+
+
+class Places(ToolTest):
+    def test_the_name_decides_the_format(self):
+        for name, start in [("a.csv", "device,"), ("a.json", "{"), ("a.txt", "450 nm")]:
+            with self.subTest(name):
+                self.run_tool("run", "A-1", *ABSORBANCE, "--output", self.folder / name)
+                self.assertTrue((self.folder / name).read_text().startswith(start))
+        self.run_tool("run", "A-1", *ABSORBANCE, "--output", self.folder / "b.json", "--format",
+                      "csv", code=2)
+        output, _ = self.run_tool("run", "A-1", *ABSORBANCE, "--output", "-")
+        self.assertTrue(output.startswith("450 nm"))
+
+    def test_placeholders(self):
+        self.furnish(reader("A/1"))
+        self.run_tool("run", "A/1", "reference", "--output", self.folder / "{serial}_{time}.csv")
+        self.assertRegex(self.files()[0], r"^A_1_\d{8}T\d{6}Z\.csv$")
+        self.run_tool("run", "A/1", "reference", "--output", self.folder / "{size}.csv", code=2)
+
+    def test_reasons_and_links(self):
+        self.assertIn("File name too long", self.run_tool(
+            "run", "A-1", "reference", "--output", self.folder / ("x" * 300), code=8)[1])
+        (self.folder / "file").write_text("old")
+        (self.folder / "middle").symlink_to("file")
+        (self.folder / "link").symlink_to("middle")
+        self.run_tool("run", "A-1", "reference", "--output", self.folder / "link", "--force")
+        self.assertTrue((self.folder / "middle").is_symlink())
+        self.assertEqual((self.folder / "file").read_text(), "SIM-ABS-96\n")
+
+
+class Scripts(ToolTest):
+    def test_a_failure_is_a_document(self):
+        self.furnish(reader("A-1", "absorbance-96", at_run("error")))
+        output, _ = self.run_tool("run", "A-1", *ABSORBANCE, "--format", "json", code=5)
+        error = json.loads(output)
+        validate(error, "qelctl-run-error")
+        self.assertEqual((error["outcome"], error["exitCode"]), ("failed", 5))
+
+    def test_progress_as_documents(self):
+        _, errors = self.run_tool("run", "A-1", *ABSORBANCE, "--progress", "json")
+        lines = [json.loads(line) for line in errors.splitlines()]
+        for line in lines:
+            validate(line, "qelctl-progress")
+        self.assertEqual(lines[-1]["progress"], 1)
+
+    def test_configurations_that_never_end(self):
+        fifo = self.folder / "fifo"
+        os.mkfifo(fifo)
+        for option in [("--config", f"@{fifo}"), ("--config", "@/dev/zero"),
+                       ("--set", f"image=@{fifo}"), ("--set", "image=@/dev/zero")]:
+            with self.subTest(option):
+                self.run_tool("run", "A-1", "firmware-update", *option, code=2)
+
+
+class Rogues(ToolTest):
+    """A driver that does what no driver may."""
+
+    def setUp(self):
+        super().setUp()
+        self.arguments = ("--plugins", ROGUE, "run", "1", "reference", "--exact")
+
+    def rogue(self, what, *more, code=10, **options):
+        self.environment["ROGUE"] = what
+        return self.run_tool(*self.arguments, *more, code=code, **options)
+
+    def test_it_is_named_and_never_a_success(self):
+        for where in ("load", "enumerate", "open", "execute"):
+            for what in ("crash", "abort", "throw", "exit"):
+                with self.subTest(where, what=what):
+                    _, errors = self.rogue(f"{where} {what}", "--repeat", 3)
+                    self.assertIn("rogue", errors.splitlines()[-1])
+                    if where in ("open", "execute"):
+                        self.assertIn(f"{where}()", errors)
+
+    def test_it_ends_the_event_loop(self):
+        self.assertIn("event loop", self.rogue("open quit")[1])
+
+    def test_a_crash_takes_no_finished_run(self):
+        file = self.folder / "runs.csv"
+        self.rogue("execute crash", "--repeat", 5, "--output", file)
+        self.assertEqual([row["run"] for row in csv.DictReader(file.open())], ["1", "2"])
+        self.assertEqual(self.files(), ["runs.csv"])
+
+    def test_a_call_without_return_keeps_the_limit(self):
+        for where in ("load", "enumerate", "open"):
+            with self.subTest(where):
+                _, errors = self.rogue(f"{where} hang", "--timeout", "1", code=6)
+                self.assertIn("rogue", errors)
+
+    def test_sigterm_holds_in_a_call(self):
+        self.environment["ROGUE"] = "open hang"
+        process = self.start("--log", "info", *self.arguments)
+        while b"Creating device" not in process.stderr.readline():
+            pass
+        time.sleep(0.2)
+        process.terminate()
+        _, errors = process.communicate(timeout=PATIENCE)
+        self.assertEqual(process.returncode, 130)
+        self.assertIn(b"open()", errors)
+
+    def test_its_prints_are_no_data(self):
+        output, errors = self.rogue("open print", code=0)
+        self.assertEqual(output, "R\n")
+        self.assertIn("rogue was here", errors)
+
+    def test_closed_streams_are_no_files(self):
+        file = self.folder / "result.txt"
+        self.environment["ROGUE"] = "open print"
+        for closed in ("<&-", ">&-", "2>&-", "<&- >&- 2>&-"):
+            with self.subTest(closed):
+                command = 'exec "$0" "$@" ' + closed
+                subprocess.run(["sh", "-c", command, os.environ["QELCTL"], *self.arguments,
+                                "--output", file, "--force"], env=self.environment, check=True,
+                               stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+                self.assertEqual(file.read_text(), "R\n")
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,0 +1,132 @@
+#include "watchdog.h"
+
+#include "tool.h"
+
+#include <qelfrontend/trail.h>
+
+#include <csignal>
+#include <cstdlib>
+#include <cstring>
+
+#include <dlfcn.h>
+#include <execinfo.h>
+#include <sys/time.h>
+#include <unistd.h>
+
+namespace qelctl {
+
+using qel::frontend::TrailMark;
+
+// Written before anything can happen: a signal handler translates nothing.
+static char crashText[200];
+static char hangText[200];
+static char exitText[200];
+static char eventText[80];
+static volatile std::sig_atomic_t codeOfLimit = TimedOut;
+static bool hasEnded = false;
+
+static void say(const char *text)
+{
+    if (write(STDERR_FILENO, text, strlen(text)) < 0)
+        return; // nobody listens
+}
+
+// The plugin among the files on the stack: none of the libraries, and not the tool.
+static const char *pluginOnStack()
+{
+    void *frames[64];
+    const int count = backtrace(frames, 64);
+    Dl_info own;
+    if (dladdr(reinterpret_cast<void *>(&toolHasEnded), &own) == 0)
+        return nullptr;
+    for (int i = 0; i < count; ++i) {
+        Dl_info frame;
+        if (dladdr(frames[i], &frame) == 0 || !frame.dli_fname || frame.dli_fbase == own.dli_fbase)
+            continue;
+        const char *slash = strrchr(frame.dli_fname, '/');
+        const char *name = slash ? slash + 1 : frame.dli_fname;
+        if (strncmp(name, "lib", 3) != 0 && strncmp(name, "ld-", 3) != 0
+            && strncmp(name, "linux-vdso", 10) != 0)
+            return frame.dli_fname;
+    }
+    return nullptr;
+}
+
+static void report(const char *what)
+{
+    say("\nqelctl: ");
+    say(what);
+    const char *plugin = pluginOnStack();
+    const char *call = TrailMark::current();
+    say(" (");
+    say(plugin ? plugin : "");
+    say(plugin ? ", " : "");
+    say(call[0] != '\0' ? call : eventText);
+    say(")\n");
+}
+
+static void onCrash(int)
+{
+    report(crashText);
+    _exit(DriverFailed);
+}
+
+static void onLimit(int)
+{
+    report(hangText);
+    _exit(codeOfLimit);
+}
+
+static void onExit()
+{
+    if (hasEnded)
+        return;
+    report(exitText);
+    _exit(DriverFailed);
+}
+
+static void keep(char *target, size_t size, const char *id)
+{
+    qstrncpy(target, text(id).toUtf8().constData(), uint(size));
+}
+
+void watchDrivers()
+{
+    keep(crashText, sizeof crashText, "qelctl-driver-crashed");
+    keep(hangText, sizeof hangText, "qelctl-driver-hangs");
+    keep(exitText, sizeof exitText, "qelctl-driver-exits");
+    keep(eventText, sizeof eventText, "qelctl-driver-event");
+    void *frame = nullptr;
+    backtrace(&frame, 1); // loads what it needs while that is still possible
+
+    // A stack of its own: the driver's may be what is used up.
+    static char stack[64 * 1024];
+    stack_t alternate{};
+    alternate.ss_sp = stack;
+    alternate.ss_size = sizeof stack;
+    sigaltstack(&alternate, nullptr);
+    struct sigaction action = {};
+    action.sa_handler = &onCrash;
+    action.sa_flags = SA_ONSTACK;
+    for (const int signal : {SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGABRT})
+        sigaction(signal, &action, nullptr);
+    action.sa_handler = &onLimit;
+    sigaction(SIGALRM, &action, nullptr);
+    std::atexit(&onExit);
+}
+
+void toolHasEnded()
+{
+    hasEnded = true;
+}
+
+void limitProcess(int milliseconds, int code)
+{
+    codeOfLimit = code;
+    itimerval timer{};
+    timer.it_value.tv_sec = milliseconds / 1000;
+    timer.it_value.tv_usec = milliseconds % 1000 * 1000;
+    setitimer(ITIMER_REAL, &timer, nullptr);
+}
+
+} // namespace qelctl
