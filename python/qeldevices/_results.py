@@ -80,13 +80,13 @@ class Read:
     label: str  #: tells it from the other reads: "450 nm", or the unit
     wavelength: Optional[int]  #: in nm
     values: np.ndarray[Any, Any]  #: rows x columns, NaN where not measured; cannot be written to
-    maximum: Optional[float]  #: of the detector; None where a document does not tell
+    maximum: Optional[float]  #: of the detector; None when it is not known
 
     @property
     def saturated(self) -> np.ndarray[Any, Any]:
         """rows x columns: whether the well holds the value or more."""
         if self.maximum is None:
-            raise Error("A document does not tell the detector's maximum.")
+            raise Error("The detector's maximum is not known.")
         return self.values >= self.maximum
 
 
@@ -115,8 +115,7 @@ class Plate(Result):
         self.measured_at: Optional[datetime.datetime] = plate["started_at"]
         self.temperature: Optional[float] = plate["temperature"]
         self.integration_time: Optional[int] = plate["integration_time"]
-        maximum = None if ending.descriptor is None else ending.descriptor.get("maximum", np.inf)
-        self.reads = [Read(label, wavelength, values, maximum)
+        self.reads = [Read(label, wavelength, values, plate["maximum"])
                       for label, wavelength, values in plate["reads"]]
 
     @property

@@ -16,6 +16,8 @@
 
 #include <QtCore/QJsonDocument>
 
+#include <limits>
+
 namespace py = pybind11;
 
 namespace qelpython {
@@ -49,36 +51,47 @@ const char *kindName(Outcome::Kind kind)
     return "failed";
 }
 
+// The detector's maximum comes from the descriptor, or from the document.
+Plate plateFrom(const Ending &ending)
+{
+    QString problem;
+    auto plate = plateFromResult(ending.record.feature, ending.record.outcome.result, &problem,
+                                 ending.record.descriptor);
+    if (!plate)
+        throw py::value_error(problem.toStdString());
+    if (ending.document) {
+        const QJsonObject told = ending.document->value(QLatin1String("plate")).toObject();
+        const QJsonValue maximum = told.value(QLatin1String("maximum"));
+        if (maximum.isDouble())
+            plate->maximum = maximum.toDouble();
+        else if (maximum == QLatin1String("inf"))
+            plate->maximum = std::numeric_limits<double>::infinity();
+    }
+    return *plate;
+}
+
 py::object plateOf(const Ending &ending)
 {
     using namespace py::literals;
-    QString problem;
-    const auto plate =
-        plateFromResult(ending.record.feature, ending.record.outcome.result, &problem);
-    if (!plate)
-        throw py::value_error(problem.toStdString());
+    const Plate plate = plateFrom(ending);
     py::list reads;
-    for (const PlateRead &read : plate->reads)
+    for (const PlateRead &read : plate.reads)
         reads.append(py::make_tuple(toPython(read.label), read.wavelength,
-                                    arrayOf(read.values, {plate->rows, plate->columns})));
+                                    arrayOf(read.values, {plate.rows, plate.columns})));
     py::object integrationTime = py::none();
-    if (plate->integrationTime)
-        integrationTime = py::int_(qint64(plate->integrationTime->count()));
-    return py::dict("rows"_a = plate->rows, "columns"_a = plate->columns,
-                    "unit"_a = toPython(plate->unit), "reads"_a = reads,
-                    "started_at"_a = toPython(plate->startedAt),
-                    "temperature"_a = plate->temperature, "integration_time"_a = integrationTime);
+    if (plate.integrationTime)
+        integrationTime = py::int_(qint64(plate.integrationTime->count()));
+    return py::dict("rows"_a = plate.rows, "columns"_a = plate.columns,
+                    "unit"_a = toPython(plate.unit), "maximum"_a = plate.maximum, "reads"_a = reads,
+                    "started_at"_a = toPython(plate.startedAt), "temperature"_a = plate.temperature,
+                    "integration_time"_a = integrationTime);
 }
 
 py::bytes csvOf(const Ending &ending, bool asGrid)
 {
-    QString problem;
-    const auto plate =
-        plateFromResult(ending.record.feature, ending.record.outcome.result, &problem);
-    if (!plate)
-        throw py::value_error(problem.toStdString());
+    const Plate plate = plateFrom(ending);
     const QByteArray csv =
-        asGrid ? plateCsv(*plate) : tidyCsvHeader() + tidyCsv(*plate, ending.record.device);
+        asGrid ? plateCsv(plate) : tidyCsvHeader() + tidyCsv(plate, ending.record.device);
     return py::bytes(csv.constData(), size_t(csv.size()));
 }
 

@@ -43,17 +43,29 @@ def test_mistakes_come_before_the_first_run(reader, tmp_path):
         reader.series("what", every=1)
 
 
-def test_document_read_back(reader, tmp_path):
-    plate = reader.absorbance(wavelengths=[450, 620])
+def test_document_read_back(lab, tmp_path):
+    lab({"model": "luminescence-96", "plate": {"layout": "dilution-series", "brightness": 1e9}})
+    with qel.open("A-1") as reader:
+        plate = reader.luminescence()
     plate.to_json(tmp_path / "plate.json")
     again = qel.read_json(tmp_path / "plate.json")
     assert again.to_json() == plate.to_json() and again.to_csv() == plate.to_csv()
     assert np.array_equal(again.values, plate.values) and again.instrument == plate.instrument
     assert (again.started_at, again.elapsed) == (plate.started_at, plate.elapsed)
     assert again.configuration == plate.configuration
-    assert again.to_pandas().saturated.isna().all() and "<td" in again._repr_html_()
-    with pytest.raises(qel.Error):
-        again.saturated(450)
+    assert again.saturated().any() and not again.saturated().all()
+    assert again.to_pandas().equals(plate.to_pandas())
+    assert plate.to_csv().count(",saturated,") == plate.saturated().sum()
+
+
+def test_document_without_the_maximum(reader, tmp_path):
+    document = json.loads(reader.absorbance(wavelengths=[450]).to_json())
+    document["plate"]["maximum"] = None
+    (tmp_path / "plate.json").write_text(json.dumps(document))
+    plate = qel.read_json(tmp_path / "plate.json")
+    assert plate.to_pandas().saturated.isna().all() and "<td" in plate._repr_html_()
+    with pytest.raises(qel.Error, match="not known"):
+        plate.saturated()
 
 
 @pytest.mark.parametrize("change", [
