@@ -7,11 +7,14 @@
 #include <qeldevices/devicebroker.h>
 #include <qeldevices/deviceerrors.h>
 
+#include <QtCore/QJsonDocument>
+#include <QtCore/QJsonObject>
 #include <QtCore/QMetaEnum>
 #include <QtCore/QTimer>
 
 #include <grpcpp/server_posix.h>
 
+#include <algorithm>
 #include <chrono>
 #include <fcntl.h>
 #include <utility>
@@ -70,8 +73,14 @@ private:
     {
         const auto questions = m_stream->take();
         bool isAsked = false;
-        for (const wire::Ask &ask : questions)
-            isAsked = accept(ask) || isAsked;
+        for (const wire::Ask &ask : questions) {
+            if (!accept(ask))
+                continue;
+            if (ask.what_case() == wire::Ask::WHAT_NOT_SET)
+                isAsked = true;
+            else
+                answerResults(ask);
+        }
         if (isAsked)
             answer();
         if (m_stream->hasEnded()) {
@@ -111,6 +120,37 @@ private:
         for (const DeviceInfo &info : instruments)
             *told.add_records() = toWire(info);
         m_stream->send(std::move(told), 1);
+    }
+
+    void answerResults(const wire::Ask &ask)
+    {
+        wire::Told told;
+        wire::KeptResults *results = told.mutable_results();
+        if (m_server->m_gate && ask.has_result()) {
+            *results->add_results() = keptResult(fromWire(ask.result()), true);
+        } else if (m_server->m_gate) {
+            const auto names = m_server->m_gate->keptResults(m_peer);
+            for (const QString &name : names)
+                *results->add_results() = keptResult(name, false);
+        }
+        m_stream->send(std::move(told));
+    }
+
+    wire::KeptResult keptResult(const QString &name, bool isWhole) const
+    {
+        wire::KeptResult kept;
+        kept.set_name(toWire(name));
+        QByteArray document = m_server->m_gate->keptResult(m_peer, name);
+        if (!isWhole) {
+            QJsonObject object = QJsonDocument::fromJson(document).object();
+            object.remove(QStringLiteral("result"));
+            document = QJsonDocument(object).toJson(QJsonDocument::Compact);
+        }
+        if (document.size() < maximumMessageSize - 1024)
+            kept.set_document(document.toStdString());
+        else
+            kept.set_problem("it is too large to travel; the keeper of the server has the file");
+        return kept;
     }
 
     void introduce()
@@ -155,6 +195,8 @@ public:
 
     ~Session() override
     {
+        for (const QString &name : qAsConst(m_keptResults))
+            m_gate->noteKept(m_peer, name);
         release();
         m_stream->detach();
         m_stream->finish(grpc::Status::OK);
@@ -167,6 +209,10 @@ private:
     bool isLetIn();
     bool open();
     void execute(Feature feature);
+    FarRun begin(Feature feature) const;
+    void onExecuted(Feature feature, bool ok, const QVariant &result);
+    quint64 keep(const FarRun &run, const QVariant &result);
+    void forget(quint64 result);
     void release();
     bool attachDevice(const wire::Command &command);
     void watchDevice();
@@ -187,7 +233,9 @@ private:
     QSet<int> m_heardOf;
     QSet<QString> m_sentTexts;
     bool m_isConfiguring = false;
-    QList<Feature> m_runs; // executed and not yet ended
+    QList<FarRun> m_runs; // executed and not yet ended
+    quint64 m_lastResult = 0;
+    QHash<quint64, QString> m_keptResults; // those that the peer may not have
     bool m_isAbandoned = false;
     bool m_isReading = false; // on the stack, that is
 };
@@ -203,6 +251,10 @@ void DeviceServer::Session::read()
         if (!m_device) {
             if (!attachDevice(command))
                 break;
+            continue;
+        }
+        if (command.what_case() == wire::Command::kReceived) {
+            forget(command.received());
             continue;
         }
         wire::Event done;
@@ -275,13 +327,63 @@ void DeviceServer::Session::execute(Feature feature)
 {
     const QString refusal = m_gate ? m_gate->executeRefusal(m_peer, feature) : QString();
     if (refusal.isEmpty()) {
-        m_runs.append(feature);
+        m_runs.append(begin(feature));
         if (m_gate)
-            m_gate->noteStart(m_peer, *m_device, feature);
+            m_gate->noteStart(m_peer, *m_device, m_runs.constLast());
         m_device->execute(feature);
     } else {
         refuse(grpc::StatusCode::PERMISSION_DENIED, refusal);
     }
+}
+
+FarRun DeviceServer::Session::begin(Feature feature) const
+{
+    FarRun run{feature,
+               m_device->descriptor(feature),
+               m_device->configuration(feature),
+               QDateTime::currentDateTimeUtc(),
+               {}};
+    run.clock.start();
+    return run;
+}
+
+void DeviceServer::Session::onExecuted(Feature feature, bool ok, const QVariant &result)
+{
+    const auto found = std::find_if(m_runs.begin(), m_runs.end(), [&](const FarRun &candidate) {
+        return candidate.feature == feature;
+    });
+    // Instruments with a button run by themselves, too.
+    const FarRun run = found != m_runs.end() ? *found : begin(feature);
+    if (found != m_runs.end())
+        m_runs.erase(found);
+    wire::Event event;
+    if (m_gate)
+        m_gate->noteRun(m_peer, *m_device, run, ok);
+    if (m_gate && ok)
+        event.mutable_executed()->set_number(keep(run, result));
+    if (m_isAbandoned && m_runs.isEmpty())
+        deleteLater();
+    event.mutable_executed()->set_feature(feature);
+    event.mutable_executed()->set_ok(ok);
+    *event.mutable_executed()->mutable_result() = toWire(result);
+    send(std::move(event));
+}
+
+// The number by which the peer is to tell that it has the result.
+quint64 DeviceServer::Session::keep(const FarRun &run, const QVariant &result)
+{
+    const QString name = m_gate->keepResult(m_peer, *m_device, run, result);
+    if (name.isEmpty())
+        return 0;
+    m_keptResults.insert(++m_lastResult, name);
+    return m_lastResult;
+}
+
+void DeviceServer::Session::forget(quint64 result)
+{
+    const QString name = m_keptResults.take(result);
+    if (!name.isEmpty())
+        m_gate->dropResult(name);
 }
 
 void DeviceServer::Session::release()
@@ -371,21 +473,7 @@ void DeviceServer::Session::watchDevice()
         const bool isProgress = value.toHash().contains(QStringLiteral("progress"));
         send(std::move(event), isProgress ? feature + 1 : 0);
     });
-    connect(device, &Device::executed, this,
-            [this](Feature feature, bool ok, const QVariant &result) {
-                m_runs.removeOne(feature);
-                if (m_gate)
-                    m_gate->noteRun(m_peer, *m_device, feature, ok);
-                if (m_isAbandoned && ok)
-                    m_gate->keepResult(m_peer, *m_device, feature, result);
-                if (m_isAbandoned && m_runs.isEmpty())
-                    deleteLater();
-                wire::Event event;
-                event.mutable_executed()->set_feature(feature);
-                event.mutable_executed()->set_ok(ok);
-                *event.mutable_executed()->mutable_result() = toWire(result);
-                send(std::move(event));
-            });
+    connect(device, &Device::executed, this, &Session::onExecuted);
     connect(device, &Device::actionRequired, this, [this](int id, const QString &action) {
         // There is nobody left to ask.
         if (m_isAbandoned) {
@@ -428,6 +516,7 @@ bool DeviceServer::Session::call(const wire::Command &command)
         m_device->abortAction(command.abort());
         return true;
     case wire::Command::kAttach:
+    case wire::Command::kReceived:
     case wire::Command::WHAT_NOT_SET:
         break;
     }

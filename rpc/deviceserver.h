@@ -6,6 +6,9 @@
 
 #include <qeldevices/device.h>
 
+#include <QtCore/QDateTime>
+#include <QtCore/QElapsedTimer>
+#include <QtCore/QHash>
 #include <QtCore/QList>
 #include <QtCore/QObject>
 #include <QtCore/QPointer>
@@ -19,6 +22,16 @@ namespace qel::rpc {
 
 using DriveServer = ServerStream<wire::Event, wire::Command>;
 using WatchServer = ServerStream<wire::Told, wire::Ask>;
+
+/// A feature that a device executes or has executed.
+struct FarRun
+{
+    devices::Device::DeviceFeature feature;
+    QVariant descriptor;    ///< as it was at the start
+    QVariant configuration; ///< as it was at the start
+    QDateTime startedAt;
+    QElapsedTimer clock; ///< since then
+};
 
 /// Decides what the peers of a DeviceServer may do, and hears what they do. Used in the server's
 /// thread.
@@ -39,19 +52,28 @@ public:
     virtual void release(const void *session) = 0;
     /// A run of `peer` begins.
     virtual void noteStart(const QString &peer, const devices::Device &device,
-                           devices::Device::DeviceFeature feature) = 0;
+                           const FarRun &run) = 0;
     /// A run of `peer` has ended.
-    virtual void noteRun(const QString &peer, const devices::Device &device,
-                         devices::Device::DeviceFeature feature, bool ok) = 0;
-    /// The result of a run whose peer had gone meanwhile: it is nowhere else.
-    virtual void keepResult(const QString &peer, const devices::Device &device,
-                            devices::Device::DeviceFeature feature, const QVariant &result) = 0;
+    virtual void noteRun(const QString &peer, const devices::Device &device, const FarRun &run,
+                         bool ok) = 0;
+    /// Keeps a result, before `peer` is told of it: it is nowhere else until the peer has it.
+    /// @return under which name; empty when it could not be kept
+    virtual QString keepResult(const QString &peer, const devices::Device &device,
+                               const FarRun &run, const QVariant &result) = 0;
+    /// The peer has the result.
+    virtual void dropResult(const QString &name) = 0;
+    /// The peer has gone without a word on the result.
+    virtual void noteKept(const QString &peer, const QString &name) = 0;
+    /// The names of the results that are kept for `peer`.
+    virtual QStringList keptResults(const QString &peer) = 0;
+    /// The document of one of them; empty when there is none of that name.
+    virtual QByteArray keptResult(const QString &peer, const QString &name) = 0;
 };
 
 /// The far end: lets peers list the instruments of DeviceBroker and drive its devices.
 ///
-/// With a gate, a run whose peer goes away is finished first, and the gate gets its result; without
-/// one, the device goes with its peer.
+/// With a gate, every result is kept until its peer says that the application has it, and a run
+/// whose peer goes away is finished first; without one, the device goes with its peer.
 ///
 /// Everything that touches a driver happens in the thread of this object.
 class DeviceServer : public QObject

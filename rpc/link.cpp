@@ -111,6 +111,11 @@ void Link::hear(const wire::Told &told)
         introduce(told);
         return;
     }
+    if (told.has_results()) {
+        m_results.assign(told.results().results().begin(), told.results().results().end());
+        m_hasResults = true;
+        return;
+    }
     m_isAsked = false;
     m_knowsInstruments = true;
     ++m_question;
@@ -174,6 +179,22 @@ QStringList Link::drivers() const
 const std::vector<wire::Plugin> &Link::plugins() const
 {
     return m_plugins;
+}
+
+std::optional<std::vector<wire::KeptResult>> Link::keptResults(const QString &name,
+                                                               std::chrono::milliseconds time)
+{
+    if (!m_isReady)
+        return std::nullopt;
+    wire::Ask ask;
+    if (name.isEmpty())
+        ask.mutable_results();
+    else
+        ask.set_result(toWire(name));
+    m_hasResults = false;
+    m_watch->send(std::move(ask));
+    waitFor(m_hasResults, time);
+    return m_hasResults ? std::optional(std::exchange(m_results, {})) : std::nullopt;
 }
 
 std::shared_ptr<DriveClient> Link::drive()

@@ -12,6 +12,8 @@
 
 #include <chrono>
 #include <memory>
+#include <optional>
+#include <vector>
 
 namespace qel::rpc {
 
@@ -21,7 +23,7 @@ using WatchClient = ClientStream<wire::Ask, wire::Told>;
 /// The near end of a connection to one DeviceServer: knows the instruments there and opens the
 /// streams of devices.
 ///
-/// It is used from the thread that owns it. No call blocks, except the two that wait.
+/// It is used from the thread that owns it. No call blocks, except those that say so.
 class Link : public QObject
 {
     Q_OBJECT
@@ -53,6 +55,12 @@ public:
 
     /// Opens a stream for one device; null while the far side is away.
     std::shared_ptr<DriveClient> drive();
+    /// Blocks until the far side has told which results it keeps for this one; with a `name`, it
+    /// tells that one, whole.
+    /// @return nothing when it does not answer in time
+    std::optional<std::vector<wire::KeptResult>> keptResults(const QString &name,
+                                                             std::chrono::milliseconds time);
+
     /// How long the far side may take to answer one call.
     std::chrono::milliseconds deadline() const;
     void setDeadline(std::chrono::milliseconds deadline);
@@ -86,6 +94,8 @@ private:
     bool m_knowsInstruments = false;
     bool m_isAsked = false;
     quint64 m_question = 0;
+    bool m_hasResults = false;
+    std::vector<wire::KeptResult> m_results;
     QList<devices::DeviceInfo> m_instruments;
     QStringList m_drivers;
     std::vector<wire::Plugin> m_plugins;

@@ -41,10 +41,13 @@ RemoteDevice::RemoteDevice(const DeviceInfo &info, const DeviceInfo &farInfo, Li
 
 RemoteDevice::~RemoteDevice()
 {
-    if (m_stream) {
-        m_stream->detach();
-        m_stream->cancel();
-    }
+    if (!m_stream)
+        return;
+    m_stream->detach();
+    // Whoever deletes the device over a result has got it.
+    while (!m_unconfirmed.isEmpty())
+        confirmReceipt(m_unconfirmed.constFirst());
+    m_stream->hangUp();
 }
 
 // Ends with a device that has a stream, or with the error that says why it has none.
@@ -81,6 +84,16 @@ quint64 RemoteDevice::send(wire::Command command, const QString &name)
         m_deadline.start(m_link ? m_link->deadline() : std::chrono::milliseconds(0));
     m_stream->send(std::move(command));
     return m_lastCall;
+}
+
+// The far side forgets the result then.
+void RemoteDevice::confirmReceipt(quint64 number)
+{
+    if (!m_unconfirmed.removeOne(number))
+        return;
+    wire::Command command;
+    command.set_received(number);
+    m_stream->send(std::move(command));
 }
 
 bool RemoteDevice::open()
@@ -239,6 +252,7 @@ void RemoteDevice::lose(const QString &infoTrId)
     m_isFarBusy = false;
     m_withheld.clear();
     m_farActions.clear();
+    m_unconfirmed.clear();
     const auto runs = std::exchange(m_runs, {});
     if (!wasUsed && runs.isEmpty())
         return;
@@ -478,12 +492,16 @@ void RemoteDevice::hearExecuted(const wire::Executed &executed)
     }
     QString problem;
     const auto result = fromWire(executed.result(), &problem);
+    const QPointer<RemoteDevice> self(this);
     if (result) {
+        if (executed.number() != 0)
+            m_unconfirmed.append(executed.number());
         end(feature, executed.ok(), *result);
+        if (self)
+            confirmReceipt(executed.number());
         return;
     }
     qCWarning(LogCDriver) << "The result of" << nameOf(feature) << "cannot travel:" << problem;
-    const QPointer<RemoteDevice> self(this);
     setError(ERROR_DEVICE_VENDOR_SPECIFIC, QLatin1String(valueText));
     if (self)
         end(feature, false, QVariant());

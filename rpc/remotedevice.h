@@ -56,6 +56,7 @@ private:
     };
 
     bool connectFar();
+    void confirmReceipt(quint64 number);
     quint64 send(wire::Command command, const QString &name);
     void sendConfiguration(DeviceFeature feature);
     void read();
@@ -94,6 +95,7 @@ private:
     QSet<int> m_configured;           // features whose configuration belongs to the application
     QHash<int, QString> m_unsendable; // configurations that cannot travel, and why
     bool m_isConfiguring = false;
+    QList<quint64> m_unconfirmed; // results that are being handed to the application
     QHash<int, int> m_farActions; // far ids of requests by the near ones
     int m_farAction = 0;          // the request that is being announced
 };

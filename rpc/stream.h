@@ -48,6 +48,9 @@ public:
         const std::lock_guard lock(m_mutex);
         m_receiver = nullptr;
         m_wake = {};
+        m_isDetached = true;
+        m_arrived.clear();
+        resume();
     }
 
     /// Sends a message after those sent before. One that is still waiting, the last, and of the
@@ -75,10 +78,7 @@ public:
         const std::lock_guard lock(m_mutex);
         m_isAwake = false;
         std::deque<Incoming> arrived = std::exchange(m_arrived, {});
-        if (m_isPaused && !m_isClosed) {
-            m_isPaused = false;
-            this->StartRead(&m_incoming);
-        }
+        resume();
         return arrived;
     }
 
@@ -112,7 +112,9 @@ public:
             readEnded();
             return;
         }
-        m_arrived.push_back(std::move(m_incoming));
+        // A stream whose end nobody reads would never end.
+        if (!m_isDetached)
+            m_arrived.push_back(std::move(m_incoming));
         m_incoming = Incoming();
         post();
         if (m_arrived.size() < maximumArrived)
@@ -161,6 +163,11 @@ protected:
         return m_isWriting;
     }
 
+    bool isOpenAndWritten() const
+    {
+        return !m_isClosed && !m_isWriting && m_queue.empty();
+    }
+
     virtual void readEnded() = 0;
     virtual void writeEnded() { }
 
@@ -187,6 +194,14 @@ private:
         this->StartWrite(&m_queue.front().message);
     }
 
+    void resume()
+    {
+        if (!m_isPaused || m_isClosed)
+            return;
+        m_isPaused = false;
+        this->StartRead(&m_incoming);
+    }
+
     void post()
     {
         m_news.notify_all();
@@ -200,6 +215,7 @@ private:
     QObject *m_receiver = nullptr;
     std::function<void()> m_wake;
     bool m_isAwake = false;
+    bool m_isDetached = false;
     std::deque<Incoming> m_arrived;
     Incoming m_incoming;
     bool m_isPaused = false;
@@ -229,7 +245,15 @@ public:
         return stream;
     }
 
-    /// Ends the call.
+    /// Ends the call once everything that was sent is on its way. Nothing is sent afterwards.
+    void hangUp()
+    {
+        const std::lock_guard lock(this->m_mutex);
+        m_isLeaving = true;
+        writeEnded();
+    }
+
+    /// Ends the call, with what is on its way.
     void cancel()
     {
         m_context.TryCancel();
@@ -257,7 +281,17 @@ private:
         this->RemoveHold();
     }
 
+    void writeEnded() override
+    {
+        if (!m_isLeaving || m_hasLeft || !this->isOpenAndWritten())
+            return;
+        m_hasLeft = true;
+        this->StartWritesDone();
+    }
+
     grpc::ClientContext m_context;
+    bool m_isLeaving = false;
+    bool m_hasLeft = false;
     grpc::Status m_status;
 };
 

@@ -1,15 +1,9 @@
 #include "gatekeeper.h"
 
-#include "identity.h"
-
 #include <wire.h>
 
-#include <qelvalues/valuecodec.h>
-
-#include <QtCore/QDir>
 #include <QtCore/QJsonDocument>
 #include <QtCore/QJsonObject>
-#include <QtCore/QRegularExpression>
 
 #include <cstdio>
 #include <utility>
@@ -41,7 +35,7 @@ void audit(bool logsJson, const QString &event, const QList<QPair<QString, QStri
 
 Gatekeeper::Gatekeeper(const Clients *clients, QString results, bool logsJson)
     : m_clients(clients)
-    , m_results(std::move(results))
+    , m_spool(std::move(results))
     , m_logsJson(logsJson)
 { }
 
@@ -132,60 +126,59 @@ void Gatekeeper::release(const void *session)
 }
 
 void Gatekeeper::auditRun(const QString &event, const QString &peer, const Device &device,
-                          Device::DeviceFeature feature, const QString &outcome) const
+                          const rpc::FarRun &run, const QString &outcome) const
 {
-    const auto configuration = toWire(device.configuration(feature));
+    const auto configuration = toWire(run.configuration);
     audit(m_logsJson, event,
           {{QStringLiteral("client"), nameOf(peer)},
            {QStringLiteral("instrument"), device.driver() + QLatin1Char('/') + device.location()},
-           {QStringLiteral("feature"), QVariant::fromValue(feature).toString()},
+           {QStringLiteral("feature"), QVariant::fromValue(run.feature).toString()},
            {QStringLiteral("configuration"), rpc::fromWire(configuration.json()).left(1000)},
            {QStringLiteral("outcome"), outcome}});
 }
 
-void Gatekeeper::noteStart(const QString &peer, const Device &device, Device::DeviceFeature feature)
+void Gatekeeper::noteStart(const QString &peer, const Device &device, const rpc::FarRun &run)
 {
-    auditRun(QStringLiteral("start"), peer, device, feature, QStringLiteral("open"));
+    auditRun(QStringLiteral("start"), peer, device, run, QStringLiteral("open"));
 }
 
-void Gatekeeper::noteRun(const QString &peer, const Device &device, Device::DeviceFeature feature,
-                         bool ok)
+void Gatekeeper::noteRun(const QString &peer, const Device &device, const rpc::FarRun &run, bool ok)
 {
-    auditRun(QStringLiteral("run"), peer, device, feature,
+    auditRun(QStringLiteral("run"), peer, device, run,
              ok ? QStringLiteral("result") : QStringLiteral("none"));
 }
 
-void Gatekeeper::keepResult(const QString &peer, const Device &device,
-                            Device::DeviceFeature feature, const QVariant &result)
+QString Gatekeeper::keepResult(const QString &peer, const Device &device, const rpc::FarRun &run,
+                               const QVariant &result)
 {
-    const QDateTime now = QDateTime::currentDateTimeUtc();
-    const auto json = [](const QVariant &value) {
-        return values::toJson(value, nullptr).value_or(QJsonValue());
-    };
-    const QJsonObject document{
-        {QStringLiteral("format"), QStringLiteral("qeldevices-kept-result")},
-        {QStringLiteral("client"), nameOf(peer)},
-        {QStringLiteral("driver"), device.driver()},
-        {QStringLiteral("location"), device.location()},
-        {QStringLiteral("name"), device.name()},
-        {QStringLiteral("serial"), device.serial()},
-        {QStringLiteral("feature"), QVariant::fromValue(feature).toString()},
-        {QStringLiteral("configuration"), json(device.configuration(feature))},
-        {QStringLiteral("finishedAt"), now.toString(Qt::ISODateWithMs)},
-        {QStringLiteral("result"), json(result)}};
-    // Names come from outside.
-    const QString who = nameOf(peer).replace(QRegularExpression(QStringLiteral("[^A-Za-z0-9_-]")),
-                                             QStringLiteral("_"));
-    const QString file =
-        QStringLiteral("%1/%2-%3.json")
-            .arg(m_results, now.toString(QStringLiteral("yyyyMMdd-HHmmss-zzz")), who);
     QString problem;
-    const bool isKept = QDir().mkpath(m_results)
-        && writePrivateFile(file, QJsonDocument(document).toJson(), &problem);
-    audit(m_logsJson, isKept ? QStringLiteral("kept") : QStringLiteral("problem"),
-          {{QStringLiteral("client"), nameOf(peer)},
-           {QStringLiteral("file"), file},
-           {QStringLiteral("what"), problem}});
+    const QString name = m_spool.keep(nameOf(peer), device, run, result, &problem);
+    if (!problem.isEmpty())
+        audit(m_logsJson, QStringLiteral("problem"),
+              {{QStringLiteral("client"), nameOf(peer)}, {QStringLiteral("what"), problem}});
+    return name;
+}
+
+void Gatekeeper::dropResult(const QString &name)
+{
+    m_spool.drop(name);
+}
+
+void Gatekeeper::noteKept(const QString &peer, const QString &name)
+{
+    audit(
+        m_logsJson, QStringLiteral("kept"),
+        {{QStringLiteral("client"), nameOf(peer)}, {QStringLiteral("file"), m_spool.fileOf(name)}});
+}
+
+QStringList Gatekeeper::keptResults(const QString &peer)
+{
+    return m_spool.names(nameOf(peer));
+}
+
+QByteArray Gatekeeper::keptResult(const QString &peer, const QString &name)
+{
+    return m_spool.read(nameOf(peer), name);
 }
 
 } // namespace qel::server

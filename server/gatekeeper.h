@@ -2,6 +2,7 @@
 #define SERVER_GATEKEEPER_H
 
 #include "clients.h"
+#include "spool.h"
 
 #include <deviceserver.h>
 
@@ -17,7 +18,7 @@ void audit(bool logsJson, const QString &event, const QList<QPair<QString, QStri
 class Gatekeeper : public rpc::Gate
 {
 public:
-    /// @param results the folder for the results of clients that have gone
+    /// @param results the folder for the results that no client has yet
     Gatekeeper(const Clients *clients, QString results, bool logsJson);
 
     QString refusal(const QString &peer) override;
@@ -26,11 +27,15 @@ public:
                             const devices::DeviceInfo &info) override;
     void release(const void *session) override;
     void noteStart(const QString &peer, const devices::Device &device,
-                   devices::Device::DeviceFeature feature) override;
-    void noteRun(const QString &peer, const devices::Device &device,
-                 devices::Device::DeviceFeature feature, bool ok) override;
-    void keepResult(const QString &peer, const devices::Device &device,
-                    devices::Device::DeviceFeature feature, const QVariant &result) override;
+                   const rpc::FarRun &run) override;
+    void noteRun(const QString &peer, const devices::Device &device, const rpc::FarRun &run,
+                 bool ok) override;
+    QString keepResult(const QString &peer, const devices::Device &device, const rpc::FarRun &run,
+                       const QVariant &result) override;
+    void dropResult(const QString &name) override;
+    void noteKept(const QString &peer, const QString &name) override;
+    QStringList keptResults(const QString &peer) override;
+    QByteArray keptResult(const QString &peer, const QString &name) override;
 
 private:
     struct Lease
@@ -42,10 +47,10 @@ private:
 
     QString nameOf(const QString &peer) const;
     void auditRun(const QString &event, const QString &peer, const devices::Device &device,
-                  devices::Device::DeviceFeature feature, const QString &outcome) const;
+                  const rpc::FarRun &run, const QString &outcome) const;
 
     const Clients *const m_clients;
-    const QString m_results;
+    Spool m_spool;
     const bool m_logsJson;
     QHash<const void *, Lease> m_leases;
 };

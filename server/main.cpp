@@ -203,7 +203,7 @@ static int revoke(const QCommandLineParser &line, const QString &name)
 static int listResults(const QCommandLineParser &line)
 {
     const QDir folder(stateFolder(line) + QStringLiteral("/results"));
-    const auto files = folder.entryInfoList(QDir::Files, QDir::Name);
+    const auto files = folder.entryInfoList({QStringLiteral("*.json")}, QDir::Files, QDir::Name);
     for (const QFileInfo &file : files)
         std::printf("%s\n", file.absoluteFilePath().toLocal8Bit().constData());
     return Done;
@@ -217,7 +217,7 @@ static void declare(QCommandLineParser *line)
                        "  qeldevicesd invite NAME     print an invitation, for 'qelctl connect'\n"
                        "  qeldevicesd clients         list who was invited\n"
                        "  qeldevicesd revoke NAME     take an invitation back, at once\n"
-                       "  qeldevicesd results         list the results whose clients had gone"));
+                       "  qeldevicesd results         list the results that have reached nobody"));
     line->addHelpOption();
     line->addVersionOption();
     const auto option = [line](const char *name, const char *text, const char *value,

@@ -2,6 +2,7 @@
 
 #include <remotedevice.h>
 #include <texts.h>
+#include <wire.h>
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QDeadlineTimer>
@@ -256,6 +257,26 @@ QStringList Driver::addConnection(const QString &fileName)
                     .arg(stored.fileName(), stored.errorString())};
     Network::instance()->add(*connection);
     return {connection->name};
+}
+
+QVariantList Driver::keptResults(const QString &server, const QString &name)
+{
+    QVariantList all;
+    for (Server *one : Network::instance()->servers()) {
+        const QString own = one->connection().name;
+        if (!server.isEmpty() && own != server)
+            continue;
+        const auto results = one->link()->keptResults(name, deadline);
+        if (!results)
+            continue;
+        for (const rpc::wire::KeptResult &kept : *results)
+            all.append(QVariantMap{
+                {QStringLiteral("server"), own},
+                {QStringLiteral("name"), rpc::fromWire(kept.name())},
+                {QStringLiteral("problem"), rpc::fromWire(kept.problem())},
+                {QStringLiteral("document"), QByteArray::fromStdString(kept.document())}});
+    }
+    return all;
 }
 
 bool Driver::removeConnection(const QString &name)

@@ -89,6 +89,10 @@ public:
     /// Stores the connection in `fileName` and uses it from now on. Returns the server's name, or a
     /// list of nothing and a sentence.
     Q_INVOKABLE QStringList addConnection(const QString &fileName);
+    /// What the servers keep of runs whose results have reached nobody: one map for each, with the
+    /// texts "server", "name" and "problem" and the "document" as JSON. Without a `name`, of all
+    /// results of all servers, the documents without the results themselves.
+    Q_INVOKABLE QVariantList keptResults(const QString &server, const QString &name);
     /// Forgets the server `name`; false when there is none.
     Q_INVOKABLE bool removeConnection(const QString &name);
 };

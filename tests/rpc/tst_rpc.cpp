@@ -110,7 +110,8 @@ public:
 class Pair
 {
 public:
-    Pair()
+    explicit Pair(Gate *gate = nullptr)
+        : server(std::make_unique<DeviceServer>(std::vector<DeviceServer::Address>{}, gate))
     {
         int ends[2];
         if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK, 0, ends) != 0)
@@ -119,8 +120,56 @@ public:
         link.connectTo(grpc::CreateInsecureChannelFromFd("test", ends[1]));
     }
 
-    std::unique_ptr<DeviceServer> server = std::make_unique<DeviceServer>();
+    std::unique_ptr<DeviceServer> server;
     Link link;
+};
+
+// Lets everybody do everything, and keeps results in memory.
+class OpenGate : public Gate
+{
+public:
+    QString refusal(const QString &) override
+    {
+        return {};
+    }
+    QString executeRefusal(const QString &, Device::DeviceFeature) override
+    {
+        return {};
+    }
+    wire::Text acquire(const QString &, const void *, const DeviceInfo &) override
+    {
+        return {};
+    }
+    void release(const void *) override { }
+    void noteStart(const QString &, const Device &, const FarRun &) override { }
+    void noteRun(const QString &, const Device &, const FarRun &, bool) override { }
+    QString keepResult(const QString &, const Device &, const FarRun &run,
+                       const QVariant &result) override
+    {
+        const QString name = QStringLiteral("%1-%2").arg(++count).arg(run.configuration.toInt());
+        results.insert(name, result);
+        return name;
+    }
+    void dropResult(const QString &name) override
+    {
+        results.remove(name);
+    }
+    void noteKept(const QString &, const QString &name) override
+    {
+        left += name;
+    }
+    QStringList keptResults(const QString &) override
+    {
+        return results.keys();
+    }
+    QByteArray keptResult(const QString &, const QString &name) override
+    {
+        return results.contains(name) ? QByteArray(R"({"name": "x", "result": 1})") : QByteArray();
+    }
+
+    QMap<QString, QVariant> results;
+    QStringList left;
+    int count = 0;
 };
 
 // Every signal of a device, in words.
@@ -199,6 +248,8 @@ private slots:
     void opensAgainWithTheNextConnection();
     void mergesProgressOnly();
     void deletesTheFarDeviceWithTheNearOne();
+    void keepsAResultUntilTheApplicationHasIt_data();
+    void keepsAResultUntilTheApplicationHasIt();
 
 private:
     bool open();
@@ -266,7 +317,7 @@ void tst_Rpc::refusesAnotherVersion()
     QTRY_VERIFY_WITH_TIMEOUT(stream->hasEnded(), patience);
     QCOMPARE(stream->status().error_code(), grpc::StatusCode::FAILED_PRECONDITION);
     const QString why = fromWire(stream->status().error_message());
-    QVERIFY2(why.contains("version 2") && why.contains("v9.9") && why.contains("version 1"),
+    QVERIFY2(why.contains("version 3") && why.contains("v9.9") && why.contains("version 2"),
              qPrintable(why));
 }
 
@@ -512,6 +563,65 @@ void tst_Rpc::deletesTheFarDeviceWithTheNearOne()
     QVERIFY(open());
     m_device.reset();
     QTRY_COMPARE_WITH_TIMEOUT(FarDevice::current, nullptr, patience);
+}
+
+void tst_Rpc::keepsAResultUntilTheApplicationHasIt_data()
+{
+    QTest::addColumn<QString>("moment");
+    QTest::addColumn<bool>("isKept");
+    QTest::newRow("it has it") << "none" << false;
+    QTest::newRow("it deletes the device over it") << "deleted" << false;
+    QTest::newRow("the connection breaks just then") << "cut" << true;
+    QTest::newRow("the device is gone just then") << "gone" << true;
+    QTest::newRow("it has closed the device just then") << "closed" << true;
+}
+
+void tst_Rpc::keepsAResultUntilTheApplicationHasIt()
+{
+    QFETCH(QString, moment);
+    QFETCH(bool, isKept);
+    OpenGate gate;
+    m_device.reset();
+    m_pair = std::make_unique<Pair>(&gate);
+    QTRY_VERIFY_WITH_TIMEOUT(m_pair->link.isReady(), patience);
+    m_device =
+        std::make_unique<RemoteDevice>(FarDriver::record(), FarDriver::record(), &m_pair->link);
+    m_heard = std::make_unique<Heard>(m_device.get());
+    m_device->setConfiguration(feature, 7);
+    QVERIFY(open());
+    m_device->execute(feature);
+    QTRY_VERIFY_WITH_TIMEOUT(far() && far()->isBusy(), patience);
+    // It is kept before anybody hears of it, as what it was run with.
+    far()->setConfiguration(feature, 8);
+    emit far()->executed(feature, true, 5);
+    QCOMPARE(gate.results, (QMap<QString, QVariant>{{"1-7", 5}}));
+    QPointer<Link> link = &m_pair->link;
+
+    if (moment == "deleted")
+        connect(m_device.get(), &Device::executed, link, [this] { m_device.reset(); });
+    else if (moment == "closed")
+        m_device->close();
+    else if (moment == "gone")
+        m_device.reset();
+    else if (moment == "cut")
+        m_pair->server.reset();
+    if (moment == "none" || moment == "closed") {
+        QTRY_COMPARE_WITH_TIMEOUT(m_heard->results.size(), 1, patience);
+        // Whatever else was to be said of it is said before this.
+        m_device->update();
+        QTRY_COMPARE_WITH_TIMEOUT(far()->calls.constLast(), QString("update"), patience);
+        m_device.reset();
+    }
+    if (isKept) {
+        QTRY_COMPARE_WITH_TIMEOUT(gate.left, QStringList{"1-7"}, patience);
+        QCOMPARE(gate.results.size(), 1);
+    } else {
+        QTRY_VERIFY_WITH_TIMEOUT(!far(), patience);
+        QVERIFY(gate.left.isEmpty());
+        QVERIFY(gate.results.isEmpty());
+    }
+    m_device.reset();
+    m_pair.reset();
 }
 
 QTEST_GUILESS_MAIN(tst_Rpc)

@@ -1,0 +1,48 @@
+#ifndef SERVER_SPOOL_H
+#define SERVER_SPOOL_H
+
+#include <deviceserver.h>
+
+#include <QtCore/QByteArray>
+#include <QtCore/QString>
+#include <QtCore/QStringList>
+
+namespace qel::server {
+
+/// The folder of the results that no client has confirmed to have, a JSON document each.
+///
+/// | Key                                    | Value                                          |
+/// |----------------------------------------|------------------------------------------------|
+/// | "format"                               | "qeldevices-kept-result"                       |
+/// | "client"                               | the name of who has run it                     |
+/// | "interface"                            | the enumerator's number                        |
+/// | "driver", "location", "name", "serial" | of the instrument                              |
+/// | "feature"                              | the enumerator's number                        |
+/// | "startedAt"                            | ISO 8601 in UTC                                |
+/// | "elapsed"                              | milliseconds that the run took                 |
+/// | "descriptor", "configuration", "result"| as the codec of feature values writes them     |
+class Spool
+{
+public:
+    explicit Spool(QString folder);
+
+    /// Writes a result: when this returns, the file is on the disk, whole.
+    /// @return its name; or nothing, and a sentence in `problem`
+    QString keep(const QString &client, const devices::Device &device, const rpc::FarRun &run,
+                 const QVariant &result, QString *problem);
+    void drop(const QString &name);
+
+    /// The names of what is kept for `client`, the oldest first.
+    QStringList names(const QString &client) const;
+    /// The document called `name`; empty when nothing of that name is kept for `client`.
+    QByteArray read(const QString &client, const QString &name) const;
+    /// The file called `name`.
+    QString fileOf(const QString &name) const;
+
+private:
+    const QString m_folder;
+};
+
+} // namespace qel::server
+
+#endif
