@@ -109,6 +109,8 @@ class ServerTest(unittest.TestCase):
         self.assertEqual(run.returncode, 0, run.stderr)
         self.assertIn("A-1", run.stdout)
         self.await_log("run client='anna'.*DF_AbsorbanceMeasurement.*outcome='result'")
+        # It has arrived, so that nothing is kept.
+        self.assertEqual(self.keeper("results").stdout, "")
 
         self.assertIn("1 instruments", self.tool("anna", "servers").stdout)
         name = connected.stdout.split("'")[1]
@@ -145,11 +147,26 @@ class ServerTest(unittest.TestCase):
         self.await_log("release client='anna'")
         kept = self.keeper("results").stdout.splitlines()
         self.assertEqual(len(kept), 1)
-        document = json.loads(pathlib.Path(kept[0]).read_text())
-        self.assertEqual((document["client"], document["serial"]), ("anna", "A-1"))
-        self.assertEqual(document["feature"], "DF_AbsorbanceMeasurement")
-        self.assertEqual(len(document["result"]["values"][0]["value"]), 96)
+        self.fetch_what_is_kept()
         self.assertEqual(self.tool("bert", "run", "A-1", "orientation").returncode, 0)
+
+    def fetch_what_is_kept(self):
+        listed = json.loads(self.tool("anna", "results", "--json").stdout)["results"]
+        self.assertEqual([(one["serial"], one["feature"]) for one in listed],
+                         [("A-1", "DF_AbsorbanceMeasurement")])
+        name = listed[0]["result"]
+        self.assertIn(name, self.tool("anna", "results").stdout)
+        file = self.folder / "fetched.json"
+        fetched = self.tool("anna", "results", name, "--output", str(file))
+        self.assertEqual(fetched.returncode, 0, fetched.stderr)
+        document = json.loads(file.read_text())
+        self.assertEqual((document["format"], document["device"]["serial"]),
+                         ("qeldevices-run", "A-1"))
+        self.assertEqual(len(document["plate"]["reads"][0]["values"]), 8)
+        # What is kept for one is nobody else's.
+        self.assertEqual(json.loads(self.tool("bert", "results", "--json").stdout)["results"], [])
+        for other in (name, name.split("/")[0] + "/../clients", "elsewhere/x", "x"):
+            self.assertEqual(self.tool("bert", "results", other).returncode, 3, other)
 
     def test_roles(self):
         self.start()

@@ -13,6 +13,7 @@ extern const Command disconnectCommand;
 extern const Command doctorCommand;
 extern const Command driversCommand;
 extern const Command listCommand;
+extern const Command resultsCommand;
 extern const Command serversCommand;
 extern const Command showCommand;
 extern const Command newDriverCommand;

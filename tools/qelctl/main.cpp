@@ -19,9 +19,9 @@
 namespace qelctl {
 
 static const Command *const commands[] = {
-    &driversCommand, &listCommand,   &showCommand,  &runCommand,
-    &watchCommand,   &doctorCommand, &checkCommand, &newDriverCommand,
-    &connectCommand, &serversCommand, &disconnectCommand,
+    &driversCommand, &listCommand,    &showCommand,       &runCommand,
+    &watchCommand,   &doctorCommand,  &checkCommand,      &newDriverCommand,
+    &connectCommand, &serversCommand, &disconnectCommand, &resultsCommand,
 };
 
 // The environment is read here because the system's locale is a twentieth of the start-up to set

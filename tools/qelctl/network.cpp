@@ -5,6 +5,11 @@
 #include "output.h"
 #include "startup.h"
 
+#include <qelfrontend/problems.h>
+#include <qelfrontend/runjson.h>
+#include <qelvalues/names.h>
+#include <qelvalues/valuecodec.h>
+
 #include <qeldevices/devicebroker.h>
 #include <qeldevices/logging.h>
 
@@ -12,6 +17,7 @@
 #include <QtCore/QEventLoop>
 #include <QtCore/QFileInfo>
 #include <QtCore/QJsonArray>
+#include <QtCore/QJsonDocument>
 #include <QtCore/QTimer>
 #include <QtCore/QVariant>
 
@@ -19,6 +25,7 @@
 
 namespace qelctl {
 
+using qel::devices::Device;
 using qel::devices::DeviceBroker;
 using qel::devices::DeviceInfo;
 
@@ -92,8 +99,8 @@ int runConnect(const QStringList &arguments)
         if (stringOf(entry, "name") == server && !absence.isEmpty())
             return fail(CannotOpen, text("qelctl-connect-away", server, absence));
     }
-    QList<QStringList> rows{{text("qelctl-column-name"), text("qelctl-column-serial"),
-                             text("qelctl-column-device")}};
+    QList<QStringList> rows{
+        {text("qelctl-column-name"), text("qelctl-column-serial"), text("qelctl-column-device")}};
     const auto all = DeviceBroker::availableDevices();
     for (const DeviceInfo &info : all) {
         if (info.driver() == QLatin1String("Network")
@@ -152,12 +159,129 @@ int runServers(const QStringList &arguments)
     return printData(indented(json));
 }
 
+// A document of the server's spool, as `qelctl run` would have written it.
+std::optional<QByteArray> runDocument(const QString &server, const QJsonObject &kept,
+                                      QString *problem)
+{
+    const auto word = [&](const char *key) { return kept.value(QLatin1String(key)).toString(); };
+    qel::values::Problem fault;
+    QVariant values[3];
+    const char *const keys[] = {"descriptor", "configuration", "result"};
+    for (int i = 0; i < 3; ++i) {
+        const auto value = qel::values::fromJson(kept.value(QLatin1String(keys[i])), &fault);
+        if (!value) {
+            *problem = qel::frontend::explain(fault);
+            return std::nullopt;
+        }
+        values[i] = *value;
+    }
+    qel::frontend::Outcome outcome;
+    outcome.kind = qel::frontend::Outcome::Result;
+    outcome.result = values[2];
+    outcome.startedAt = QDateTime::fromString(word("startedAt"), Qt::ISODateWithMs);
+    outcome.elapsed =
+        std::chrono::milliseconds(qint64(kept.value(QLatin1String("elapsed")).toDouble()));
+    const DeviceInfo device(
+        DeviceInfo::Network, QStringLiteral("Network"),
+        QStringLiteral("%1/%2/%3").arg(server, word("driver"), word("location")), word("name"),
+        word("serial"));
+    const auto json = qel::frontend::runToJson(
+        {device, std::nullopt, Device::DeviceFeature(kept.value(QLatin1String("feature")).toInt()),
+         values[0], values[1], outcome},
+        problem);
+    return json ? std::optional(indented(*json)) : std::nullopt;
+}
+
+QVariantList keptResults(QObject *driver, const QString &server, const QString &name)
+{
+    QVariantList results;
+    QMetaObject::invokeMethod(driver, "keptResults", Q_RETURN_ARG(QVariantList, results),
+                              Q_ARG(QString, server), Q_ARG(QString, name));
+    return results;
+}
+
+QJsonObject documentOf(const QVariant &kept)
+{
+    return QJsonDocument::fromJson(kept.toMap().value(QStringLiteral("document")).toByteArray())
+        .object();
+}
+
+int fetchResult(QObject *driver, const CommandLine &line)
+{
+    const QString full = line.positional().at(0);
+    const QString server = full.section(QLatin1Char('/'), 0, 0);
+    const QString name = full.section(QLatin1Char('/'), 1);
+    const auto found = name.isEmpty() ? QVariantList() : keptResults(driver, server, name);
+    const QVariant kept = found.value(0);
+    QString problem = stringOf(kept, "problem");
+    if (!problem.isEmpty())
+        return fail(RunFailed, sentence(problem));
+    const QJsonObject document = documentOf(kept);
+    if (document.isEmpty())
+        return fail(NoSuchDevice, text("qelctl-no-such-result", full));
+    const auto run = runDocument(server, document, &problem);
+    if (!run)
+        return fail(RunFailed, problem);
+    const auto existing =
+        line.has(QStringLiteral("force")) ? Output::Existing::Replace : Output::Existing::Refuse;
+    const auto output = Output::open(line.value(QStringLiteral("output")), existing, &problem);
+    return output && output->write(*run, &problem) ? int(Done) : fail(CannotWrite, problem);
+}
+
+int listResults(QObject *driver, bool asJson)
+{
+    QList<QStringList> rows{{text("qelctl-column-result"), text("qelctl-column-serial"),
+                             text("qelctl-column-name"), text("qelctl-column-feature")}};
+    QJsonArray entries;
+    const auto results = keptResults(driver, QString(), QString());
+    for (const QVariant &kept : results) {
+        const QJsonObject document = documentOf(kept);
+        const QString name = stringOf(kept, "server") + QLatin1Char('/') + stringOf(kept, "name");
+        const QString feature = qel::values::featureName(
+            Device::DeviceFeature(document.value(QLatin1String("feature")).toInt()));
+        const auto serial = document.value(QLatin1String("serial")).toString();
+        const auto device = document.value(QLatin1String("name")).toString();
+        rows.append({name, serial, device, feature});
+        entries.append(
+            QJsonObject{{QStringLiteral("result"), name},
+                        {QStringLiteral("serial"), serial},
+                        {QStringLiteral("name"), device},
+                        {QStringLiteral("feature"), feature},
+                        {QStringLiteral("startedAt"), document.value(QLatin1String("startedAt"))}});
+    }
+    if (!asJson)
+        return printData(table(rows));
+    QJsonObject json = document(QStringLiteral("qelctl-results"));
+    json.insert(QStringLiteral("results"), entries);
+    return printData(indented(json));
+}
+
+int runResults(const QStringList &arguments)
+{
+    CommandLine line(resultsCommand);
+    line.addArgument(QStringLiteral("[RESULT]"), "qelctl-argument-result");
+    line.addOption({QStringLiteral("output")}, "qelctl-results-option-output",
+                   QStringLiteral("FILE"));
+    line.addOption({QStringLiteral("force")}, "qelctl-run-option-force");
+    line.addOption({QStringLiteral("json")}, "qelctl-option-json");
+    if (const auto ended = line.parse(arguments, 0, 1))
+        return *ended;
+    QObject *driver = networkDriver();
+    if (!driver)
+        return RunFailed;
+    awaitServers(driver);
+    return line.positional().isEmpty() ? listResults(driver, line.has(QStringLiteral("json")))
+                                       : fetchResult(driver, line);
+}
+
 } // namespace
 
 const Command connectCommand{"connect", "qelctl-connect-summary", "qelctl-connect-details",
                              &runConnect};
 const Command disconnectCommand{"disconnect", "qelctl-disconnect-summary",
                                 "qelctl-disconnect-details", &runDisconnect};
+const Command resultsCommand{"results", "qelctl-results-summary", "qelctl-results-details",
+                             &runResults};
 const Command serversCommand{"servers", "qelctl-servers-summary", "qelctl-servers-details",
                              &runServers};
 

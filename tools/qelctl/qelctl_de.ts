@@ -797,5 +797,35 @@ Auf dem anderen Rechner gibt „qeldevicesd invite NAME“ die Einladung aus. Si
         <source></source>
         <translation>Listet die Server auf, deren Einladungen gespeichert sind, und sagt zu jedem, wie viele Geräte er hat oder warum er nicht erreichbar ist.</translation>
     </message>
+    <message id="qelctl-column-result">
+        <source></source>
+        <translation>Ergebnis</translation>
+    </message>
+    <message id="qelctl-no-such-result">
+        <source></source>
+        <translation>Kein Server hat für Sie ein Ergebnis „%1“ aufbewahrt.</translation>
+    </message>
+    <message id="qelctl-argument-result">
+        <source></source>
+        <translation>Ein Ergebnis, wie „qelctl results“ es auflistet. Ohne Angabe werden alle aufgelistet.</translation>
+    </message>
+    <message id="qelctl-results-option-output">
+        <source></source>
+        <translation>Schreibt das Ergebnis in FILE. Vorgabe: Standardausgabe.</translation>
+    </message>
+    <message id="qelctl-results-summary">
+        <source></source>
+        <translation>Ergebnisse auflisten und holen, die nicht angekommen sind</translation>
+    </message>
+    <message id="qelctl-results-details">
+        <source></source>
+        <translation>Ein Server bewahrt das Ergebnis eines Laufs auf, dessen Verbindung abriss, bevor das Ergebnis ankam. Listet auf, was die Server für Sie aufbewahren; mit RESULT wird dieses Ergebnis so ausgegeben, wie „qelctl run --format json“ es getan hätte.
+
+Die Ergebnisse bleiben auf dem Server.</translation>
+    </message>
+    <message id="qelctl-column-feature">
+        <source></source>
+        <translation>Funktion</translation>
+    </message>
 </context>
 </TS>

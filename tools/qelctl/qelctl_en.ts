@@ -796,5 +796,35 @@ On the other machine, 'qeldevicesd invite NAME' prints the invitation. It holds 
         <source></source>
         <translation>Lists the servers whose invitations are stored, and says of each how many instruments it has or why it is away.</translation>
     </message>
+    <message id="qelctl-column-result">
+        <source></source>
+        <translation>Result</translation>
+    </message>
+    <message id="qelctl-no-such-result">
+        <source></source>
+        <translation>No server keeps a result '%1' for you.</translation>
+    </message>
+    <message id="qelctl-argument-result">
+        <source></source>
+        <translation>A result, as 'qelctl results' lists it. Without one, all are listed.</translation>
+    </message>
+    <message id="qelctl-results-option-output">
+        <source></source>
+        <translation>Write the result to FILE. Default: standard output.</translation>
+    </message>
+    <message id="qelctl-results-summary">
+        <source></source>
+        <translation>List and fetch results that have not reached you</translation>
+    </message>
+    <message id="qelctl-results-details">
+        <source></source>
+        <translation>A server keeps the result of a run whose connection broke before the result had arrived. Lists what the servers keep for you; with RESULT, prints that result as 'qelctl run --format json' would have.
+
+The results stay on the server.</translation>
+    </message>
+    <message id="qelctl-column-feature">
+        <source></source>
+        <translation>Feature</translation>
+    </message>
 </context>
 </TS>

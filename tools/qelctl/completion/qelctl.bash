@@ -42,6 +42,7 @@ _qelctl_offer()
     KEY=VALUE) candidates=$(_qelctl_settings) ;;
     D) candidates=$(_qelctl_tool list --json | _qelctl_values driver | sort -u) ;;
     I) candidates=$'unknown\nsimulator\nserial\nusb-hid\nnetwork' ;;
+    *RESULT*) candidates=$(_qelctl_tool results --json | _qelctl_values result) ;;
     LOCALE) candidates=$'de\nen' ;;
     OPTION) candidates=$(_qelctl_options | cut -d ' ' -f 1) ;;
     DIR | *DIRECTORY*)
