@@ -127,7 +127,7 @@ void Run::watchDevice()
 
 void Run::prepare()
 {
-    if ((m_state != Preparing && m_state != Waiting) || m_lost)
+    if (m_state != Preparing && m_state != Waiting)
         return;
     if (!m_request.feature) {
         end(Outcome::Result);
@@ -156,25 +156,27 @@ void Run::prepare()
             return;
         }
     }
-    setState(Executing);
     execute(configuration);
 }
 
 void Run::execute(const std::optional<QVariant> &configuration)
 {
     const QPointer<Run> self(this);
-    if (m_state == Executing && configuration)
+    const State before = m_state;
+    if (configuration)
         m_device->setConfiguration(*m_request.feature, *configuration);
-    if (!self || m_state != Executing)
+    if (!self || m_state != before)
         return;
-    m_executeCalled = true;
+    setState(Starting);
+    if (!self || m_state != Starting)
+        return;
     m_outcome.startedAt = QDateTime::currentDateTimeUtc();
     m_clock.start();
     showLife();
     const TrailMark mark(m_device->driver(), "execute()");
     m_device->execute(*m_request.feature);
-    if (self)
-        m_executeReturned = true;
+    if (self && m_state == Starting)
+        setState(Executing);
 }
 
 void Run::stop(Outcome::Kind kind)
@@ -186,6 +188,7 @@ void Run::stop(Outcome::Kind kind)
         return;
     case NotStarted:
     case Preparing:
+    case Losing:
         end(kind);
         return;
     case Waiting:
@@ -194,6 +197,7 @@ void Run::stop(Outcome::Kind kind)
     case Opening:
         m_rung = Rung::Close;
         break;
+    case Starting:
     case Executing:
         m_rung = m_openActions.isEmpty() ? Rung::Reset : Rung::Abort;
         break;
@@ -250,8 +254,8 @@ void Run::setState(State state)
 // The device will hardly answer any more, but may be about to say why.
 void Run::lose()
 {
-    m_lost = true;
     m_grace.start();
+    setState(Losing);
 }
 
 // Only what is known by now goes into the outcome; the error may still be on its way behind the
@@ -341,9 +345,12 @@ void Run::onOpenChanged(bool open)
         return;
     case Preparing:
     case Waiting:
+    case Starting:
     case Executing:
         if (!open)
             lose();
+        return;
+    case Losing:
         return;
     case Stopping:
         if (!open && m_rung == Rung::End)
@@ -366,7 +373,7 @@ void Run::onBusyChanged(bool busy)
 void Run::onFeaturesChanged()
 {
     // Later, since a driver may describe a feature after it has added it.
-    if (m_state == Preparing && m_grace.isActive() && !m_lost)
+    if (m_state == Preparing && m_grace.isActive())
         QMetaObject::invokeMethod(this, &Run::prepare, Qt::QueuedConnection);
 }
 
@@ -390,13 +397,13 @@ void Run::onErrorChanged()
     if (m_state == Opening)
         end(Outcome::CannotOpen);
     else if (code == ERROR_DEVICE_DISCONNECTED
-             && (m_state == Preparing || m_state == Waiting || m_state == Executing))
+             && (m_state == Preparing || m_state == Waiting || isAtWork()))
         lose();
 }
 
 void Run::onTransientValue(Device::DeviceFeature feature, const QVariant &value)
 {
-    if (m_state != Executing)
+    if (!isAtWork())
         return;
     if (feature == m_request.feature)
         showLife();
@@ -428,18 +435,18 @@ void Run::onActionRequired(int actionId, const QString &action)
 
 void Run::onExecuted(Device::DeviceFeature feature, bool ok, const QVariant &result)
 {
-    if (feature != m_request.feature || !m_executeCalled)
+    if (feature != m_request.feature)
         return;
     if (m_state == Stopping)
         end(m_stopKind);
-    else if (m_state != Executing)
+    else if (!isAtWork() && m_state != Losing)
         return;
     else if (ok)
         judge(result);
-    else if (m_lost && m_outcome.code == NO_DEVICE_ERROR)
+    else if (m_state == Losing && m_outcome.code == NO_DEVICE_ERROR)
         end(Outcome::DeviceGone);
     else
-        end(m_executeReturned ? Outcome::Failed : Outcome::Refused);
+        end(m_state == Starting ? Outcome::Refused : Outcome::Failed);
 }
 
 // What is not shaped as the feature's results are is none: nobody could tell what was measured.
@@ -454,10 +461,15 @@ void Run::judge(const QVariant &result)
         end(Outcome::Failed, explain(problems.first()));
 }
 
+bool Run::isAtWork() const
+{
+    return m_state == Starting || m_state == Executing;
+}
+
 // The feature runs on: its time without a sign of life begins anew.
 void Run::showLife()
 {
-    if (m_state == Executing && m_request.stallLimit.count() > 0)
+    if (isAtWork() && m_request.stallLimit.count() > 0)
         m_stall.start();
 }
 
@@ -465,7 +477,7 @@ void Run::onGraceOver()
 {
     if (m_state == Stopping) {
         climb();
-    } else if (m_lost) {
+    } else if (m_state == Losing) {
         end(Outcome::DeviceGone);
     } else if (m_state == Preparing && m_device->hasFeature(*m_request.feature)) {
         // A descriptor without content makes a feature available without a signal.

@@ -106,10 +106,12 @@ public:
         Opening,   ///< waiting for the device to open
         Preparing, ///< open, waiting for the device to offer the feature
         Waiting,   ///< waiting for the device to be no longer busy with something else
+        Starting,  ///< the device is told to execute; an end now is a refusal
         Executing, ///< waiting for the feature's result
-        Stopping,  ///< on the ladder
-        Ending,    ///< over; the device may still say why
-        Finished,  ///< the outcome stands
+        Losing,   ///< the device has closed or is unplugged; it may still end what runs and say why
+        Stopping, ///< on the ladder
+        Ending,   ///< over; the device may still say why
+        Finished, ///< the outcome stands
     };
     Q_ENUM(State)
 
@@ -176,6 +178,7 @@ private:
     void onExecuted(devices::Device::DeviceFeature feature, bool ok, const QVariant &result);
     void judge(const QVariant &result);
     void onGraceOver();
+    bool isAtWork() const;
     void showLife();
 
     QPointer<devices::Device> m_device;
@@ -184,9 +187,6 @@ private:
     State m_state = NotStarted;
     Rung m_rung = Rung::Abort;
     Outcome::Kind m_stopKind = Outcome::AbortedByUser;
-    bool m_executeCalled = false;
-    bool m_executeReturned = false;
-    bool m_lost = false;
     double m_progress = -1;
     QSet<int> m_openActions;
     QString m_earlierErrorTrId;

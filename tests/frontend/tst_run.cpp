@@ -448,7 +448,9 @@ void RunTest::forwardsProgressAndValues()
     QList<int> seen;
     for (const auto &state : std::as_const(states))
         seen += state[0].toInt();
-    QCOMPARE(seen, (QList<int>{Run::Opening, Run::Preparing, Run::Executing, Run::Ending, Run::Finished}));
+    QCOMPARE(seen,
+             (QList<int>{Run::Opening, Run::Preparing, Run::Starting, Run::Executing, Run::Ending,
+                         Run::Finished}));
 }
 
 void RunTest::configures()
