@@ -139,7 +139,7 @@ class CodeBlocks(unittest.TestCase):
 
     def python(self, place, text, _omitted, code):
         if "PYTHON" not in os.environ:
-            print("not run, as this build lacks the Python package:")
+            print("not run, as this build has no Python package that can be run:")
             print(text)
             return
         script = place.write("script.py", text)
