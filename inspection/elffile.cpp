@@ -138,23 +138,21 @@ std::optional<QByteArray> FileBytes::text(quint64 offset, quint64 limit) const
     return end < 0 ? std::nullopt : std::make_optional(start.left(end));
 }
 
-FileFinding problem(const char *code, const QString &text, const QString &remedy)
+FileFinding problem(const char *code, const Sentence &text, const Sentence &remedy)
 {
     return {FileFinding::Severity::Problem, QString::fromLatin1(code), text, remedy};
 }
 
-FileFinding damaged(const QString &what)
+FileFinding damaged(const Sentence &what)
 {
-    return problem("damaged", QStringLiteral("The file is damaged: %1.").arg(what),
-                   QStringLiteral("Copy or build it again."));
+    return problem("damaged", {"The file is damaged: %1.", {what}}, "Copy or build it again.");
 }
 
-FileFinding notALibrary(const QString &text)
+FileFinding notALibrary(const Sentence &text)
 {
-    return problem(
-        "not-a-shared-library", text,
-        QStringLiteral("Move it out of the plugin folder: every file there is tried as a "
-                       "driver."));
+    return problem("not-a-shared-library", text,
+                   "Move it out of the plugin folder: every file there is tried as a "
+                   "driver.");
 }
 
 struct MachineName
@@ -169,12 +167,13 @@ constexpr MachineName machineNames[] = {
     {EM_S390, "IBM S/390"},     {EM_MIPS, "MIPS"},
 };
 
-QString machineName(int machine)
+Sentence machineName(int machine)
 {
     const auto *known = std::find_if(std::begin(machineNames), std::end(machineNames),
                                      [=](const MachineName &n) { return n.machine == machine; });
-    return known == std::end(machineNames) ? QStringLiteral("a processor of kind %1").arg(machine)
-                                           : QString::fromLatin1(known->name);
+    return known == std::end(machineNames)
+        ? Sentence("a processor of kind %1", {QString::number(machine)})
+        : Sentence(QString::fromLatin1(known->name));
 }
 
 // The kind of computer that is identified by the first bytes, which have one layout for all kinds.
@@ -233,20 +232,17 @@ private:
 LibraryReader::Failure LibraryReader::checkFile()
 {
     if (m_file.error() == ENOENT || m_file.error() == ENOTDIR) {
-        return problem("not-found", QStringLiteral("There is no such file."),
-                       QStringLiteral("Check the path."));
+        return problem("not-found", "There is no such file.", "Check the path.");
     }
     if (m_file.error() != 0) {
         return problem(
-            "unreadable",
-            QStringLiteral("The file cannot be read: %1.").arg(qt_error_string(m_file.error())),
-            QStringLiteral("Let the user who runs the application read the file and enter "
-                           "its folders."));
+            "unreadable", {"The file cannot be read: %1.", {qt_error_string(m_file.error())}},
+            "Let the user who runs the application read the file and enter its folders.");
     }
     if (!m_file.isRegular())
-        return notALibrary(QStringLiteral("It is not an ordinary file."));
+        return notALibrary("It is not an ordinary file.");
     if (m_file.size() == 0)
-        return damaged(QStringLiteral("it is empty"));
+        return damaged("it is empty");
     return std::nullopt;
 }
 
@@ -255,22 +251,22 @@ LibraryReader::Failure LibraryReader::checkForeignFormats()
     const QByteArray magic = m_file.bytes(0, std::min<quint64>(m_file.size(), SELFMAG));
     if (magic == QByteArray(ELFMAG, SELFMAG))
         return std::nullopt;
-    const QString foreign = QStringLiteral("It is made for %1.");
-    const QString remedy = QStringLiteral("Install the driver that is made for Linux.");
+    const char *foreign = "It is made for %1.";
+    const char *remedy = "Install the driver that is made for Linux.";
     if (magic.startsWith("MZ"))
-        return problem("other-architecture", foreign.arg(QStringLiteral("Windows")), remedy);
+        return problem("other-architecture", {foreign, {QStringLiteral("Windows")}}, remedy);
     for (const char *apple : {"\xcf\xfa\xed\xfe", "\xca\xfe\xba\xbe"}) {
         if (magic == QByteArray(apple, SELFMAG))
-            return problem("other-architecture", foreign.arg(QStringLiteral("macOS")), remedy);
+            return problem("other-architecture", {foreign, {QStringLiteral("macOS")}}, remedy);
     }
-    return notALibrary(QStringLiteral("It is not a shared library."));
+    return notALibrary("It is not a shared library.");
 }
 
 LibraryReader::Failure LibraryReader::checkIdentity()
 {
     Identity identity = {};
     if (!m_file.read(0, &identity))
-        return damaged(QStringLiteral("it ends within its header"));
+        return damaged("it ends within its header");
     const Identity &own = ownIdentity();
     if (identity.ident[EI_DATA] != own.ident[EI_DATA])
         identity.machine = quint16(identity.machine << 8 | identity.machine >> 8);
@@ -281,37 +277,34 @@ LibraryReader::Failure LibraryReader::checkIdentity()
         const bool bigEndian = identity.ident[EI_DATA] == ELFDATA2MSB;
         return problem(
             "other-architecture",
-            QStringLiteral("It is made for another kind of computer: %1 (%2-bit, %3-endian); "
-                           "this one takes %4.")
-                .arg(machineName(identity.machine))
-                .arg(wide ? 64 : 32)
-                .arg(bigEndian ? QStringLiteral("big") : QStringLiteral("little"),
-                     machineName(own.machine)),
-            QStringLiteral("Install the driver that is made for %1.")
-                .arg(machineName(own.machine)));
+            {"It is made for another kind of computer: %1 (%2-bit, %3-endian); this one takes %4.",
+             {machineName(identity.machine), QString::number(wide ? 64 : 32),
+              bigEndian ? QStringLiteral("big") : QStringLiteral("little"),
+              machineName(own.machine)}},
+            {"Install the driver that is made for %1.", {machineName(own.machine)}});
     }
     const int abi = identity.ident[EI_OSABI];
     if (identity.ident[EI_VERSION] != EV_CURRENT || (abi != ELFOSABI_SYSV && abi != ELFOSABI_LINUX))
-        return damaged(QStringLiteral("its header names an unknown format"));
+        return damaged("its header names an unknown format");
     if (identity.type == ET_EXEC)
-        return notALibrary(QStringLiteral("It is a program, not a shared library."));
+        return notALibrary("It is a program, not a shared library.");
     if (identity.type == ET_REL)
-        return notALibrary(QStringLiteral("It is an object file that was never linked."));
+        return notALibrary("It is an object file that was never linked.");
     if (identity.type != ET_DYN)
-        return notALibrary(QStringLiteral("It is not a shared library."));
+        return notALibrary("It is not a shared library.");
     return std::nullopt;
 }
 
 LibraryReader::Failure LibraryReader::readHeader()
 {
     if (!m_file.read(0, &m_header))
-        return damaged(QStringLiteral("it ends within its header"));
+        return damaged("it ends within its header");
     if (m_header.e_phentsize != sizeof(ProgramHeader) || m_header.e_phnum == 0
         || m_header.e_phnum == PN_XNUM)
-        return damaged(QStringLiteral("its header does not say what to load"));
+        return damaged("its header does not say what to load");
     const bool hasSections = m_header.e_shoff != 0 && m_header.e_shnum != 0;
     if (hasSections && m_header.e_shentsize != sizeof(SectionHeader))
-        return damaged(QStringLiteral("its header describes no valid table of sections"));
+        return damaged("its header describes no valid table of sections");
     return std::nullopt;
 }
 
@@ -322,12 +315,12 @@ LibraryReader::Failure LibraryReader::readSegments()
         ProgramHeader segment = {};
         if (!m_file.contains(m_header.e_phoff, quint64(i + 1) * sizeof segment)
             || !m_file.read(m_header.e_phoff + quint64(i) * sizeof segment, &segment))
-            return damaged(QStringLiteral("it ends before the table of what to load"));
+            return damaged("it ends before the table of what to load");
         if (segment.p_type != PT_LOAD && segment.p_type != PT_DYNAMIC)
             continue;
         if (!m_file.contains(segment.p_offset, segment.p_filesz)) {
             return damaged(
-                QStringLiteral("it has %1 bytes and says that it has more").arg(m_file.size()));
+                {"it has %1 bytes and says that it has more", {QString::number(m_file.size())}});
         }
         if (segment.p_type == PT_DYNAMIC) {
             m_dynamic = segment;
@@ -335,12 +328,12 @@ LibraryReader::Failure LibraryReader::readSegments()
         } else {
             if (segment.p_filesz > segment.p_memsz || segment.p_align == 0
                 || (segment.p_vaddr - segment.p_offset) % segment.p_align != 0)
-                return damaged(QStringLiteral("what it wants loaded does not fit into memory"));
+                return damaged("what it wants loaded does not fit into memory");
             m_library.segments.append({segment.p_offset, segment.p_vaddr, segment.p_filesz});
         }
     }
     if (!hasDynamic || m_library.segments.isEmpty())
-        return damaged(QStringLiteral("it holds nothing that could be loaded"));
+        return damaged("it holds nothing that could be loaded");
     return std::nullopt;
 }
 
@@ -370,11 +363,11 @@ LibraryReader::Failure LibraryReader::readDynamicTable()
     for (quint64 i = 0; i < count; ++i) {
         DynamicEntry entry = {};
         if (!m_file.read(m_dynamic.p_offset + i * sizeof entry, &entry))
-            return damaged(QStringLiteral("its table of dependent libraries cannot be read"));
+            return damaged("its table of dependent libraries cannot be read");
         if (entry.d_tag == DT_NULL)
             break;
         if (entry.d_tag == DT_FLAGS_1 && entry.d_un.d_val & DF_1_PIE)
-            return notALibrary(QStringLiteral("It is a program, not a shared library."));
+            return notALibrary("It is a program, not a shared library.");
         if (entry.d_tag == DT_STRTAB)
             names = fileOffset(entry.d_un.d_ptr);
         else if (entry.d_tag == DT_RPATH)
@@ -385,7 +378,7 @@ LibraryReader::Failure LibraryReader::readDynamicTable()
             needed.append(entry.d_un.d_val);
     }
     if (!names || needed.size() > maximumNeeded)
-        return damaged(QStringLiteral("its table of dependent libraries makes no sense"));
+        return damaged("its table of dependent libraries makes no sense");
 
     // The sums may wrap around in a hostile file; the reading is checked all the same.
     if (rpath)
@@ -395,7 +388,7 @@ LibraryReader::Failure LibraryReader::readDynamicTable()
     for (const quint64 offset : std::as_const(needed)) {
         const auto name = m_file.text(*names + offset);
         if (!name || name->isEmpty())
-            return damaged(QStringLiteral("the name of a dependent library cannot be read"));
+            return damaged("the name of a dependent library cannot be read");
         m_library.needed.append(QFile::decodeName(*name));
     }
     return std::nullopt;
@@ -457,12 +450,11 @@ LibraryReader::Failure LibraryReader::readSection(const SectionHeader &section,
         m_library.hasNewerMetaDataNote = true;
     } else if (name == ".qtmetadata" && !m_library.hasMetaDataSection) {
         if (section.sh_type == SHT_NOBITS)
-            return notALibrary(
-                QStringLiteral("It holds only the debugging information of a library."));
+            return notALibrary("It holds only the debugging information of a library.");
         if (!m_file.contains(section.sh_offset, section.sh_size))
-            return damaged(QStringLiteral("it ends before its plugin metadata"));
+            return damaged("it ends before its plugin metadata");
         if (section.sh_size > maximumMetaData)
-            return damaged(QStringLiteral("its plugin metadata has an absurd size"));
+            return damaged("its plugin metadata has an absurd size");
         m_library.hasMetaDataSection = true;
         m_library.metaDataOffset = section.sh_offset;
         m_library.metaData = m_file.bytes(section.sh_offset, section.sh_size);
@@ -478,7 +470,7 @@ LibraryReader::Failure LibraryReader::readSections()
     m_sections.resize(m_header.e_shnum);
     if (!m_file.read(m_header.e_shoff, size, m_sections.data())
         || m_header.e_shstrndx >= m_header.e_shnum)
-        return damaged(QStringLiteral("it ends before its table of sections"));
+        return damaged("it ends before its table of sections");
     const SectionHeader names = m_sections.at(m_header.e_shstrndx);
     for (const SectionHeader &section : std::as_const(m_sections)) {
         // Longer names are none of those that count.

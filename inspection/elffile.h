@@ -1,6 +1,8 @@
 #ifndef QEL_INSPECTION_ELFFILE_H
 #define QEL_INSPECTION_ELFFILE_H
 
+#include "sentence.h"
+
 #include <QtCore/QByteArray>
 #include <QtCore/QByteArrayList>
 #include <QtCore/QString>
@@ -18,9 +20,9 @@ struct FileFinding
     };
 
     Severity severity = Severity::Problem;
-    QString code;   ///< stable name for scripts, for instance "other-architecture"
-    QString text;   ///< a plain sentence: what was seen
-    QString remedy; ///< a plain sentence: what to do
+    QString code;    ///< stable name for scripts, for instance "other-architecture"
+    Sentence text;   ///< what was seen
+    Sentence remedy; ///< what to do
 };
 
 /// What the dynamic loader and Qt will see of a shared library, read without loading it.

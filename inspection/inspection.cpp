@@ -28,12 +28,12 @@ Verdict FileReport::verdict() const
     return findings.isEmpty() ? Verdict::Usable : Verdict::UsableWithWarnings;
 }
 
-void FileReport::addProblem(const QString &code, const QString &text, const QString &remedy)
+void FileReport::addProblem(const QString &code, const Sentence &text, const Sentence &remedy)
 {
     findings.append({FileFinding::Severity::Problem, code, text, remedy});
 }
 
-void FileReport::addWarning(const QString &code, const QString &text, const QString &remedy)
+void FileReport::addWarning(const QString &code, const Sentence &text, const Sentence &remedy)
 {
     findings.append({FileFinding::Severity::Warning, code, text, remedy});
 }
@@ -52,24 +52,22 @@ constexpr char signature[] = "QTMETADATA ";
 constexpr int headerSize = 16;
 enum MetaDataKey { InterfaceKey = 2, ClassKey = 3, ValuesKey = 4 };
 
-void addNotAPlugin(FileReport *report, const QString &text)
+void addNotAPlugin(FileReport *report, const Sentence &text)
 {
     report->addProblem(
         QStringLiteral("not-a-qt-plugin"), text,
-        QStringLiteral("If it is a driver's helper library, move it out of the plugin "
-                       "folder; if it is a driver, give its root class "
-                       "Q_PLUGIN_METADATA."));
+        "If it is a driver's helper library, move it out of the plugin folder; if it is a driver, "
+        "give its root class Q_PLUGIN_METADATA.");
 }
 
-void addOtherQt(FileReport *report, const QString &builtFor)
+void addOtherQt(FileReport *report, const Sentence &builtFor)
 {
-    report->addProblem(
-        QStringLiteral("other-qt"),
-        QStringLiteral("It is built for Qt %1, this library uses Qt %2.")
-            .arg(builtFor, QLibraryInfo::version().toString()),
-        QStringLiteral("Install the driver that is built for Qt %1.%2, or build it again.")
-            .arg(QLibraryInfo::version().majorVersion())
-            .arg(QLibraryInfo::version().minorVersion()));
+    report->addProblem(QStringLiteral("other-qt"),
+                       {"It is built for Qt %1, this library uses Qt %2.",
+                        {builtFor, QLibraryInfo::version().toString()}},
+                       {"Install the driver that is built for Qt %1.%2, or build it again.",
+                        {QString::number(QLibraryInfo::version().majorVersion()),
+                         QString::number(QLibraryInfo::version().minorVersion())}});
 }
 
 bool readValues(const QByteArray &encoded, PluginDescription *plugin)
@@ -102,24 +100,24 @@ bool inspectMetaData(const SharedLibrary &library, FileReport *report)
         if (library.hasNewerMetaDataNote)
             addOtherQt(report, QStringLiteral("6"));
         else
-            addNotAPlugin(report, QStringLiteral("It is a shared library, but not a Qt plugin."));
+            addNotAPlugin(report, "It is a shared library, but not a Qt plugin.");
         return false;
     }
     const int start = library.metaData.indexOf(signature);
     const QByteArray metaData = start < 0 ? QByteArray() : library.metaData.mid(start);
     const int form = int(qstrlen(signature));
     if (metaData.size() > form && metaData.at(form) == ' ') {
-        addOtherQt(report, QStringLiteral("5.12 or older"));
+        addOtherQt(report, "5.12 or older");
         return false;
     }
     if (metaData.size() < headerSize || metaData.at(form) != '!' || metaData.at(form + 1) != 0) {
-        addNotAPlugin(report, QStringLiteral("Its Qt plugin metadata is of an unknown form."));
+        addNotAPlugin(report, "Its Qt plugin metadata is of an unknown form.");
         return false;
     }
     report->plugin.qtMajor = uchar(metaData.at(form + 2));
     report->plugin.qtMinor = uchar(metaData.at(form + 3));
     if (!readValues(metaData.mid(headerSize), &report->plugin)) {
-        addNotAPlugin(report, QStringLiteral("Its Qt plugin metadata is damaged."));
+        addNotAPlugin(report, "Its Qt plugin metadata is damaged.");
         return false;
     }
     inspectQtVersion(report);
@@ -148,26 +146,26 @@ void inspectInterface(const SharedLibrary &library, FileReport *report)
 {
     const QString expected = QStringLiteral(QelDevicePlugin_iid);
     const QString stated = report->plugin.interfaceId;
-    const QString remedy =
-        QStringLiteral("give its root class Q_PLUGIN_METADATA(IID QelDevicePlugin_iid ...) and "
-                       "Q_INTERFACES(qel::devices::DevicePlugin).");
-    const QString otherInterface =
-        QStringLiteral("Its metadata names the interface \"%1\"; that of drivers is \"%2\".")
-            .arg(stated, expected);
+    const char *remedy =
+        "If it is a driver, give its root class Q_PLUGIN_METADATA(IID QelDevicePlugin_iid ...) "
+        "and Q_INTERFACES(qel::devices::DevicePlugin).";
+    const Sentence otherInterface("Its metadata names the interface \"%1\"; that of drivers is "
+                                  "\"%2\".",
+                                  {stated, expected});
     if (implementsInterface(library, *report)) {
         if (stated != expected) {
-            report->addWarning(QStringLiteral("wrong-interface"), otherInterface,
-                               QStringLiteral("If it is a driver, ") + remedy);
+            report->addWarning(QStringLiteral("wrong-interface"), otherInterface, remedy);
         }
     } else if (stated == expected) {
         report->addProblem(QStringLiteral("interface-not-listed"),
-                           QStringLiteral("Its metadata names the right interface, but its root "
-                                          "class does not implement it."),
-                           QStringLiteral("If it is a driver, ") + remedy);
+                           "Its metadata names the right interface, but its root class does not "
+                           "implement it.",
+                           remedy);
     } else {
         report->addProblem(QStringLiteral("wrong-interface"), otherInterface,
-                           QStringLiteral("Install it where it belongs; if it is a driver, ")
-                               + remedy);
+                           "Install it where it belongs; if it is a driver, give its root class "
+                           "Q_PLUGIN_METADATA(IID QelDevicePlugin_iid ...) and "
+                           "Q_INTERFACES(qel::devices::DevicePlugin).");
     }
 }
 
@@ -181,10 +179,9 @@ void inspectKeys(FileReport *report)
     if (lacking.isEmpty())
         return;
     report->addWarning(QStringLiteral("missing-metadata"),
-                       QStringLiteral("Its metadata lacks the string %1; applications will see it "
-                                      "empty.")
-                           .arg(lacking.join(QStringLiteral(", "))),
-                       QStringLiteral("Add it to the driver's metadata file and build it again."));
+                       {"Its metadata lacks the string %1; applications will see it empty.",
+                        {lacking.join(QStringLiteral(", "))}},
+                       "Add it to the driver's metadata file and build it again.");
 }
 
 void inspectDependencies(const SharedLibrary &library, FileReport *report)
@@ -196,24 +193,22 @@ void inspectDependencies(const SharedLibrary &library, FileReport *report)
     for (const LibraryDependency &dependency : found.dependencies) {
         if (!dependency.path.isEmpty())
             continue;
-        const QString chain = dependency.neededBy == path
-            ? QString()
-            : QStringLiteral(", which %1 needs").arg(dependency.neededBy);
+        const char *text = dependency.neededBy == path
+            ? "It needs the library %1, which is not installed."
+            : "It needs the library %1, which %2 needs, which is not installed.";
         report->addProblem(QStringLiteral("missing-library"),
-                           QStringLiteral("It needs the library %1%2, which is not installed.")
-                               .arg(dependency.name, chain),
-                           QStringLiteral("Install the package that holds %1, or put the library "
-                                          "where the driver looks for it.")
-                               .arg(dependency.name));
+                           {text, {dependency.name, dependency.neededBy}},
+                           {"Install the package that holds %1, or put the library where the "
+                            "driver looks for it.",
+                            {dependency.name}});
     }
     for (const MissingVersion &missing : found.missingVersions) {
         report->addProblem(
             QStringLiteral("older-library"),
-            QStringLiteral("%1 needs \"%2\", which the installed %3 does not have.")
-                .arg(missing.neededBy == path ? QStringLiteral("It") : missing.neededBy,
-                     missing.version, missing.library),
-            QStringLiteral("Build the driver on this system, or install a newer "
-                           "version of the library."));
+            {missing.neededBy == path ? "It needs \"%2\", which the installed %3 does not have."
+                                      : "%1 needs \"%2\", which the installed %3 does not have.",
+             {missing.neededBy, missing.version, missing.library}},
+            "Build the driver on this system, or install a newer version of the library.");
     }
 }
 
@@ -223,35 +218,30 @@ bool reportPassedOver(const QFileInfo &entry, bool isHidden, FileReport *report)
     report->path = entry.filePath();
     if (entry.isSymLink() && entry.isDir()) {
         report->addProblem(QStringLiteral("linked-folder"),
-                           QStringLiteral("It is a link to the folder %1; linked folders are not "
-                                          "searched for drivers.")
-                               .arg(entry.symLinkTarget()),
-                           QStringLiteral("Link or copy the plugin files one by one."));
+                           {"It is a link to the folder %1; linked folders are not searched for "
+                            "drivers.",
+                            {entry.symLinkTarget()}},
+                           "Link or copy the plugin files one by one.");
         return true;
     }
     if (entry.isSymLink() && !entry.exists()) {
-        report->addProblem(
-            QStringLiteral("dangling-link"),
-            QStringLiteral("It is a link to %1, which does not exist.").arg(entry.symLinkTarget()),
-            QStringLiteral("Remove the link, or install what it points to."));
+        report->addProblem(QStringLiteral("dangling-link"),
+                           {"It is a link to %1, which does not exist.", {entry.symLinkTarget()}},
+                           "Remove the link, or install what it points to.");
         return true;
     }
     if (entry.isDir()) {
         if (entry.isReadable() && entry.isExecutable())
             return false;
-        report->addProblem(
-            QStringLiteral("unreadable"), QStringLiteral("The folder cannot be read."),
-            QStringLiteral("Let the user who runs the application read and enter the "
-                           "folder."));
+        report->addProblem(QStringLiteral("unreadable"), "The folder cannot be read.",
+                           "Let the user who runs the application read and enter the folder.");
         return true;
     }
     if (!isHidden || !readSharedLibrary(report->path).ok)
         return false;
     report->addProblem(QStringLiteral("hidden"),
-                       QStringLiteral("It is hidden, and hidden files and folders are not searched "
-                                      "for drivers."),
-                       QStringLiteral("Give it, and the folders it is in, names without a leading "
-                                      "dot."));
+                       "It is hidden, and hidden files and folders are not searched for drivers.",
+                       "Give it, and the folders it is in, names without a leading dot.");
     return true;
 }
 
@@ -348,11 +338,10 @@ void markLikelyShadowed(const QVector<FileReport *> &reports)
             continue;
         usable.at(i)->addWarning(
             QStringLiteral("likely-shadowed"),
-            QStringLiteral(
-                "It seems to be the same driver as %1, which is loaded after it and then "
-                "takes its place.")
-                .arg((*later)->path),
-            QStringLiteral("Remove one of the two."));
+            {"It seems to be the same driver as %1, which is loaded after it and then takes its "
+             "place.",
+             {(*later)->path}},
+            "Remove one of the two.");
     }
 }
 

@@ -39,8 +39,8 @@ struct FileReport
 
     /// NotUsable with any problem, UsableWithWarnings with any other finding.
     Verdict verdict() const;
-    void addProblem(const QString &code, const QString &text, const QString &remedy);
-    void addWarning(const QString &code, const QString &text, const QString &remedy);
+    void addProblem(const QString &code, const Sentence &text, const Sentence &remedy);
+    void addWarning(const QString &code, const Sentence &text, const Sentence &remedy);
     bool has(const QString &code) const;
 };
 

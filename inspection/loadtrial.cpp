@@ -12,6 +12,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <cstring>
 #include <functional>
 #include <utility>
 
@@ -35,6 +36,21 @@ constexpr int maximumCulprits = 10;
 QByteArray encoded(const QJsonObject &message)
 {
     return QJsonDocument(message).toJson(QJsonDocument::Compact);
+}
+
+Sentence reasonOf(const isolation::Ending &ending)
+{
+    switch (ending.kind) {
+    case isolation::Ending::Exited:
+        return {"the process was ended by exit(%1)", {QString::number(ending.code)}};
+    case isolation::Ending::Crashed:
+        return {"the process ended with signal %1 (%2)",
+                {QString::number(ending.code), QString::fromLocal8Bit(::strsignal(ending.code))}};
+    case isolation::Ending::Garbled:
+        return "the process sent something that is no message";
+    default:
+        return "the process did not come back";
+    }
 }
 
 class TrialRun
@@ -97,7 +113,10 @@ void TrialRun::note(const QJsonObject &message)
         return;
     const bool isLoaded = message.value(loadedKey).toBool();
     outcome.kind = isLoaded ? LoadOutcome::Kind::Loaded : LoadOutcome::Kind::Refused;
-    outcome.reason = message.value(reasonKey).toString();
+    QString reason = message.value(reasonKey).toString();
+    if (reason.endsWith(QLatin1Char('.')))
+        reason.chop(1);
+    outcome.reason = reason;
     m_current = -1;
 }
 
@@ -109,8 +128,8 @@ void TrialRun::noteEnd(const isolation::Ending &ending)
     const bool isHung = ending.kind == isolation::Ending::Hung;
     culprit.kind = isHung ? LoadOutcome::Kind::TimedOut : LoadOutcome::Kind::Crashed;
     culprit.reason = isHung
-        ? QStringLiteral("it did not come back within %1 ms").arg(m_timeLimit.count())
-        : ending.text();
+        ? Sentence("it did not come back within %1 ms", {QString::number(m_timeLimit.count())})
+        : reasonOf(ending);
 }
 
 // Loads a file and asks its drivers for their instruments; `tell` is told before each step.
@@ -140,18 +159,16 @@ QJsonObject loadOne(const QString &file, const std::function<void(const QJsonObj
 // What is wrong with a file that was not loaded, or not to the end.
 void addRefusal(const LoadOutcome &outcome, FileReport *report)
 {
-    const QString reason =
-        outcome.reason.endsWith(QLatin1Char('.')) ? outcome.reason.chopped(1) : outcome.reason;
-    const QString remedy = QStringLiteral("Report this to the maker of the driver; until then move "
-                                          "the file out of the plugin folder.");
+    const char *remedy = "Report this to the maker of the driver; until then move the file out of "
+                         "the plugin folder.";
     if (outcome.asked.isEmpty()) {
         report->addProblem(QStringLiteral("does-not-load"),
-                           QStringLiteral("It does not load: %1.").arg(reason), remedy);
+                           {"It does not load: %1.", {outcome.reason}}, remedy);
     } else {
         report->addProblem(
             QStringLiteral("does-not-list"),
-            QStringLiteral("It loads, but when its driver \"%1\" is asked for its instruments: %2.")
-                .arg(outcome.asked, reason),
+            {"It loads, but when its driver \"%1\" is asked for its instruments: %2.",
+             {outcome.asked, outcome.reason}},
             remedy);
     }
 }
@@ -220,25 +237,22 @@ void addOutcomes(const QVector<LoadOutcome> &outcomes, const QVector<FileReport 
         report->drivers = outcome.drivers;
         if (outcome.kind == LoadOutcome::Kind::NotTried) {
             report->addWarning(QStringLiteral("not-tried"),
-                               QStringLiteral("It could not be tried what loading it does."),
-                               QStringLiteral("Mend what is said of the other files and ask "
-                                              "again."));
+                               "It could not be tried what loading it does.",
+                               "Mend what is said of the other files and ask again.");
         } else if (outcome.kind != LoadOutcome::Kind::Loaded) {
             addRefusal(outcome, report);
         } else if (outcome.drivers.isEmpty()) {
-            report->addWarning(QStringLiteral("no-driver"),
-                               QStringLiteral("It loads, but registers no driver."),
-                               QStringLiteral("Have registerDrivers() call "
-                                              "DeviceBroker::addDriver()."));
+            report->addWarning(QStringLiteral("no-driver"), "It loads, but registers no driver.",
+                               "Have registerDrivers() call DeviceBroker::addDriver().");
         }
         for (const QString &driver : outcome.drivers) {
             const int owner = owners.value(driver);
             if (owner == i)
                 continue;
             report->addWarning(QStringLiteral("shadowed"),
-                               QStringLiteral("Its driver \"%1\" is replaced by the one of %2.")
-                                   .arg(driver, outcomes.at(owner).file),
-                               QStringLiteral("Remove one of the two."));
+                               {"Its driver \"%1\" is replaced by the one of %2.",
+                                {driver, outcomes.at(owner).file}},
+                               "Remove one of the two.");
         }
     }
 }

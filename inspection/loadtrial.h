@@ -24,7 +24,7 @@ struct LoadOutcome
 
     QString file;
     Kind kind = Kind::NotTried;
-    QString reason;      ///< unless Loaded
+    Sentence reason;     ///< half a sentence, unless Loaded
     QString asked;       ///< the driver that was just asked for its instruments, if any
     QStringList drivers; ///< names it registered, replacing any driver of that name
 };

@@ -148,8 +148,8 @@ void TrustPane::inspect()
                 QStringLiteral("  %1: %2")
                     .arg(file.path.mid(folder.size() + 1), verdictText(file.verdict())));
             for (const FileFinding &finding : file.findings) {
-                m_drivers.append(QStringLiteral("      ") + finding.text);
-                m_drivers.append(QStringLiteral("      → ") + finding.remedy);
+                m_drivers.append(QStringLiteral("      ") + finding.text.english());
+                m_drivers.append(QStringLiteral("      → ") + finding.remedy.english());
             }
         }
     }

@@ -13,6 +13,7 @@ private slots:
     void judgesNamedFiles_data();
     void judgesNamedFiles();
     void loadsInstalledPlugins();
+    void speaksGermanToPeopleOnly();
     void printsHarmlessText();
     void rejectsWrongUsage();
 };
@@ -137,6 +138,23 @@ void TestDoctor::loadsInstalledPlugins()
                            found.value(QStringLiteral("alpha-2.so"))};
     QCOMPARE(pair.filter(QStringLiteral("usable-with-warnings shadowed")).size(), 1);
     QCOMPARE(pair.count(QStringLiteral("usable")), 1);
+}
+
+void TestDoctor::speaksGermanToPeopleOnly()
+{
+    const QStringList german{QStringLiteral("--lang"), QStringLiteral("de")};
+    const QTemporaryDir folder;
+    const QString crash = folder.filePath(QStringLiteral("crash.so"));
+    QVERIFY(QFile::copy(QStringLiteral(FILES "/driver.so"), crash));
+    const QStringList plugins{QStringLiteral("--plugins"), folder.path()};
+    const QByteArray text = doctor({}, german + plugins).output;
+    QVERIFY2(text.contains("Sie l\xc3\xa4sst sich nicht laden: der Prozess endete mit Signal 6"),
+             text.constData());
+    QVERIFY2(text.contains("-> Melden Sie das dem Hersteller des Treibers"), text.constData());
+
+    const QStringList json{QStringLiteral("--json"), QStringLiteral(FILES "/newerqt.so")};
+    QVERIFY(!doctor(json).output.isEmpty());
+    QCOMPARE(doctor(json, german).output, doctor(json).output);
 }
 
 void TestDoctor::printsHarmlessText()

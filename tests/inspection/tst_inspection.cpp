@@ -244,12 +244,13 @@ void TestInspection::agreesWithLoading()
                  : isProblem ? Verdict::NotUsable
                              : Verdict::UsableWithWarnings);
     if (!code.isEmpty()) {
-        QVERIFY2(report.findings.first().text.contains(mention),
-                 qPrintable(report.findings.first().text));
-        QVERIFY(!report.findings.first().remedy.isEmpty());
+        QVERIFY2(report.findings.first().text.english().contains(mention),
+                 qPrintable(report.findings.first().text.english()));
+        QVERIFY(!report.findings.first().remedy.english().isEmpty());
     }
     const LoadOutcome outcome = load({path}).first();
-    QVERIFY2((outcome.kind == LoadOutcome::Kind::Loaded) == !isProblem, qPrintable(outcome.reason));
+    QVERIFY2((outcome.kind == LoadOutcome::Kind::Loaded) == !isProblem,
+             qPrintable(outcome.reason.english()));
 }
 
 void TestInspection::findsDependencies_data()
@@ -318,7 +319,7 @@ void TestInspection::findsDependencies()
     QCOMPARE(found, missing);
     QCOMPARE(report.verdict(), missing.isEmpty() ? Verdict::Usable : Verdict::NotUsable);
     QVERIFY2((outcome.kind == LoadOutcome::Kind::Loaded) == missing.isEmpty(),
-             qPrintable(outcome.reason));
+             qPrintable(outcome.reason.english()));
 }
 
 void TestInspection::survivesTruncation()
@@ -422,7 +423,7 @@ void TestInspection::survivesMutation()
         QVERIFY2(clock.elapsed() < 5000, qPrintable(QString::number(i)));
         for (const FileFinding &finding : report.findings) {
             seen.insert(finding.code);
-            QVERIFY2(!finding.text.isEmpty() && !finding.remedy.isEmpty(),
+            QVERIFY2(!finding.text.english().isEmpty() && !finding.remedy.english().isEmpty(),
                      qPrintable(finding.code));
         }
     }
@@ -598,12 +599,13 @@ void TestInspection::survivesLoading()
                                QString()};
     for (int i = 0; i < names.size(); ++i)
         QCOMPARE(codes(reports.at(i)).join(QLatin1Char(' ')), expected.at(i));
-    QVERIFY(reports.at(0).findings.first().text.contains(files.constLast()));
-    QVERIFY(reports.at(1).findings.first().text.contains(QLatin1String("Aborted")));
-    QVERIFY(reports.at(3).findings.first().text.contains(QLatin1String("2000 ms")));
-    QVERIFY(reports.at(5).findings.first().text.contains(QLatin1String("exit(3)")));
+    QVERIFY(reports.at(0).findings.first().text.english().contains(files.constLast()));
+    QVERIFY(reports.at(1).findings.first().text.english().contains(QLatin1String("Aborted")));
+    QVERIFY(reports.at(3).findings.first().text.english().contains(QLatin1String("2000 ms")));
+    QVERIFY(reports.at(5).findings.first().text.english().contains(QLatin1String("exit(3)")));
     QCOMPARE(reports.at(4).drivers, QStringList{QStringLiteral("beta")});
-    QVERIFY(reports.at(7).findings.first().text.contains(QLatin1String("\"crashlater\"")));
+    QVERIFY(
+        reports.at(7).findings.first().text.english().contains(QLatin1String("\"crashlater\"")));
     QCOMPARE(reports.constLast().drivers, QStringList{QStringLiteral("alpha")});
 }
 

@@ -46,6 +46,23 @@ class Catalogues(unittest.TestCase):
                     self.assertEqual(*(sorted(set(re.findall(r"%\d", text[name])))
                                        for text in (english, german)), name)
 
+    def test_every_finding_on_a_file_has_a_german_text(self):
+        english = set()
+        for path in (SOURCE / "inspection").glob("*.cpp"):
+            code = re.sub(r"^ *//.*|#include.*", "", path.read_text(encoding="utf-8"), flags=re.M)
+            for literals in re.findall(r'(?:"(?:[^"\\\n]|\\.)*"\s*)+', code):
+                text = "".join(re.findall(r'"((?:[^"\\\n]|\\.)*)"', literals))
+                if re.search(r"\w \w|%1 needs", text):
+                    english.add(text.replace('\\"', '"'))
+        self.assertGreater(len(english), 60)
+        german = self.catalogue(TOOL / "reports_de.ts")
+        for text in english - self.NAMES:
+            self.assertIn(text, german)
+            self.assertEqual(*(sorted(set(re.findall(r"%\d", t))) for t in (text, german[text])))
+
+    # What is no sentence.
+    NAMES = {"32-bit x86", "32-bit ARM", "64-bit ARM", "64-bit PowerPC", "IBM S/390"}
+
 
 class Manual(ToolTest):
     def test_it_is_well_formed(self):

@@ -20,6 +20,12 @@ extern const Command newDriverCommand;
 extern const Command runCommand;
 extern const Command watchCommand;
 
+/// Whether this process is one that the command "doctor" has started to load plugins in, and what
+/// it does instead of its usual work: its standard streams lead to the one that waits for its
+/// answers.
+bool isLoadTrial(int argc, char *const *argv);
+int runLoadTrial(int argc, char **argv);
+
 } // namespace qelctl
 
 #endif

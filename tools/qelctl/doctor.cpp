@@ -26,7 +26,7 @@ using namespace qel::inspection;
 namespace {
 
 // What the tool says to itself to have plugins loaded in another process.
-const QLatin1String trialArgument("--serve-load-trial");
+const char trialArgument[] = "--serve-load-trial";
 
 struct Diagnosis
 {
@@ -79,7 +79,7 @@ Diagnosis diagnoseInstalled()
     for (const FileReport *report : std::as_const(candidates))
         files.append(report->path);
     addOutcomes(tryLoading(files, QCoreApplication::applicationFilePath(),
-                           {QString::fromLatin1(doctorCommand.name), trialArgument}),
+                           {QString::fromLatin1(trialArgument)}),
                 candidates);
     return diagnosis;
 }
@@ -106,8 +106,8 @@ QJsonArray toJson(const QVector<FileFinding> &findings)
             {QStringLiteral("code"), finding.code},
             {QStringLiteral("severity"),
              isProblem ? QStringLiteral("problem") : QStringLiteral("warning")},
-            {QStringLiteral("text"), finding.text},
-            {QStringLiteral("remedy"), finding.remedy},
+            {QStringLiteral("text"), finding.text.english()},
+            {QStringLiteral("remedy"), finding.remedy.english()},
         });
     }
     return json;
@@ -166,6 +166,11 @@ QByteArray asJson(const Diagnosis &diagnosis)
     return indented(json);
 }
 
+QString translated(const char *english)
+{
+    return text(english);
+}
+
 QStringList asLines(const FileReport &report, const QString &name)
 {
     QString verdict;
@@ -185,8 +190,8 @@ QStringList asLines(const FileReport &report, const QString &name)
         line += QStringLiteral(" (%1)").arg(report.drivers.join(QStringLiteral(", ")));
     QStringList lines{line};
     for (const FileFinding &finding : report.findings) {
-        lines.append(QStringLiteral("    ") + finding.text);
-        lines.append(QStringLiteral("    -> ") + finding.remedy);
+        lines.append(QStringLiteral("    ") + finding.text.in(translated));
+        lines.append(QStringLiteral("    -> ") + finding.remedy.in(translated));
     }
     return lines;
 }
@@ -217,8 +222,6 @@ QByteArray asText(const Diagnosis &diagnosis)
 
 int run(const QStringList &arguments)
 {
-    if (arguments.value(1) == trialArgument)
-        return serveLoadTrial();
     CommandLine line(doctorCommand);
     line.addOption({QStringLiteral("json")}, "qelctl-option-json");
     line.addArgument(QStringLiteral("[PATH...]"), "qelctl-doctor-argument");
@@ -239,6 +242,17 @@ int run(const QStringList &arguments)
 }
 
 } // namespace
+
+bool isLoadTrial(int argc, char *const *argv)
+{
+    return argc == 2 && qstrcmp(argv[1], trialArgument) == 0;
+}
+
+int runLoadTrial(int argc, char **argv)
+{
+    const QCoreApplication application(argc, argv);
+    return serveLoadTrial();
+}
 
 const Command doctorCommand{"doctor", "qelctl-doctor-summary", "qelctl-doctor-details", &run};
 

@@ -45,7 +45,9 @@ static QLocale locale(const QString &language)
     return QLocale(isGerman ? QLocale::German : QLocale::English);
 }
 
-static void useLanguage(const QString &language, QTranslator *translator)
+// What the library of a command says in English, its rules for instance, has its translations in a
+// catalogue of its own, in which the English text is the id.
+static void useLanguage(const QString &language, QTranslator *translator, QTranslator *reports)
 {
     const QLocale chosen = locale(language);
     QLocale::setDefault(chosen);
@@ -53,6 +55,9 @@ static void useLanguage(const QString &language, QTranslator *translator)
     if (translator->load(chosen, QStringLiteral("qelctl"), QStringLiteral("_"),
                          QStringLiteral(":/qel/qelctl")))
         QCoreApplication::installTranslator(translator);
+    if (reports->load(chosen, QStringLiteral("reports"), QStringLiteral("_"),
+                      QStringLiteral(":/qel/qelctl")))
+        QCoreApplication::installTranslator(reports);
 }
 
 static std::optional<Color> readColor(const QString &value)
@@ -125,7 +130,8 @@ static int runTool(const QCoreApplication &application)
     declare(&line);
     const bool understood = line.read(application.arguments());
     QTranslator translator;
-    useLanguage(line.value(QStringLiteral("lang")), &translator);
+    QTranslator reports;
+    useLanguage(line.value(QStringLiteral("lang")), &translator, &reports);
     if (!understood)
         return fail(BadUsage, line.mistake());
     if (const int code = readGlobalOptions(line); code != Done)
@@ -143,9 +149,11 @@ static int runTool(const QCoreApplication &application)
 
 int main(int argc, char *argv[])
 {
-    // The command "check" loads plugins into processes of their own, made of this program.
+    // The commands "check" and "doctor" load plugins into processes of their own, made of this program.
     if (qel::conformance::isWorker(argc, argv))
         return qel::conformance::runWorker(argc, argv);
+    if (qelctl::isLoadTrial(argc, argv))
+        return qelctl::runLoadTrial(argc, argv);
     // A reader that has gone is an error like any other: it is reported when writing fails.
     std::signal(SIGPIPE, SIG_IGN);
     qelctl::takeStandardOutput();
