@@ -9,21 +9,35 @@
 
 namespace qel::conformance {
 
-static QString name(Outcome outcome)
+// What people read. The English text is the id of its translation, and stands where there is none;
+// what programs read is English always.
+static QString translated(const char *english)
+{
+    return qtTrId(english);
+}
+
+static QString english(const char *text)
+{
+    return QString::fromLatin1(text);
+}
+
+using Language = QString (*)(const char *);
+
+static const char *name(Outcome outcome)
 {
     switch (outcome) {
     case Outcome::Passed:
-        return QStringLiteral("passed");
+        return "passed";
     case Outcome::Failed:
-        return QStringLiteral("failed");
+        return "failed";
     case Outcome::Warning:
-        return QStringLiteral("warning");
+        return "warning";
     case Outcome::NotApplicable:
-        return QStringLiteral("not applicable");
+        return "not applicable";
     case Outcome::NotRun:
-        return QStringLiteral("not run");
+        return "not run";
     }
-    return {};
+    return "";
 }
 
 // What a plugin says may hold anything; neither a terminal nor an XML reader must act on it.
@@ -56,13 +70,13 @@ static bool isBroken(const Result &result)
 }
 
 // What a person needs to understand a broken rule.
-static QStringList explanation(const Result &result)
+static QStringList explanation(const Result &result, Language in)
 {
-    QStringList lines = {QStringLiteral("seen:   %1").arg(result.seen),
-                         QStringLiteral("why:    %1").arg(QLatin1String(result.rule->reason)),
-                         QStringLiteral("remedy: %1").arg(QLatin1String(result.rule->remedy))};
+    QStringList lines = {in("seen:   %1").arg(result.seen),
+                         in("why:    %1").arg(in(result.rule->reason)),
+                         in("remedy: %1").arg(in(result.rule->remedy))};
     if (!result.signalsSeen.isEmpty())
-        lines += QStringLiteral("signals of the device:");
+        lines += in("signals of the device:");
     for (const QString &line : result.signalsSeen)
         lines += QStringLiteral("  ") + line;
     return lines;
@@ -72,15 +86,15 @@ QString toText(const Result &result, const Result *previous)
 {
     QString text;
     if (!previous || qstrcmp(previous->rule->group, result.rule->group) != 0)
-        text += QStringLiteral("%1\n").arg(QLatin1String(result.rule->group));
-    const QString outcome = name(result.outcome);
+        text += QStringLiteral("%1\n").arg(translated(result.rule->group));
+    const QString outcome = translated(name(result.outcome));
     text += QStringLiteral("  %1 %2 %3\n")
                 .arg(result.rule->number, 4)
                 .arg(isBroken(result) ? outcome.toUpper() : outcome, -14)
-                .arg(QLatin1String(result.rule->statement));
+                .arg(translated(result.rule->statement));
     const QString indent = QStringLiteral("                      ");
     if (isBroken(result)) {
-        const auto lines = explanation(result);
+        const auto lines = explanation(result, translated);
         for (const QString &line : lines)
             text += indent + line + QLatin1Char('\n');
     } else if (!result.seen.isEmpty()) {
@@ -100,7 +114,7 @@ static QString numbers(const QVector<const Result *> &results)
         while (++i < results.size() && results.at(i)->rule == last + 1 && last + 1 < rules.cend())
             last = results.at(i)->rule;
         ranges += first == last ? QString::number(first->number)
-                                : QStringLiteral("%1 to %2").arg(first->number).arg(last->number);
+                                : translated("%1 to %2").arg(first->number).arg(last->number);
     }
     return ranges.join(QStringLiteral(", "));
 }
@@ -108,29 +122,30 @@ static QString numbers(const QVector<const Result *> &results)
 static QString state(const FeatureTally &tally, bool isUnsafe)
 {
     if (tally.succeeded > 0)
-        return QStringLiteral("succeeded %1 times").arg(tally.succeeded);
+        return translated("succeeded %1 times").arg(tally.succeeded);
     if (tally.feature == devices::Device::DF_FirmwareUpdate)
-        return QStringLiteral("not judged: firmware is never written");
+        return translated("not judged: firmware is never written");
     if (!tally.isTried && !isUnsafe)
-        return QStringLiteral("not judged: running it moves parts of the instrument");
+        return translated("not judged: running it moves parts of the instrument");
     if (tally.failed == 0)
-        return QStringLiteral("NOT JUDGED: it was never run to its end");
-    return QStringLiteral("NOT JUDGED: none of %1 runs succeeded, the last error was %2")
+        return translated("NOT JUDGED: it was never run to its end");
+    return translated("NOT JUDGED: none of %1 runs succeeded, the last error was %2")
         .arg(tally.failed)
         .arg(errorName(tally.lastError));
 }
 
 QString summary(const Report &report)
 {
-    QString text = QStringLiteral("%1 rules hold, %2 failed, %3 warnings, %4 not applicable, "
-                                  "%5 not run\n")
-                       .arg(report.count(Outcome::Passed))
-                       .arg(report.count(Outcome::Failed))
-                       .arg(report.count(Outcome::Warning))
-                       .arg(report.count(Outcome::NotApplicable))
-                       .arg(report.count(Outcome::NotRun));
+    QString text =
+        translated("%1 rules hold, %2 failed, %3 warnings, %4 not applicable, %5 not run")
+            .arg(report.count(Outcome::Passed))
+            .arg(report.count(Outcome::Failed))
+            .arg(report.count(Outcome::Warning))
+            .arg(report.count(Outcome::NotApplicable))
+            .arg(report.count(Outcome::NotRun))
+        + QLatin1Char('\n');
     if (!report.features.isEmpty())
-        text += QStringLiteral("\nWhat the instrument did\n");
+        text += QStringLiteral("\n%1\n").arg(translated("What the instrument did"));
     for (const FeatureTally &tally : report.features)
         text += QStringLiteral("  %1  %2\n")
                     .arg(featureName(tally.feature), -26)
@@ -145,16 +160,19 @@ QString summary(const Report &report)
         isLeftOut |= result.isLeftOut;
     }
     if (!lacking.isEmpty())
-        text += QStringLiteral("\nWhat was not judged\n");
+        text += QStringLiteral("\n%1\n").arg(translated("What was not judged"));
     for (auto it = lacking.cbegin(); it != lacking.cend(); ++it)
         text += QStringLiteral("  %1: %2\n").arg(numbers(*it), it.key());
+    // %1 breaks the line, which an id cannot do.
     if (isLeftOut)
-        text += QStringLiteral("\nWithout --unsafe nothing that moves was run: no measurement and "
-                               "no calibration, and none of their values was\nseen. Prepare the "
-                               "instrument and check with --unsafe to have them judged.\n");
+        text += QStringLiteral("\n%1\n").arg(
+            translated("Without --unsafe nothing that moves was run: no measurement and no "
+                       "calibration, and none of their values was%1seen. Prepare the instrument "
+                       "and check with --unsafe to have them judged.")
+                .arg(QLatin1Char('\n')));
     if (report.isIncomplete())
-        text += QStringLiteral("\nINCOMPLETE: no rule is broken, but what is named above was not "
-                               "judged.\n");
+        text += QStringLiteral("\n%1\n").arg(
+            translated("INCOMPLETE: no rule is broken, but what is named above was not judged."));
     return printable(text);
 }
 
@@ -165,7 +183,7 @@ QJsonObject toJson(const Report &report, const QString &fileName)
         QJsonObject rule = {{QStringLiteral("number"), result.rule->number},
                             {QStringLiteral("group"), QLatin1String(result.rule->group)},
                             {QStringLiteral("statement"), QLatin1String(result.rule->statement)},
-                            {QStringLiteral("outcome"), name(result.outcome)}};
+                            {QStringLiteral("outcome"), QLatin1String(name(result.outcome))}};
         if (!result.seen.isEmpty())
             rule.insert(QStringLiteral("seen"), result.seen);
         if (isBroken(result)) {
@@ -197,8 +215,9 @@ static void writeCase(QXmlStreamWriter &xml, const Result &result)
                        QStringLiteral("%1 %2")
                            .arg(result.rule->number)
                            .arg(QLatin1String(result.rule->statement)));
-    const QString text =
-        isBroken(result) ? printable(explanation(result).join(QLatin1Char('\n'))) : QString();
+    const QString text = isBroken(result)
+        ? printable(explanation(result, english).join(QLatin1Char('\n')))
+        : QString();
     if (result.outcome == Outcome::Failed) {
         xml.writeStartElement(QStringLiteral("failure"));
         xml.writeAttribute(QStringLiteral("message"), printable(result.seen));

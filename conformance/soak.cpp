@@ -122,15 +122,23 @@ SoakReport soak(const Request &request, int seconds, quint32 seed)
     return report;
 }
 
+// The English text is the id of its translation, and stands where there is none.
+static QString translated(const char *english)
+{
+    return qtTrId(english);
+}
+
 QString toText(const SoakReport &report)
 {
-    QString text = QStringLiteral("seed %1, %2 sequences\n").arg(report.seed).arg(report.sequences);
+    QString text = translated("seed %1, %2 sequences").arg(report.seed).arg(report.sequences)
+        + QLatin1Char('\n');
     if (report.fault.isEmpty())
-        return text + QStringLiteral("What must hold at any time did.\n");
-    text += QStringLiteral("FAILED: %1\nThe shortest sequence found:\n").arg(report.fault);
+        return text + translated("What must hold at any time did.") + QLatin1Char('\n');
+    text += translated("FAILED: %1").arg(report.fault) + QLatin1Char('\n');
+    text += translated("The shortest sequence found:") + QLatin1Char('\n');
     for (const QString &step : report.steps)
         text += QStringLiteral("  %1\n").arg(step);
-    text += QStringLiteral("signals of the device:\n");
+    text += translated("signals of the device:") + QLatin1Char('\n');
     for (const QString &line : report.signalsSeen)
         text += QStringLiteral("  %1\n").arg(line);
     return text;

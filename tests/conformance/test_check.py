@@ -37,6 +37,24 @@ class Check(ToolTest):
                 jsonschema.validate(report, schema, jsonschema.Draft7Validator)
                 self.assertEqual([rule["outcome"] for rule in report["rules"]], outcomes)
 
+    def test_german(self):
+        """People read German; programs read what they always do."""
+        for plugin, words in [
+                ("103-incomplete-metadata", ["Plugin-Datei\n", "  103 VERLETZT       Die Metadaten",
+                                             "gesehen: ", "Grund:   Mehr sieht",
+                                             "Abhilfe: Vervollständigen Sie",
+                                             "0 Regeln erfüllt, 1 verletzt"]),
+                ("good", ["  103 erfüllt        Die Metadaten", "1 Regeln erfüllt, 0 verletzt"])]:
+            arguments = ["check", *rules(103), PLUGINS / f"{plugin}.so"]
+            code = int(plugin != "good")
+            german, _ = self.run_tool("--lang", "de", *arguments, code=code)
+            for text in words:
+                self.assertIn(text, german)
+            for form in "json", "junit":
+                said = {self.run_tool("--lang", language, *arguments, "--format", form,
+                                      code=code)[0] for language in ("de", "en")}
+                self.assertEqual(len(said), 1)
+
     def test_incomplete(self):
         """What could not be judged is named, and is no success."""
         for arguments, code, words in [

@@ -46,22 +46,42 @@ class Catalogues(unittest.TestCase):
                     self.assertEqual(*(sorted(set(re.findall(r"%\d", text[name])))
                                        for text in (english, german)), name)
 
-    def test_every_finding_on_a_file_has_a_german_text(self):
-        english = set()
+    LITERALS = r'(?:"(?:[^"\\\n]|\\.)*"\s*)+'
+
+    def joined(self, literals):
+        text = "".join(re.findall(r'"((?:[^"\\\n]|\\.)*)"', literals))
+        return text.replace('\\"', '"').replace("\\n", "\n")
+
+    def findings(self):
+        names = {"32-bit x86", "32-bit ARM", "64-bit ARM", "64-bit PowerPC", "IBM S/390"}
         for path in (SOURCE / "inspection").glob("*.cpp"):
             code = re.sub(r"^ *//.*|#include.*", "", path.read_text(encoding="utf-8"), flags=re.M)
-            for literals in re.findall(r'(?:"(?:[^"\\\n]|\\.)*"\s*)+', code):
-                text = "".join(re.findall(r'"((?:[^"\\\n]|\\.)*)"', literals))
-                if re.search(r"\w \w|%1 needs", text):
-                    english.add(text.replace('\\"', '"'))
-        self.assertGreater(len(english), 60)
-        german = self.catalogue(TOOL / "reports_de.ts")
-        for text in english - self.NAMES:
-            self.assertIn(text, german)
-            self.assertEqual(*(sorted(set(re.findall(r"%\d", t))) for t in (text, german[text])))
+            texts = map(self.joined, re.findall(self.LITERALS, code))
+            yield from (text for text in texts if re.search(r"\w \w|%1 needs", text)
+                        and text not in names)
 
-    # What is no sentence.
-    NAMES = {"32-bit x86", "32-bit ARM", "64-bit ARM", "64-bit PowerPC", "IBM S/390"}
+    def check_texts(self):
+        for name in ("report", "soak"):
+            code = (SOURCE / "conformance" / f"{name}.cpp").read_text(encoding="utf-8")
+            yield from map(self.joined, re.findall(
+                rf'(?:\b(?:in|translated)\(|return )\s*({self.LITERALS})[;)]', code))
+
+    def rules(self):
+        page = (SOURCE / "docs" / "conformance-rules.md").read_text(encoding="utf-8")
+        yield from re.findall(r"^## (.*)", page, re.M)
+        yield from re.findall(r"^- (?:Why|Remedy): (.*)", page, re.M)
+        yield from re.findall(r"^\*\*\d+\.\*\* (.*?)(?: \*\(\w+\)\*)*$", page, re.M)
+
+    def test_whatever_is_reported_on_a_driver_has_a_german_text(self):
+        english = set()
+        for kind, few in (self.findings, 60), (self.check_texts, 20), (self.rules, 250):
+            texts = set(kind()) - {""}
+            self.assertGreater(len(texts), few)
+            english |= texts
+        german = self.catalogue(TOOL / "reports_de.ts")
+        self.assertEqual(english, set(german))
+        for text, translation in german.items():
+            self.assertEqual(*(sorted(set(re.findall(r"%\d", t))) for t in (text, translation)))
 
 
 class Manual(ToolTest):

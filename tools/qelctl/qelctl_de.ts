@@ -637,7 +637,7 @@ Regeln zählen nicht.</translation>
     </message>
     <message id="qelctl-check-option-yes">
         <source></source>
-        <translation>Aufforderungen sofort bestätigen; sonst wird gefragt, wer am Terminal sitzt, und ohne Terminal abgelehnt.</translation>
+        <translation>Aufträge an den Benutzer sofort bestätigen; sonst wird gefragt, wer am Terminal sitzt, und ohne Terminal abgelehnt.</translation>
     </message>
     <message id="qelctl-check-option-run-limit">
         <source></source>
@@ -669,11 +669,11 @@ Regeln zählen nicht.</translation>
     </message>
     <message id="qelctl-check-no-such-duration">
         <source></source>
-        <translation>'%1' ist keine Dauer: etwa 90s, 10m oder 2h</translation>
+        <translation>„%1“ ist keine Dauer. Geben Sie etwa 90s, 10m oder 2h an.</translation>
     </message>
     <message id="qelctl-check-no-such-seed">
         <source></source>
-        <translation>'%1' ist kein Startwert: eine ganze Zahl angeben</translation>
+        <translation>„%1“ ist kein Startwert. Geben Sie eine ganze Zahl an.</translation>
     </message>
     <message id="qelctl-check-no-such-format">
         <source></source>
