@@ -149,7 +149,7 @@ static int runTool(const QCoreApplication &application)
 
 int main(int argc, char *argv[])
 {
-    // The commands "check" and "doctor" load plugins into processes of their own, made of this program.
+    // "check" and "doctor" load plugins into processes of their own, made of this program.
     if (qel::conformance::isWorker(argc, argv))
         return qel::conformance::runWorker(argc, argv);
     if (qelctl::isLoadTrial(argc, argv))
