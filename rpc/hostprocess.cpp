@@ -1,14 +1,13 @@
 #include "hostprocess.h"
 
-#include <QtCore/QCoreApplication>
+#include "libexec.h"
+
 #include <QtCore/QDeadlineTimer>
 #include <QtCore/QFile>
-#include <QtCore/QFileInfo>
 #include <QtCore/QThread>
 
 #include <cstring>
 
-#include <dlfcn.h>
 #include <fcntl.h>
 #include <signal.h>
 #include <spawn.h>
@@ -132,21 +131,7 @@ QString hostProgram()
     const QString named = qEnvironmentVariable("QELDEVICES_HOST");
     if (!named.isEmpty())
         return named;
-    const QString name = QStringLiteral("/qeldevices-host");
-    QStringList folders;
-    Dl_info here;
-    if (::dladdr(reinterpret_cast<void *>(&hostProgram), &here) != 0) {
-        const QString folder = QFileInfo(QFile::decodeName(here.dli_fname)).absolutePath();
-        folders += {folder, folder + QStringLiteral("/.."),
-                    folder + QStringLiteral("/../../libexec/qeldevices")};
-    }
-    folders += {QCoreApplication::applicationDirPath(), QStringLiteral(QELDEVICES_LIBEXEC)};
-    for (const QString &folder : qAsConst(folders)) {
-        const QFileInfo program(folder + name);
-        if (program.isExecutable())
-            return program.canonicalFilePath();
-    }
-    return {};
+    return libexecFile(QStringLiteral("qeldevices-host"));
 }
 
 } // namespace qel::rpc

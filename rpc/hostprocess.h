@@ -47,8 +47,8 @@ private:
     QString m_end;
 };
 
-/// Where qeldevices-host is: named by QELDEVICES_HOST, beside the plugin folder in which this code
-/// lies, or where it is installed. Empty when it is nowhere.
+/// Where qeldevices-host is: named by QELDEVICES_HOST, or as libexecFile() finds it. Empty when it
+/// is nowhere.
 QString hostProgram();
 
 } // namespace qel::rpc

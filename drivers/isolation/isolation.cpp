@@ -1,13 +1,12 @@
 #include "isolation.h"
 
+#include "pluginfiles.h"
+
 #include <driverhost.h>
 #include <texts.h>
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QDeadlineTimer>
-#include <QtCore/QDirIterator>
-#include <QtCore/QFile>
-#include <QtCore/QLibraryInfo>
 #include <QtCore/QPointer>
 
 #include <algorithm>
@@ -15,26 +14,6 @@
 namespace qel::isolated {
 
 constexpr int startUpTime = 1000; // ms
-
-static QStringList pluginFiles()
-{
-    const QString name = QStringLiteral("/devicedrivers-isolated");
-    QStringList folders{QCoreApplication::applicationDirPath() + name,
-                        QLibraryInfo::location(QLibraryInfo::PluginsPath) + name};
-    folders += QFile::decodeName(qgetenv("QELDEVICES_ISOLATED"))
-                   .split(QLatin1Char(':'), Qt::SkipEmptyParts);
-    QStringList all;
-    for (const QString &folder : qAsConst(folders)) {
-        QStringList files;
-        QDirIterator it(folder, QDir::Files, QDirIterator::Subdirectories);
-        while (it.hasNext())
-            files.append(QFileInfo(it.next()).canonicalFilePath());
-        files.sort();
-        all += files;
-    }
-    all.removeDuplicates();
-    return all;
-}
 
 Isolation *Isolation::instance()
 {
@@ -61,10 +40,10 @@ void Isolation::registerDrivers()
     }
 }
 
-void Plugin::registerDrivers()
-{
-    rpc::FarTexts::instance();
-    Isolation::instance()->registerDrivers();
-}
-
 } // namespace qel::isolated
+
+extern "C" Q_DECL_EXPORT void qelRegisterDrivers()
+{
+    qel::rpc::FarTexts::instance();
+    qel::isolated::Isolation::instance()->registerDrivers();
+}

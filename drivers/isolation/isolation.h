@@ -1,11 +1,8 @@
 #ifndef ISOLATION_ISOLATION_H
 #define ISOLATION_ISOLATION_H
 
-#include <qeldevices/devicebroker.h>
-
 #include <QtCore/QList>
 #include <QtCore/QObject>
-#include <QtCore/QStringList>
 
 namespace qel::rpc {
 class DriverHost;
@@ -13,9 +10,7 @@ class DriverHost;
 
 namespace qel::isolated {
 
-/// The processes of all plugin files in the folders for isolated drivers: folders named
-/// "devicedrivers-isolated" beside each one that the library looks into, and those that
-/// QELDEVICES_ISOLATED names, separated by colons.
+/// The processes of all plugin files in the folders for isolated drivers.
 class Isolation : public QObject
 {
 public:
@@ -30,17 +25,6 @@ private:
     using QObject::QObject;
 
     QList<rpc::DriverHost *> m_hosts;
-};
-
-/// The root object of the plugin.
-class Plugin : public QObject, public devices::DevicePlugin
-{
-    Q_OBJECT
-    Q_INTERFACES(qel::devices::DevicePlugin)
-    Q_PLUGIN_METADATA(IID QelDevicePlugin_iid FILE "plugin.json")
-
-public:
-    void registerDrivers() override;
 };
 
 } // namespace qel::isolated

@@ -1,5 +1,7 @@
 #include "network.h"
 
+#include "connections.h"
+
 #include <remotedevice.h>
 #include <texts.h>
 #include <wire.h>
@@ -12,7 +14,6 @@
 #include <QtCore/QJsonObject>
 #include <QtCore/QPointer>
 #include <QtCore/QSaveFile>
-#include <QtCore/QStandardPaths>
 
 #include <algorithm>
 #include <utility>
@@ -125,12 +126,6 @@ QString Server::absence() const
     return m_absence;
 }
 
-static QString connectionFolder()
-{
-    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation)
-        + QStringLiteral("/qeldevices/connections");
-}
-
 QString Network::fileOf(const QString &name)
 {
     return QStringLiteral("%1/%2.json").arg(connectionFolder(), name);
@@ -148,7 +143,7 @@ Network::Network(QObject *parent)
     : QObject(parent)
 {
     QStringList files;
-    const QString named = qEnvironmentVariable("QELDEVICES_NETWORK");
+    const QString named = qEnvironmentVariable(connectionVariable);
     if (!named.isEmpty())
         files.append(named);
     const auto stored =
@@ -285,11 +280,11 @@ bool Driver::removeConnection(const QString &name)
     return Network::instance()->remove(name) || isStored;
 }
 
-void Plugin::registerDrivers()
-{
-    rpc::FarTexts::instance();
-    Network::instance();
-    DeviceBroker::addDriver(std::make_shared<Driver>());
-}
-
 } // namespace qel::network
+
+extern "C" Q_DECL_EXPORT void qelRegisterDrivers()
+{
+    qel::rpc::FarTexts::instance();
+    qel::network::Network::instance();
+    qel::devices::DeviceBroker::addDriver(std::make_shared<qel::network::Driver>());
+}

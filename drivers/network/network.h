@@ -97,17 +97,6 @@ public:
     Q_INVOKABLE bool removeConnection(const QString &name);
 };
 
-/// The root object of the plugin.
-class Plugin : public QObject, public devices::DevicePlugin
-{
-    Q_OBJECT
-    Q_INTERFACES(qel::devices::DevicePlugin)
-    Q_PLUGIN_METADATA(IID QelDevicePlugin_iid FILE "plugin.json")
-
-public:
-    void registerDrivers() override;
-};
-
 } // namespace qel::network
 
 #endif

@@ -117,6 +117,24 @@ class ServerTest(unittest.TestCase):
         self.assertEqual(self.tool("anna", "disconnect", name).returncode, 0)
         self.assertNotIn("A-1", self.tool("anna", "list").stdout)
 
+    def test_who_has_no_connection_pays_for_none(self):
+        def loaded(*variables):
+            command, environment = self.command("anna", "list")
+            listed = subprocess.run(command, env={**environment, **dict(variables)}, check=False,
+                                    capture_output=True, text=True, timeout=PATIENCE)
+            self.assertEqual(listed.returncode, 0, listed.stderr)
+            return set(re.findall(r"calling init: \S*/(network|isolation-driver|network-driver|"
+                                  r"libgrpc\+\+)\.so", listed.stderr))
+        trace = ("LD_DEBUG", "files")
+        connection = self.folder / "connection"
+        connection.write_text(json.dumps({"format": "qeldevices-connection", "server": "nobody",
+                                          "address": f"unix:{self.folder}/nobody"}))
+        self.assertEqual(loaded(trace), {"network"})
+        self.assertEqual(loaded(trace, ("QELDEVICES_NETWORK", str(connection))),
+                         {"network", "network-driver", "libgrpc++"})
+        self.assertEqual(loaded(trace, ("QELDEVICES_ISOLATED", SERVER_PLUGINS)),
+                         {"network", "isolation-driver", "libgrpc++"})
+
     def test_secrets_are_private(self):
         self.start()
         self.connect("anna")

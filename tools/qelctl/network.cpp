@@ -34,6 +34,9 @@ namespace {
 // Null, with a complaint printed, where it is not installed.
 QObject *networkDriver()
 {
+    // Without a connection, the plugin has the driver only for who asks for it.
+    if (!qEnvironmentVariableIsSet("QELDEVICES_NETWORK"))
+        qputenv("QELDEVICES_NETWORK", "");
     startLibrary();
     const auto driver = DeviceBroker::DRIVERS.value(QStringLiteral("Network"));
     auto *object = dynamic_cast<QObject *>(driver.get());

@@ -1,0 +1,18 @@
+#ifndef RPC_LIBEXEC_H
+#define RPC_LIBEXEC_H
+
+#include <QtCore/QString>
+
+namespace qel::rpc {
+
+/// Where the program or module `name` of this project is: beside the plugin folder in which this
+/// code lies, or where it is installed. Empty when it is nowhere.
+QString libexecFile(const QString &name);
+
+/// Loads the module `name` and has it register its drivers. What it brings along, gRPC above all,
+/// is not paid for by applications that do not need it. Complains to the log when that fails.
+void registerDriversOf(const QString &name);
+
+} // namespace qel::rpc
+
+#endif
