@@ -610,6 +610,7 @@ void tst_Rpc::keepsAResultUntilTheApplicationHasIt()
         // Whatever else was to be said of it is said before this.
         m_device->update();
         QTRY_COMPARE_WITH_TIMEOUT(far()->calls.constLast(), QString("update"), patience);
+        QCOMPARE(gate.results.isEmpty(), !isKept);
         m_device.reset();
     }
     if (isKept) {
