@@ -151,8 +151,8 @@ QVector<bool> PlateView::rectangle(int from, int to) const
 {
     QVector<bool> wells(m_selection.size());
     const int columns = m_picture.columns;
-    const auto [top, bottom] = std::minmax(from / columns, to / columns);
-    const auto [left, right] = std::minmax(from % columns, to % columns);
+    const auto [top, bottom] = std::minmax({from / columns, to / columns});
+    const auto [left, right] = std::minmax({from % columns, to % columns});
     for (int row = top; row <= bottom; ++row) {
         for (int column = left; column <= right; ++column)
             wells[row * columns + column] = true;

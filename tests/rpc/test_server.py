@@ -114,7 +114,8 @@ class ServerTest(unittest.TestCase):
 
         self.assertIn("1 instruments", self.tool("anna", "servers").stdout)
         name = connected.stdout.split("'")[1]
-        self.assertEqual(self.tool("anna", "disconnect", name).returncode, 0)
+        gone = self.tool("anna", "disconnect", name)
+        self.assertEqual(gone.returncode, 0, gone.stderr)
         self.assertNotIn("A-1", self.tool("anna", "list").stdout)
 
     def test_who_has_no_connection_pays_for_none(self):
