@@ -15,6 +15,8 @@ using namespace qel::devices;
 using namespace qel::frontend;
 using namespace std::chrono_literals;
 
+Q_DECLARE_METATYPE(FakeDevice::Action)
+
 static DeviceInfo instrument(const char *driver, const char *location, const char *serial)
 {
     return {DeviceInfo::Serial, QString::fromLatin1(driver), QString::fromLatin1(location),
@@ -223,6 +225,5 @@ void InstrumentsTest::closes()
     QCOMPARE(answers.size(), 1);
 }
 
-Q_DECLARE_METATYPE(FakeDevice::Action)
 QTEST_GUILESS_MAIN(InstrumentsTest)
 #include "tst_instruments.moc"
