@@ -10,7 +10,7 @@
 #include <unistd.h>
 
 // Does to the process what the environment variable ROGUE says, "WHERE WHAT": where is load,
-// enumerate, open or execute.
+// enumerate, open, execute, close or destroy.
 static void act(const char *where)
 {
     const QByteArrayList words = qgetenv("ROGUE").split(' ');
@@ -25,6 +25,8 @@ static void act(const char *where)
         throw std::runtime_error("rogue");
     else if (what == "exit")
         std::exit(0);
+    else if (what == "quick_exit")
+        std::quick_exit(0);
     else if (what == "quit")
         QCoreApplication::quit();
     else if (what == "print")
@@ -38,6 +40,10 @@ class RogueDevice : public qel::devices::Device
 {
 public:
     using Device::Device;
+    ~RogueDevice() override
+    {
+        act("destroy");
+    }
     bool open() override
     {
         act("open");
@@ -50,6 +56,7 @@ public:
     }
     void close() override
     {
+        act("close");
         setOpen(false);
     }
     void update() override { }

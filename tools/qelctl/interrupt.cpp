@@ -61,7 +61,6 @@ Interrupt::Interrupt()
 Interrupt::~Interrupt()
 {
     leavesAtOnce = 1;
-    limitProcess(0, Done);
     m_notifier.setEnabled(false);
     ::close(pipeEnds[0]);
     ::close(pipeEnds[1]);

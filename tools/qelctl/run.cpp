@@ -220,7 +220,7 @@ int measure(const CommandLine &line, Request *request, Device *device)
         return fail(CannotWrite, problem);
     Interrupt interrupt;
     const int code = Series(device, *request, output.get(), &interrupt).perform();
-    closeTarget(device);
+    closeTarget(device, interrupt, code);
     return code;
 }
 

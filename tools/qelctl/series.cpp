@@ -159,8 +159,11 @@ int Series::keep(const Outcome &outcome)
     if (!data)
         return fail(RunFailed,
                     titleOf(m_device->deviceInfo()) + QStringLiteral(": ") + sentence(problem));
-    if (m_output->write(*data, &problem))
+    if (m_output->write(*data, &problem)) {
+        if (const QString kept = whatIsKept(m_number); !kept.isEmpty())
+            setLastWords(kept);
         return Done;
+    }
     const int code = fail(CannotWrite, problem);
     if (m_output->isFile()) { // what was measured goes wherever it can
         complain(text("qelctl-run-printed-instead"));
@@ -169,13 +172,19 @@ int Series::keep(const Outcome &outcome)
     return code;
 }
 
+// Empty where there is nothing to say.
+QString Series::whatIsKept(int runs) const
+{
+    if (m_request.repeat == 1 || !m_output->isFile() || runs == 0)
+        return {};
+    return text("qelctl-run-kept", QString::number(runs), QString::number(m_request.repeat),
+                m_output->path());
+}
+
 void Series::tellWhatIsKept()
 {
-    const int kept = m_number - 1;
-    if (m_request.repeat == 1 || !m_output->isFile() || kept == 0)
-        return;
-    complain(text("qelctl-run-kept", QString::number(kept), QString::number(m_request.repeat),
-                  m_output->path()));
+    if (const QString kept = whatIsKept(m_number - 1); !kept.isEmpty())
+        complain(kept);
 }
 
 void Series::tellProgress(double progress, qint64 elapsed)

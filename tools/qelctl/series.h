@@ -54,6 +54,7 @@ private:
     int keep(const qel::frontend::Outcome &outcome);
     int failed(const qel::frontend::Outcome &outcome);
     void tellProgress(double progress, qint64 elapsed);
+    QString whatIsKept(int runs) const;
     void tellWhatIsKept();
     void waitForNext(qint64 milliseconds);
 

@@ -202,7 +202,7 @@ int run(const QStringList &arguments)
     // What is known of a device that does not open is shown all the same.
     const int printed =
         printData(line.has(QStringLiteral("json")) ? asJson(*device) : asText(*device));
-    closeTarget(device.get());
+    closeTarget(device.get(), interrupt);
     return opened != Done ? opened : printed;
 }
 

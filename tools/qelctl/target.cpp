@@ -4,6 +4,7 @@
 #include "prompt.h"
 #include "statusline.h"
 #include "tool.h"
+#include "watchdog.h"
 
 #include <qelfrontend/enumeration.h>
 #include <qelfrontend/frontend.h>
@@ -56,12 +57,17 @@ Outcome await(Run *run, Interrupt *interrupt)
     return run->outcome();
 }
 
-void closeTarget(Device *device)
+void closeTarget(Device *device, const Interrupt &interrupt, int code)
 {
+    if (!interrupt.wasRequested())
+        limitProcess(ladderTime, code == Done ? int(TimedOut) : code);
     QEventLoop loop;
     QObject::connect(device, &Device::openChanged, &loop, &QEventLoop::quit);
     QTimer::singleShot(2000, &loop, &QEventLoop::quit);
-    device->close();
+    {
+        const TrailMark mark(device->driver(), "close()");
+        device->close();
+    }
     if (device->isOpen())
         loop.exec();
 }

@@ -22,8 +22,10 @@ std::unique_ptr<qel::devices::Device> createTarget(const QString &argument, bool
 /// Starts `run` and waits until it has ended. Ctrl-C cancels it.
 qel::frontend::Outcome await(qel::frontend::Run *run, Interrupt *interrupt);
 
-/// Closes `device` and gives it a moment to get there.
-void closeTarget(qel::devices::Device *device);
+/// Closes `device` and gives it a moment to get there, at the end of a command that ends with
+/// `code`. From here on the process has a limit: a driver may hang while it closes, and while it is
+/// destroyed.
+void closeTarget(qel::devices::Device *device, const Interrupt &interrupt, int code = 0);
 
 /// Opens `device`. Done, or the exit code after a complaint; Interrupted for Ctrl-C. A command that
 /// may end the event loop meanwhile, after a complaint of its own, says so in `hasEnded`.

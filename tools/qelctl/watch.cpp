@@ -140,7 +140,7 @@ int run(const QStringList &arguments)
     else if (code == Done)
         code = watchDevice(device.get(), &interrupt);
     if (device->isOpen())
-        closeTarget(device.get());
+        closeTarget(device.get(), interrupt, code);
     return code;
 }
 

@@ -10,6 +10,7 @@
 
 #include <dlfcn.h>
 #include <execinfo.h>
+#include <link.h>
 #include <sys/time.h>
 #include <unistd.h>
 
@@ -25,31 +26,64 @@ static char eventText[80];
 static volatile std::sig_atomic_t codeOfLimit = TimedOut;
 static bool hasEnded = false;
 
+// Where the files begin that were loaded before any plugin.
+static const void *bases[256];
+static int baseCount = 0;
+
+// Two, so that one is whole while the other is written.
+static char lastWords[2][600];
+static const char *volatile currentLastWords = lastWords[0];
+
 static void say(const char *text)
 {
     if (write(STDERR_FILENO, text, strlen(text)) < 0)
         return; // nobody listens
 }
 
-// The plugin among the files on the stack: none of the libraries, and not the tool.
+static bool isOwn(const void *base)
+{
+    for (int i = 0; i < baseCount; ++i) {
+        if (bases[i] == base)
+            return true;
+    }
+    return false;
+}
+
+static const void *baseOf(const void *address)
+{
+    Dl_info file;
+    return dladdr(address, &file) != 0 ? file.dli_fbase : nullptr;
+}
+
+static int keepBase(dl_phdr_info *file, size_t, void *)
+{
+    for (int i = 0; i < file->dlpi_phnum && baseCount < int(std::size(bases)); ++i) {
+        if (file->dlpi_phdr[i].p_type != PT_LOAD)
+            continue;
+        const auto address = file->dlpi_addr + file->dlpi_phdr[i].p_vaddr;
+        bases[baseCount++] = baseOf(reinterpret_cast<const void *>(address));
+        break;
+    }
+    return 0;
+}
+
+// The plugin among the files on the stack: it was loaded after the tool's own. Libraries that it
+// has brought along come before it, but a plugin may be called like one.
 static const char *pluginOnStack()
 {
     void *frames[64];
     const int count = backtrace(frames, 64);
-    Dl_info own;
-    if (dladdr(reinterpret_cast<void *>(&toolHasEnded), &own) == 0)
-        return nullptr;
+    const char *outermost = nullptr;
     for (int i = 0; i < count; ++i) {
         Dl_info frame;
-        if (dladdr(frames[i], &frame) == 0 || !frame.dli_fname || frame.dli_fbase == own.dli_fbase)
+        if (dladdr(frames[i], &frame) == 0 || !frame.dli_fname || isOwn(frame.dli_fbase))
             continue;
         const char *slash = strrchr(frame.dli_fname, '/');
-        const char *name = slash ? slash + 1 : frame.dli_fname;
-        if (strncmp(name, "lib", 3) != 0 && strncmp(name, "ld-", 3) != 0
-            && strncmp(name, "linux-vdso", 10) != 0)
+        if (strncmp(slash ? slash + 1 : frame.dli_fname, "lib", 3) != 0)
             return frame.dli_fname;
+        outermost = frame.dli_fname;
     }
-    return nullptr;
+    return outermost;
 }
 
 static void report(const char *what)
@@ -63,6 +97,7 @@ static void report(const char *what)
     say(plugin ? ", " : "");
     say(call[0] != '\0' ? call : eventText);
     say(")\n");
+    say(currentLastWords);
 }
 
 static void onCrash(int)
@@ -113,6 +148,15 @@ void watchDrivers()
     action.sa_handler = &onLimit;
     sigaction(SIGALRM, &action, nullptr);
     std::atexit(&onExit);
+    std::at_quick_exit(&onExit);
+    dl_iterate_phdr(&keepBase, nullptr);
+}
+
+void setLastWords(const QString &message)
+{
+    char *next = currentLastWords == lastWords[0] ? lastWords[1] : lastWords[0];
+    qstrncpy(next, ("qelctl: " + message.toUtf8() + '\n').constData(), sizeof lastWords[0]);
+    currentLastWords = next;
 }
 
 void toolHasEnded()

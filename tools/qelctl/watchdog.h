@@ -1,6 +1,8 @@
 #ifndef QELCTL_WATCHDOG_H
 #define QELCTL_WATCHDOG_H
 
+#include <QtCore/QString>
+
 namespace qelctl {
 
 /// @file
@@ -14,6 +16,9 @@ void watchDrivers();
 
 /// The tool has done its work: from now on the process may end.
 void toolHasEnded();
+
+/// What is said after it when a driver ends the process.
+void setLastWords(const QString &message);
 
 /// Ends the process with `code` in `milliseconds`, unless told otherwise before: for what the event
 /// loop would do if no driver held it up. 0 takes the limit back.
