@@ -7,7 +7,6 @@ import os
 import pathlib
 import resource
 import shutil
-import signal
 import subprocess
 import time
 import unittest
@@ -77,7 +76,6 @@ class Kept(ToolTest):
 
     def test_a_full_disk_takes_nothing(self):
         def limit():
-            signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
             resource.setrlimit(resource.RLIMIT_FSIZE, (20000, 20000))
         file = self.folder / "full.csv"
         output, errors = self.run_tool("run", "A-1", *ABSORBANCE, "--repeat", 9, "--output", file,
@@ -103,6 +101,29 @@ class Kept(ToolTest):
                 self.assertEqual(file.read_bytes(), before)
         self.run_tool("run", "A-1", *ABSORBANCE, "--repeat", 2, "--output",
                       self.folder / "x.txt", "--resume", code=2)
+
+    def test_a_note_may_hold_anything(self):
+        file = self.folder / "series.csv"
+        run = ("run", "A-1", *ABSORBANCE, "--note", 'two\nlines, "so"', "--output", file, "--repeat")
+        self.run_tool(*run, 2)
+        file.write_bytes(file.read_bytes()[:-10])
+        self.run_tool(*run, 3, "--resume")
+        self.assertEqual(self.finished(file, "csv"), [1, 2, 3])
+
+    def test_what_is_no_run_of_the_series_is_left_alone(self):
+        for suffix, end in ("csv", "mine,too"), ("json", '{"mine": 2}'):
+            for what, add, feature in [("other feature", "", ("reference-number",)),
+                                       ("other lines", f"mine\n{end}\n", ABSORBANCE),
+                                       ("a line between", "\n{run}", ABSORBANCE)]:
+                with self.subTest(what, suffix=suffix):
+                    file = self.folder / f"{what}.{suffix}"
+                    self.run_tool("run", "A-1", *ABSORBANCE, "--repeat", 2, "--output", file)
+                    text = file.read_text()
+                    text += add.replace("{run}", text.splitlines(keepends=True)[-1])
+                    file.write_text(text)
+                    self.run_tool("run", "A-1", *feature, "--repeat", 3, "--output", file,
+                                  "--resume", code=2)
+                    self.assertEqual(file.read_text(), text)
 
     def test_starts_are_the_interval_apart(self):
         self.furnish(reader("A-1", "absorbance-96", {"at": "open", "do": "delay", "delay": 700}))

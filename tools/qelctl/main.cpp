@@ -156,6 +156,7 @@ int main(int argc, char *argv[])
         return qelctl::runLoadTrial(argc, argv);
     // A reader that has gone is an error like any other: it is reported when writing fails.
     std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN); // so is a file that has grown as large as it may
     qelctl::takeStandardOutput();
     qelctl::catchInterrupts();
     QCoreApplication application(argc, argv);

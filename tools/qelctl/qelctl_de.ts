@@ -234,6 +234,10 @@ Rückgabewerte: 0 erledigt, 1 Lauf fehlgeschlagen, 2 falscher Aufruf, 3 Gerät o
         <source></source>
         <translation>%1 enthält Läufe eines anderen Geräts.</translation>
     </message>
+    <message id="qelctl-run-resume-line">
+        <source></source>
+        <translation>%1 lässt sich nicht fortsetzen: Zeile %2 gehört zu keinem Lauf mit diesem Gerät und dieser Funktion. Nichts wurde geändert.</translation>
+    </message>
     <message id="qelctl-run-resume-none">
         <source></source>
         <translation>%1 enthält keine Reihe von Läufen.</translation>

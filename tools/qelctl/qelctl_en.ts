@@ -234,6 +234,10 @@ Exit codes: 0 done, 1 run failed, 2 wrong usage, 3 no such device or feature, 4 
         <source></source>
         <translation>%1 holds runs of another instrument.</translation>
     </message>
+    <message id="qelctl-run-resume-line">
+        <source></source>
+        <translation>%1 cannot be resumed: line %2 belongs to no run of this instrument and feature. Nothing has been changed.</translation>
+    </message>
     <message id="qelctl-run-resume-none">
         <source></source>
         <translation>%1 does not hold a series of runs.</translation>

@@ -2,88 +2,153 @@
 
 #include "tool.h"
 
+#include <qelfrontend/platecsv.h>
+
+#include <qelvalues/features.h>
+#include <qelvalues/names.h>
 #include <qelvalues/valuecodec.h>
 
 #include <QtCore/QFile>
+#include <QtCore/QFileInfo>
 #include <QtCore/QJsonObject>
+
+#include <algorithm>
 
 namespace qelctl {
 
+using namespace qel::frontend;
+using qel::devices::Device;
 using qel::devices::DeviceInfo;
 
 namespace {
 
-// What is known of a file after its lines have been read.
+// What is known of a file once it has been read to its end, or to what stands in the way.
 struct Found
 {
     int runs = 0;
-    qint64 length = 0; // of the runs that are whole
+    qint64 length = 0;  // of the runs that are whole
+    int problemAt = -1; // where something else than a run begins
     bool isOther = false;
 };
 
-Found readDocuments(const QByteArrayList &lines, const DeviceInfo &device)
+Found readDocuments(const QByteArray &data, const DeviceInfo &device, Device::DeviceFeature feature)
 {
     Found found;
-    for (const QByteArray &line : lines) {
+    for (int start = 0, end = 0; (end = data.indexOf('\n', start)) >= 0; start = end + 1) {
         qel::values::Problem problem;
-        const auto json = qel::values::parseJson(line, &problem);
+        const auto json = qel::values::parseJson(data.mid(start, end - start), &problem);
         const QJsonObject run = json ? json->toObject() : QJsonObject();
-        if (run.value(QStringLiteral("format")) != QLatin1String("qeldevices-run"))
-            break;
-        const QJsonObject from = run.value(QStringLiteral("device")).toObject();
-        if (from.value(QStringLiteral("serial")).toString() != device.serial()
-            || from.value(QStringLiteral("driver")).toString() != device.driver()) {
-            found.isOther = true;
+        if (run.value(QStringLiteral("format")) != QLatin1String("qeldevices-run")
+            || run.value(QStringLiteral("feature")) != qel::values::featureName(feature)) {
+            found.problemAt = start;
             return found;
         }
+        const QJsonObject from = run.value(QStringLiteral("device")).toObject();
+        found.isOther |= from.value(QStringLiteral("serial")).toString() != device.serial()
+            || from.value(QStringLiteral("driver")).toString() != device.driver();
         ++found.runs;
-        found.length += line.size();
+        found.length = end + 1;
     }
+    if (found.length < data.size() && data.at(int(found.length)) != '{')
+        found.problemAt = int(found.length);
     return found;
 }
 
-// Each run has as many lines as the first.
-Found readTable(const QByteArrayList &lines, char delimiter, const DeviceInfo &device)
+// The fields of the line at `position`, which may go over several lines of text, and moves
+// `position` behind it. Empty when the line has no end.
+QByteArrayList takeLine(const QByteArray &data, char delimiter, int *position)
 {
-    Found found;
-    const QByteArrayList header = lines.value(0).trimmed().split(delimiter);
-    const int runColumn = header.size() - header.indexOf("run"); // from behind: texts come first
-    if (!header.contains("run"))
-        return found;
-    qint64 length = lines.value(0).size();
-    int inRun = 0;
-    int linesOfRun = 0;
-    int number = 1;
-    for (int i = 1; i < lines.size(); ++i) {
-        const QByteArrayList fields = lines.at(i).trimmed().split(delimiter);
-        if (!lines.at(i).contains(device.serial().toUtf8())) {
-            found.isOther = true;
-            return found;
-        }
-        const int run = fields.value(fields.size() - runColumn).toInt();
-        if (run != number) {
-            if (run != number + 1)
-                break;
-            linesOfRun = linesOfRun == 0 ? inRun : linesOfRun;
-            found.runs = number;
-            found.length = length;
-            number = run;
-            inRun = 0;
-        }
-        ++inRun;
-        length += lines.at(i).size();
-        if (inRun == linesOfRun || (linesOfRun == 0 && i + 1 == lines.size())) {
-            found.runs = number;
-            found.length = length;
+    QByteArrayList fields{QByteArray()};
+    bool isQuoted = false;
+    for (int i = *position; i < data.size(); ++i) {
+        const char character = data.at(i);
+        if (character == '"') {
+            // A doubled one stands for itself.
+            if (!isQuoted && i > *position && data.at(i - 1) == '"')
+                fields.last() += '"';
+            isQuoted = !isQuoted;
+        } else if (isQuoted || (character != delimiter && character != '\n')) {
+            fields.last() += character;
+        } else if (character == delimiter) {
+            fields += QByteArray();
+        } else {
+            *position = i + 1;
+            if (fields.last().endsWith('\r'))
+                fields.last().chop(1);
+            return fields;
         }
     }
+    return {};
+}
+
+// A run ends with the same well or key as the first one. That one was put in its place whole.
+Found readTable(const QByteArray &data, char delimiter, const DeviceInfo &device,
+                Device::DeviceFeature feature)
+{
+    CsvOptions options;
+    options.delimiter = delimiter;
+    const bool isPlate = qel::values::isMeasurement(feature);
+    const QByteArray header = isPlate ? tidyCsvHeader(options) : valueCsvHeader(options);
+    Found found;
+    if (!data.startsWith(header)) {
+        found.problemAt = 0;
+        return found;
+    }
+    int position = 0;
+    const QByteArrayList names = takeLine(header, delimiter, &position);
+    const auto isOfFeature = [&](const QByteArrayList &fields) {
+        return isPlate
+            ? fields.at(names.indexOf("wavelength_nm")).isEmpty()
+                == (feature == Device::DF_LuminescenceMeasurement)
+            : fields.at(names.indexOf("feature")) == qel::values::featureArgument(feature).toUtf8();
+    };
+    const QByteArray serial = device.serial().toUtf8();
+    const int runColumn = names.indexOf("run");
+    const int lastColumn = names.indexOf(isPlate ? "well" : "key");
+
+    QByteArray lastOfFirst;
+    QByteArray last;
+    int linesOfFirst = 0;
+    int lines = 0;
+    int number = 1;
+    qint64 startOfRun = position;
+    while (true) {
+        const int start = position;
+        const QByteArrayList fields = takeLine(data, delimiter, &position);
+        if (fields.isEmpty())
+            break;
+        const int run = fields.value(runColumn).toInt();
+        if (fields.size() != names.size() || !isOfFeature(fields)
+            || (run != number && run != number + 1)) {
+            found.problemAt = start;
+            return found;
+        }
+        const QByteArray from = fields.at(names.indexOf("serial"));
+        found.isOther |= from != serial && from != '\'' + serial;
+        if (run > number) {
+            number = run;
+            lines = 0;
+            startOfRun = start;
+        }
+        ++lines;
+        last = fields.at(lastColumn);
+        if (number == 1) {
+            lastOfFirst = last;
+            linesOfFirst = lines;
+        }
+    }
+    const bool isWhole =
+        lines > 0 && last == lastOfFirst && (position == data.size() || lines >= linesOfFirst);
+    found.runs = isWhole ? number : number - 1;
+    found.length = isWhole ? position : startOfRun;
     return found;
 }
 
 } // namespace
 
 std::optional<int> finishedRuns(const QString &path, Format format, char delimiter,
-                                const DeviceInfo &device, QString *problem)
+                                const DeviceInfo &device, Device::DeviceFeature feature,
+                                QString *problem)
 {
     if (format != Format::Json && format != Format::Csv) {
         *problem = text("qelctl-run-resume-format");
@@ -92,27 +157,31 @@ std::optional<int> finishedRuns(const QString &path, Format format, char delimit
     QFile file(path);
     if (!file.exists())
         return 0;
+    if (!QFileInfo(file).isFile()) {
+        *problem = text("qelctl-run-resume-none", path);
+        return std::nullopt;
+    }
     if (!file.open(QIODevice::ReadWrite)) {
         *problem = text("qelctl-cannot-read", path, file.errorString());
         return std::nullopt;
     }
-    QByteArrayList lines;
-    while (!file.atEnd()) {
-        const QByteArray line = file.readLine();
-        if (line.endsWith('\n'))
-            lines += line;
-    }
-    const Found found =
-        format == Format::Json ? readDocuments(lines, device) : readTable(lines, delimiter, device);
+    const QByteArray data = file.readAll();
+    const Found found = format == Format::Json ? readDocuments(data, device, feature)
+                                               : readTable(data, delimiter, device, feature);
     if (found.isOther) {
         *problem = text("qelctl-run-resume-other", path);
         return std::nullopt;
     }
-    if (found.runs == 0 && file.size() > 0) {
+    if (found.problemAt > 0) {
+        const auto line = 1 + std::count(data.begin(), data.begin() + found.problemAt, '\n');
+        *problem = text("qelctl-run-resume-line", path, QString::number(line));
+        return std::nullopt;
+    }
+    if (found.problemAt == 0 || (found.runs == 0 && !data.isEmpty())) {
         *problem = text("qelctl-run-resume-none", path);
         return std::nullopt;
     }
-    if (found.length < file.size() && !file.resize(found.length)) {
+    if (found.length < data.size() && !file.resize(found.length)) {
         *problem = text("qelctl-cannot-write", path, file.errorString());
         return std::nullopt;
     }

@@ -208,7 +208,7 @@ int measure(const CommandLine &line, Request *request, Device *device)
         if (path->isEmpty() || *path == QLatin1String("-") || request->repeat == 1)
             return fail(BadUsage, text("qelctl-run-resume-what"));
         const auto done = finishedRuns(*path, request->format, request->style.delimiter,
-                                       device->deviceInfo(), &problem);
+                                       device->deviceInfo(), request->feature, &problem);
         if (!done)
             return fail(BadUsage, problem);
         request->done = *done;
