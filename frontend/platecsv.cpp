@@ -111,6 +111,13 @@ QString titleOf(const Plate &plate, const PlateRead &read, const CsvOptions &opt
     return title;
 }
 
+// Appended one by one: a chain of + would make an array for each step, for every well of a plate.
+template<typename... Parts>
+void appendAll(QByteArray *line, const Parts &...parts)
+{
+    (line->append(parts), ...);
+}
+
 QByteArray valueText(const QVariant &value, const Writer &writer)
 {
     if (value.userType() == QMetaType::Double || value.userType() == QMetaType::Float)
@@ -168,18 +175,21 @@ QByteArray tidyCsv(const Plate &plate, const DeviceInfo &device, const CsvOption
     QByteArray csv;
     for (int read = 0; read < plate.reads.size(); ++read) {
         const QByteArray fields = readFields(plate, read, device, writer, next);
+        constexpr int widest = 64; // of the well, its row and column, the value and the flag
+        csv.reserve(csv.size()
+                    + plate.rows * plate.columns
+                        * (fields.size() + unit.size() + end.size() + widest));
         for (int row = 0; row < plate.rows; ++row) {
             const QByteArray letters = rowName(row).toLatin1();
             for (int column = 0; column < plate.columns; ++column) {
                 const double value = plate.reads[read].values[row * plate.columns + column];
                 const QByteArray digits = QByteArray::number(column + 1);
-                csv += fields + letters + digits + next + letters + next + digits + next;
+                appendAll(&csv, fields, letters, digits, next, letters, next, digits, next);
                 writer.append(&csv, value);
-                csv += unit;
-                csv += std::isnan(value)       ? "not measured"
-                    : plate.isSaturated(value) ? "saturated"
-                                               : "";
-                csv += end;
+                const char *flag = std::isnan(value) ? "not measured"
+                    : plate.isSaturated(value)       ? "saturated"
+                                                     : "";
+                appendAll(&csv, unit, flag, end);
             }
         }
     }
