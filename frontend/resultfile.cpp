@@ -1,5 +1,9 @@
 #include "resultfile.h"
 
+#include "messages_p.h"
+
+#include <QtCore/QDateTime>
+#include <QtCore/QDir>
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
 #include <QtCore/QRandomGenerator>
@@ -11,6 +15,7 @@
 #include <cstring>
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -52,12 +57,46 @@ static bool writeAll(int file, const QByteArray &data, QString *problem)
     return true;
 }
 
-// A name beside `path` that nothing has; short, since the file's own may be as long as names can
-// be.
+// What a file is called until it is in its place; short, since its own name may be as long as
+// names can be.
+constexpr char prefixBeside[] = ".qelresult-";
+
+// A name beside `path` that nothing has.
 static QByteArray nameBeside(const QByteArray &path)
 {
-    return folderOf(path) + "/.qel"
+    return folderOf(path) + '/' + prefixBeside
         + QByteArray::number(QRandomGenerator::global()->generate(), 36);
+}
+
+// Whether nobody else holds the file; not every file system can tell.
+static bool lockFile(int file)
+{
+    return flock(file, LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK;
+}
+
+static bool isLocked(const QByteArray &path)
+{
+    const int file = ::open(path.constData(), O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK);
+    if (file < 0)
+        return false;
+    const bool isFree = lockFile(file);
+    ::close(file);
+    return !isFree;
+}
+
+// Removes what processes that were killed have left in the folder. Nothing of it was promised.
+static void tidyUp(const QByteArray &folder)
+{
+    const QFileInfoList left = QDir(QFile::decodeName(folder))
+                                   .entryInfoList({QLatin1String(prefixBeside) + QLatin1Char('*')},
+                                                  QDir::Files | QDir::Hidden | QDir::NoSymLinks);
+    for (const QFileInfo &file : left) {
+        const QByteArray path = QFile::encodeName(file.filePath());
+        // One that has just been made may not be locked yet.
+        const bool isNew = file.lastModified().secsTo(QDateTime::currentDateTime()) < 60;
+        if (!isNew && !isLocked(path))
+            unlink(path.constData());
+    }
 }
 
 std::unique_ptr<ResultFile> ResultFile::open(const QString &path, Existing existing,
@@ -80,6 +119,10 @@ std::unique_ptr<ResultFile> ResultFile::open(const QString &path, Existing exist
         fail(problem);
         return nullptr;
     }
+    if (exists && file->m_isPlain && isLocked(file->m_path)) {
+        *problem = message("qelfrontend-file-in-use");
+        return nullptr;
+    }
     file->m_isPlaced = exists && (!file->m_isPlain || existing == Existing::Continue);
     return file->prepare(problem) ? std::move(file) : nullptr;
 }
@@ -94,9 +137,15 @@ bool ResultFile::prepare(QString *problem)
 {
     if (m_isPlaced) {
         m_file = ::open(m_path.constData(), O_WRONLY | O_APPEND | O_CLOEXEC | O_NOCTTY);
-        return m_file >= 0 || fail(problem);
+        if (m_file < 0)
+            return fail(problem);
+        if (!m_isPlain || lockFile(m_file))
+            return true;
+        *problem = message("qelfrontend-file-in-use");
+        return false;
     }
     const QByteArray folder = folderOf(m_path);
+    tidyUp(folder);
     // Linked to its name once it is whole; a process that ends before leaves nothing.
     m_file = ::open(folder.constData(), O_WRONLY | O_TMPFILE | O_CLOEXEC, 0666);
     if (m_file < 0 && errno != EOPNOTSUPP && errno != EISDIR && errno != EINVAL)
@@ -105,8 +154,10 @@ bool ResultFile::prepare(QString *problem)
     struct stat info;
     if (lstat(m_path.constData(), &info) != 0 && errno != ENOENT)
         return fail(problem);
-    if (m_file >= 0)
+    if (m_file >= 0) {
+        lockFile(m_file);
         return true;
+    }
     const QByteArray trial = nameBeside(m_path);
     const int file = ::open(trial.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
     if (file < 0)
@@ -148,6 +199,7 @@ bool ResultFile::put(const QByteArray &result, QString *problem)
         m_file = ::open(named.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
         if (m_file < 0)
             return fail(problem);
+        lockFile(m_file);
     }
     struct stat replaced;
     if (replaces && stat(m_path.constData(), &replaced) == 0)

@@ -15,8 +15,11 @@ namespace qel::frontend {
 /// Before the first result nothing stands at its path, so a run that fails leaves nothing. The
 /// first puts the file in its place, whole; each further one makes it longer, whole or not at all.
 /// When add() returns, the result is on the disk: neither a crash nor a power cut takes it away,
-/// and a disk that is full takes nothing that was there before. No other file is ever left beside
-/// it.
+/// and a disk that is full takes nothing that was there before. No other file stays beside it:
+/// where the system needs one for an instant, and the process is killed in it, the next ResultFile
+/// of the folder removes it.
+///
+/// While it lives, nobody else can continue or replace the same file with a ResultFile.
 ///
 /// Where there is no regular file, such as a pipe, results are just written.
 class QELFRONTEND_EXPORT ResultFile
@@ -31,7 +34,7 @@ public:
 
     /// Prepares to write to `path`, so that what stands in the way is known before anything is
     /// measured.
-    /// @return null, and the system's reason in `problem`, when it cannot be written;
+    /// @return null, and the reason in `problem`, when it cannot be written;
     /// null with an empty `problem` when there is a file and `existing` is Refuse
     static std::unique_ptr<ResultFile> open(const QString &path, Existing existing,
                                             QString *problem);

@@ -260,7 +260,7 @@ void Run::lose()
 
 // Only what is known by now goes into the outcome; the error may still be on its way behind the
 // report of the end, so the rest waits for deliver().
-void Run::end(Outcome::Kind kind, const QString &sentence, const QVariant &result)
+void Run::end(Outcome::Kind kind, const QString &sentence, const QVariant &value)
 {
     if (m_state >= Ending)
         return;
@@ -270,7 +270,7 @@ void Run::end(Outcome::Kind kind, const QString &sentence, const QVariant &resul
     m_openActions.clear();
     m_outcome.kind = kind;
     m_outcome.sentence = sentence;
-    m_outcome.result = result;
+    (kind == Outcome::Result ? m_outcome.result : m_outcome.delivered) = value;
     if (m_clock.isValid())
         m_outcome.elapsed = std::chrono::milliseconds(m_clock.elapsed());
     else
@@ -438,15 +438,15 @@ void Run::onExecuted(Device::DeviceFeature feature, bool ok, const QVariant &res
     if (feature != m_request.feature)
         return;
     if (m_state == Stopping)
-        end(m_stopKind);
+        end(m_stopKind, QString(), result);
     else if (!isAtWork() && m_state != Losing)
         return;
     else if (ok)
         judge(result);
     else if (m_state == Losing && m_outcome.code == NO_DEVICE_ERROR)
-        end(Outcome::DeviceGone);
+        end(Outcome::DeviceGone, QString(), result);
     else
-        end(m_state == Starting ? Outcome::Refused : Outcome::Failed);
+        end(m_state == Starting ? Outcome::Refused : Outcome::Failed, QString(), result);
 }
 
 // What is not shaped as the feature's results are is none: nobody could tell what was measured.
@@ -458,7 +458,7 @@ void Run::judge(const QVariant &result)
     if (problems.isEmpty())
         end(Outcome::Result, QString(), result);
     else
-        end(Outcome::Failed, explain(problems.first()));
+        end(Outcome::Failed, explain(problems.first()), result);
 }
 
 bool Run::isAtWork() const

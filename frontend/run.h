@@ -44,6 +44,10 @@ struct QELFRONTEND_EXPORT Outcome
     QString sentence;       ///< what happened, translated; empty for Result
     QString additionalInfo; ///< the driver's details of the error, translated; may be empty
     QVariant result;        ///< invalid unless `kind` is Result
+    QVariant delivered;  ///< what the device delivered in a run that has no result: a value that is
+                         ///< not shaped as it has to be, or one that came too late. It may be all
+                         ///< there is of a measurement; no reader may take it for a result.
+                         ///< Invalid where nothing came
     QDateTime startedAt; ///< when the feature was executed, or start() was called where it was not;
                          ///< in UTC
     std::chrono::milliseconds elapsed{0}; ///< from `startedAt` to the end
@@ -165,7 +169,7 @@ private:
     void setState(State state);
     void lose();
     void end(Outcome::Kind kind, const QString &sentence = QString(),
-             const QVariant &result = QVariant());
+             const QVariant &value = QVariant());
     void deliver();
     QString sentenceFor(Outcome::Kind kind) const;
 

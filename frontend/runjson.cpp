@@ -10,6 +10,7 @@
 #include <qelvalues/names.h>
 #include <qelvalues/valuecodec.h>
 
+#include <QtCore/QDebug>
 #include <QtCore/QJsonArray>
 
 #include <cmath>
@@ -92,6 +93,77 @@ QJsonValue pluginToJson(const std::optional<DeviceBroker::DevicePluginInfo> &plu
     };
 }
 
+QString outcomeName(Outcome::Kind kind)
+{
+    switch (kind) {
+    case Outcome::Unfinished:
+        return QStringLiteral("unfinished");
+    case Outcome::Result:
+        return QStringLiteral("result");
+    case Outcome::Refused:
+        return QStringLiteral("refused");
+    case Outcome::CannotOpen:
+        return QStringLiteral("cannot-open");
+    case Outcome::Failed:
+        return QStringLiteral("failed");
+    case Outcome::AbortedByUser:
+        return QStringLiteral("aborted-by-user");
+    case Outcome::TimedOut:
+        return QStringLiteral("timed-out");
+    case Outcome::DeviceGone:
+        return QStringLiteral("device-gone");
+    }
+    return {};
+}
+
+// What the documents of all runs hold.
+QJsonObject documentOf(const RunRecord &record, const QString &format)
+{
+    QJsonObject document{
+        {QStringLiteral("format"), format},
+        {QStringLiteral("version"), runJsonVersion},
+        {QStringLiteral("library"), version()},
+        {QStringLiteral("device"), deviceToJson(record.device)},
+        {QStringLiteral("plugin"), pluginToJson(record.plugin)},
+        {QStringLiteral("feature"), featureName(record.feature)},
+        {QStringLiteral("configuration"),
+         writeConfiguration(record.configuration, record.descriptor)},
+        {QStringLiteral("startedAt"), timeText(record.outcome.startedAt)},
+        {QStringLiteral("elapsed"), double(record.outcome.elapsed.count()) / 1000},
+    };
+    if (record.number > 0) {
+        document.insert(QStringLiteral("run"),
+                        QJsonObject{{QStringLiteral("number"), record.number},
+                                    {QStringLiteral("of"), record.count}});
+    }
+    if (!record.note.isEmpty())
+        document.insert(QStringLiteral("note"), record.note);
+    return document;
+}
+
+// `value` with all that JSON can tell as it is, and the rest as text.
+QVariant tellable(const QVariant &value)
+{
+    Problem problem;
+    if (toJson(value, &problem))
+        return value;
+    if (value.userType() == QMetaType::QVariantHash) {
+        QVariantHash hash = value.toHash();
+        for (QVariant &entry : hash)
+            entry = tellable(entry);
+        return hash;
+    }
+    if (value.userType() == QMetaType::QVariantList) {
+        QVariantList list = value.toList();
+        for (QVariant &entry : list)
+            entry = tellable(entry);
+        return list;
+    }
+    QString text;
+    QDebug(&text).nospace() << value;
+    return text;
+}
+
 } // namespace
 
 QJsonObject deviceToJson(const DeviceInfo &device)
@@ -113,26 +185,8 @@ std::optional<QJsonObject> runToJson(const RunRecord &record, QString *problem)
         *problem = explain(unwritable);
         return {};
     }
-    QJsonObject document{
-        {QStringLiteral("format"), QStringLiteral("qeldevices-run")},
-        {QStringLiteral("version"), runJsonVersion},
-        {QStringLiteral("library"), version()},
-        {QStringLiteral("device"), deviceToJson(record.device)},
-        {QStringLiteral("plugin"), pluginToJson(record.plugin)},
-        {QStringLiteral("feature"), featureName(record.feature)},
-        {QStringLiteral("configuration"),
-         writeConfiguration(record.configuration, record.descriptor)},
-        {QStringLiteral("startedAt"), timeText(record.outcome.startedAt)},
-        {QStringLiteral("elapsed"), double(record.outcome.elapsed.count()) / 1000},
-        {QStringLiteral("result"), *result},
-    };
-    if (record.number > 0) {
-        document.insert(QStringLiteral("run"),
-                        QJsonObject{{QStringLiteral("number"), record.number},
-                                    {QStringLiteral("of"), record.count}});
-    }
-    if (!record.note.isEmpty())
-        document.insert(QStringLiteral("note"), record.note);
+    QJsonObject document = documentOf(record, QStringLiteral("qeldevices-run"));
+    document.insert(QStringLiteral("result"), *result);
     if (isMeasurement(record.feature)) {
         const auto plate =
             plateFromResult(record.feature, record.outcome.result, problem, record.descriptor);
@@ -140,6 +194,23 @@ std::optional<QJsonObject> runToJson(const RunRecord &record, QString *problem)
             return {};
         document.insert(QStringLiteral("plate"), plateToJson(*plate));
     }
+    return document;
+}
+
+QJsonObject failureToJson(const RunRecord &record)
+{
+    QJsonObject document = documentOf(record, QStringLiteral("qeldevices-run-error"));
+    const Outcome &outcome = record.outcome;
+    document.insert(QStringLiteral("outcome"), outcomeName(outcome.kind));
+    document.insert(QStringLiteral("errorCode"), outcome.code);
+    document.insert(QStringLiteral("errorId"), outcome.trId);
+    document.insert(QStringLiteral("sentence"), outcome.sentence);
+    document.insert(QStringLiteral("details"), outcome.additionalInfo);
+    Problem problem;
+    const auto delivered = toJson(tellable(outcome.delivered), &problem);
+    document.insert(QStringLiteral("delivered"),
+                    outcome.delivered.isValid() && delivered ? *delivered
+                                                             : QJsonValue(QJsonValue::Null));
     return document;
 }
 

@@ -13,7 +13,7 @@
 
 namespace qel::frontend {
 
-/// All that is known of a run whose result is kept.
+/// All that is known of a run that is kept.
 struct RunRecord
 {
     devices::DeviceInfo device;
@@ -22,10 +22,10 @@ struct RunRecord
     devices::Device::DeviceFeature feature;
     QVariant descriptor;    ///< what the device said of the feature
     QVariant configuration; ///< what the feature ran with
-    Outcome outcome;        ///< with a result
-    int number = 0;         ///< of the run within its series, from 1; 0 for a single run
-    int count = 0;          ///< of runs that the series is to have
-    QString note = {};      ///< of the user
+    Outcome outcome;
+    int number = 0;    ///< of the run within its series, from 1; 0 for a single run
+    int count = 0;     ///< of runs that the series is to have
+    QString note = {}; ///< of the user
 };
 
 /// The version of the document that runToJson() writes. It rises when a reader of the one before
@@ -64,6 +64,25 @@ QELFRONTEND_EXPORT QJsonObject deviceToJson(const devices::DeviceInfo &device);
 /// measurement and not shaped as one
 // clang-format on
 QELFRONTEND_EXPORT std::optional<QJsonObject> runToJson(const RunRecord &record, QString *problem);
+
+// clang-format off
+/// A run that has no result as a JSON document, which no reader takes for one that has: "library",
+/// "device", "plugin", "feature", "configuration", "startedAt", "elapsed", "run" and "note" are as in
+/// runToJson(), and beside them stand
+///
+/// | Key         | Value                                                                       |
+/// |-------------|-----------------------------------------------------------------------------|
+/// | "format"    | "qeldevices-run-error"                                                      |
+/// | "version"   | runJsonVersion                                                              |
+/// | "outcome"   | how it ended, for instance "timed-out"                                      |
+/// | "errorCode" | of the device; 0 for none                                                   |
+/// | "errorId"   | its translation id; empty for none                                          |
+/// | "sentence"  | what happened, in the user's language                                       |
+/// | "details"   | the driver's; may be empty                                                  |
+/// | "delivered" | Outcome::delivered as fromJson() reads it, a value of a type that JSON      |
+/// |             | cannot tell as text; null where nothing was delivered                       |
+// clang-format on
+QELFRONTEND_EXPORT QJsonObject failureToJson(const RunRecord &record);
 
 } // namespace qel::frontend
 

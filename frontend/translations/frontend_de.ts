@@ -243,6 +243,10 @@
         <source></source>
         <translation>Das Gerät hat den Lauf ohne Ergebnis beendet und keinen Grund genannt.</translation>
     </message>
+    <message id="qelfrontend-file-in-use">
+        <source></source>
+        <translation>Ein anderer Prozess schreibt Ergebnisse hinein</translation>
+    </message>
     <message id="qelfrontend-run-gone">
         <source></source>
         <translation>Das Gerät wurde während des Laufs getrennt oder geschlossen. Prüfen Sie die Verbindung und beginnen Sie von vorn.</translation>

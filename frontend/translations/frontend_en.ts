@@ -243,6 +243,10 @@
         <source></source>
         <translation>The device ended the run without a result and gave no reason.</translation>
     </message>
+    <message id="qelfrontend-file-in-use">
+        <source></source>
+        <translation>another process is writing results to it</translation>
+    </message>
     <message id="qelfrontend-run-gone">
         <source></source>
         <translation>The device was disconnected or closed during the run. Check the connection and start again.</translation>

@@ -80,6 +80,7 @@ private slots:
     void earlierErrorIsNotTheRuns();
     void cancelClimbsTheLadder_data();
     void cancelClimbsTheLadder();
+    void losesNothingThatCameTooLate();
     void busyDeviceIsLeftAlone();
     void waitsForTheBusyDevice();
     void asksTheUser();
@@ -371,6 +372,20 @@ void RunTest::cancelClimbsTheLadder()
         if (bench.device)
             QCOMPARE(bench.device->calls, calls);
     }
+}
+
+void RunTest::losesNothingThatCameTooLate()
+{
+    Bench bench;
+    bench.device->onExecute = [](FakeDevice *) {};
+    bench.device->onReset = [](FakeDevice *device) {
+        emit device->executed(Device::DF_AmbientTemperature, true, 42.0);
+    };
+    bench.request.deadline = 20ms;
+    const Outcome outcome = bench.runToEnd();
+    QCOMPARE(outcome.kind, Outcome::TimedOut);
+    QVERIFY(!outcome.result.isValid());
+    QCOMPARE(outcome.delivered, QVariant(42.0));
 }
 
 void RunTest::busyDeviceIsLeftAlone()

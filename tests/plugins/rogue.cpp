@@ -31,7 +31,13 @@ static void act(const char *where)
         QCoreApplication::quit();
     else if (what == "print")
         std::puts("rogue was here");
-    while (what == "hang")
+    if (what == "shut") { // out all signals, and hang
+        std::signal(SIGALRM, SIG_IGN);
+        sigset_t all;
+        sigfillset(&all);
+        pthread_sigmask(SIG_SETMASK, &all, nullptr);
+    }
+    while (what == "hang" || what == "shut")
         pause();
     std::fflush(stdout);
 }

@@ -1,7 +1,9 @@
 """What was measured is not lost, whatever comes after it."""
 
 import csv
+import fcntl
 import io
+import itertools
 import json
 import os
 import pathlib
@@ -99,8 +101,48 @@ class Kept(ToolTest):
                 before = file.read_bytes()
                 self.run_tool(*resume)
                 self.assertEqual(file.read_bytes(), before)
+                for other in ["wavelengths=620"], ["wavelengths=450,620"]:
+                    _, errors = self.run_tool(*resume, "--repeat", 9, "--set", *other, code=2)
+                    self.assertIn('"wavelengths"', errors)
+                self.assertEqual(file.read_bytes(), before)
         self.run_tool("run", "A-1", *ABSORBANCE, "--repeat", 2, "--output",
                       self.folder / "x.txt", "--resume", code=2)
+
+    def test_settings_of_wells_are_told_from_a_table(self):
+        self.furnish(reader("L-1", "luminescence-96"))
+        file = self.folder / "wells.csv"
+        run = ("run", "L-1", "luminescence", "--set", "selectedWells=A1:B2", "--output", file)
+        self.run_tool(*run, "--repeat", 2)
+        self.run_tool(*run, "--repeat", 3, "--resume")
+        for other in "selectedWells=A1:B3", "integrationTime=200":
+            self.run_tool(*run, "--repeat", 4, "--resume", "--set", other, code=2)
+        self.assertEqual(self.finished(file, "csv"), [1, 2, 3])
+
+    def test_two_do_not_write_to_one_file(self):
+        self.furnish(reader("A-1"), time_scale=0.02)
+        file = self.folder / "series.csv"
+        run = ("run", "A-1", *ABSORBANCE, "--repeat", 50, "--output", file)
+        first = self.start(*run)
+        while not file.exists():
+            time.sleep(0.01)
+        for how in "--resume", "--force":
+            self.assertIn("another process", self.run_tool(*run, how, code=8)[1])
+        first.terminate()
+        first.communicate()
+        self.run_tool(*run, "--repeat", 1, "--force")
+
+    def test_what_a_kill_has_left_is_removed(self):
+        left = self.folder / ".qelresult-1a"
+        used = self.folder / ".qelresult-2b"
+        new = self.folder / ".qelresult-3c"
+        for path in left, used, new:
+            path.touch()
+        for path in left, used:
+            os.utime(path, (1e9, 1e9))
+        with used.open() as file:
+            fcntl.flock(file, fcntl.LOCK_EX)
+            self.run_tool("run", "A-1", "reference", "--output", self.folder / "a.txt")
+        self.assertEqual([path.exists() for path in (left, used, new)], [False, True, True])
 
     def test_a_note_may_hold_anything(self):
         file = self.folder / "series.csv"
@@ -167,6 +209,40 @@ class Places(ToolTest):
         self.assertEqual((self.folder / "file").read_text(), "SIM-ABS-96\n")
 
 
+class Delivered(ToolTest):
+    """What is no result, but may be all there is of a measurement."""
+
+    def setUp(self):
+        super().setUp()
+        self.furnish(reader("A-1", "absorbance-96", at_run("partial-data")))
+
+    def check(self, document):
+        validate(document, "qelctl-run-error")
+        self.assertEqual(document["format"], "qeldevices-run-error")
+        values = document["delivered"]["values"][0]["value"]
+        self.assertEqual(len(values), 48)
+        self.assertEqual(document["configuration"]["wavelengths"], [450])
+
+    def test_it_is_kept_beside_the_results(self):
+        for form, repeat in itertools.product(("csv", "json", "plate", "table"), (1, 2)):
+            file = self.folder / f"{form}{repeat}"
+            for again in ("", "-2"):
+                _, errors = self.run_tool("run", "A-1", *ABSORBANCE, "--format", form, "--output",
+                                          file, "--repeat", repeat, code=1)
+                run = ".run-1" if repeat > 1 else ""
+                kept = pathlib.Path(f"{file}{run}.delivered{again}.json")
+                self.assertIn(f"kept in {kept}.", errors)
+                self.check(json.loads(kept.read_text()))
+            self.assertFalse(file.exists())
+
+    def test_it_is_printed_where_there_is_no_file(self):
+        output, _ = self.run_tool("run", "A-1", *ABSORBANCE, "--format", "json", code=1)
+        self.check(json.loads(output))
+        output, errors = self.run_tool("run", "A-1", *ABSORBANCE, "--output", "/dev/null", code=1)
+        self.assertEqual(output, "")
+        self.check(json.loads(errors.splitlines()[-1]))
+
+
 class Scripts(ToolTest):
     def test_a_failure_is_a_document(self):
         self.furnish(reader("A-1", "absorbance-96", at_run("error")))
@@ -174,6 +250,18 @@ class Scripts(ToolTest):
         error = json.loads(output)
         validate(error, "qelctl-run-error")
         self.assertEqual((error["outcome"], error["exitCode"]), ("failed", 5))
+        self.assertIsNone(error["delivered"])
+
+    def test_what_cannot_begin_is_a_document_too(self):
+        for code, arguments in {
+                2: ("A-1", *ABSORBANCE, "--repeat", "x", "--format", "json"),
+                3: ("A-2", *ABSORBANCE, "--output", self.folder / "a.json"),
+                8: ("A-1", *ABSORBANCE, "--output", self.folder / "no" / "a.json")}.items():
+            output, errors = self.run_tool("run", *arguments, code=code)
+            error = json.loads(output)
+            validate(error, "qelctl-run-error")
+            self.assertEqual((error["outcome"], error["exitCode"]), ("refused", code))
+            self.assertIn(error["sentence"].splitlines()[0], errors)
 
     def test_progress_as_documents(self):
         _, errors = self.run_tool("run", "A-1", *ABSORBANCE, "--progress", "json")
@@ -223,25 +311,41 @@ class Rogues(ToolTest):
         file = self.folder / "runs.csv"
         _, errors = self.rogue("execute crash", "--repeat", 5, "--output", file)
         self.assertIn(f"2 of 5 runs are finished and kept in {file}", errors)
-        self.assertEqual([row["run"] for row in csv.DictReader(file.open())], ["1", "2"])
+        self.assertEqual([row["run"] for row in csv.DictReader(io.StringIO(file.read_text()))], ["1", "2"])
         self.assertEqual(self.files(), ["runs.csv"])
 
     def test_a_call_without_return_keeps_the_limit(self):
-        for where in ("load", "enumerate", "open", "destroy"):
-            with self.subTest(where):
-                _, errors = self.rogue(f"{where} hang", "--timeout", "1", code=6)
-                self.assertIn("rogue", errors)
+        for where, what in itertools.product(("load", "enumerate", "open", "destroy"),
+                                             ("hang", "shut")):
+            with self.subTest(where, what=what):
+                _, errors = self.rogue(f"{where} {what}", "--timeout", "1", code=6)
+                # In a driver that keeps all signals to itself, only the call is known.
+                self.assertIn("rogue" if what == "hang" or where == "open" else "driver", errors)
 
     def test_sigterm_holds_in_a_call(self):
-        self.environment["ROGUE"] = "open hang"
+        for what in ("hang", "shut"):
+            process = self.in_open(f"open {what}")
+            process.terminate()
+            _, errors = process.communicate(timeout=PATIENCE)
+            self.assertEqual(process.returncode, 130)
+            self.assertIn(b"open()", errors)
+
+    def test_a_call_without_return_is_limited_without_being_told(self):
+        process = self.in_open("open hang")
+        timers = [float(fields[1].split(",")[0])
+                  for file in pathlib.Path(f"/proc/{process.pid}/fdinfo").iterdir()
+                  for line in file.read_text().splitlines()
+                  if (fields := line.split("it_value: (")) and len(fields) > 1]
+        self.assertEqual([0 < seconds <= 600 for seconds in timers], [True])
+
+    def in_open(self, what):
+        """The tool once the driver is in its call of open()."""
+        self.environment["ROGUE"] = what
         process = self.start("--log", "info", *self.arguments)
         while b"Creating device" not in process.stderr.readline():
             pass
         time.sleep(0.2)
-        process.terminate()
-        _, errors = process.communicate(timeout=PATIENCE)
-        self.assertEqual(process.returncode, 130)
-        self.assertIn(b"open()", errors)
+        return process
 
     def test_its_prints_are_no_data(self):
         output, errors = self.rogue("open print", code=0)

@@ -250,6 +250,22 @@ Rückgabewerte: 0 erledigt, 1 Lauf fehlgeschlagen, 2 falscher Aufruf, 3 Gerät o
         <source></source>
         <translation>Das Ergebnis steht stattdessen auf der Standardausgabe.</translation>
     </message>
+    <message id="qelctl-run-delivered-kept">
+        <source></source>
+        <translation>Was das Gerät statt eines Ergebnisses geliefert hat, steht in %1.</translation>
+    </message>
+    <message id="qelctl-run-delivered-printed">
+        <source></source>
+        <translation>Was das Gerät statt eines Ergebnisses geliefert hat:</translation>
+    </message>
+    <message id="qelctl-no-watchdog">
+        <source></source>
+        <translation>Treiber, die sich aufhängen, werden nicht bemerkt: Das System verweigert einen weiteren Thread.</translation>
+    </message>
+    <message id="qelctl-run-resume-setting">
+        <source></source>
+        <translation>Die Durchläufe in der Datei „%1“ wurden mit einem anderen Wert der Einstellung „%2“ gemacht. Setzen Sie mit demselben fort, oder wählen Sie eine andere Datei.</translation>
+    </message>
     <message id="qelctl-run-kept">
         <source></source>
         <translation>%1 von %2 Läufen sind fertig und stehen in %3; --resume setzt sie fort.</translation>

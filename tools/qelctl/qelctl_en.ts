@@ -250,6 +250,22 @@ Exit codes: 0 done, 1 run failed, 2 wrong usage, 3 no such device or feature, 4 
         <source></source>
         <translation>The result is printed on standard output instead.</translation>
     </message>
+    <message id="qelctl-run-delivered-kept">
+        <source></source>
+        <translation>What the device delivered instead of a result is kept in %1.</translation>
+    </message>
+    <message id="qelctl-run-delivered-printed">
+        <source></source>
+        <translation>What the device delivered instead of a result:</translation>
+    </message>
+    <message id="qelctl-no-watchdog">
+        <source></source>
+        <translation>Drivers that hang will not be noticed: the system refuses another thread.</translation>
+    </message>
+    <message id="qelctl-run-resume-setting">
+        <source></source>
+        <translation>The runs in the file '%1' were made with another value of the setting "%2". Continue with the same, or choose another file.</translation>
+    </message>
     <message id="qelctl-run-kept">
         <source></source>
         <translation>%1 of %2 runs are finished and kept in %3; --resume goes on with them.</translation>

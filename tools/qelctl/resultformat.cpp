@@ -195,44 +195,33 @@ std::optional<QByteArray> formatResult(const Outcome &outcome, Format format,
         + plateText(*plate, style).toUtf8();
 }
 
-static QString outcomeName(const Outcome &outcome)
+QJsonObject errorDocument(const Outcome &outcome, int code, const ResultContext &context)
 {
-    switch (outcome.kind) {
-    case Outcome::Unfinished:
-        return QStringLiteral("unfinished");
-    case Outcome::Result:
-        return QStringLiteral("result");
-    case Outcome::Refused:
-        return QStringLiteral("refused");
-    case Outcome::CannotOpen:
-        return QStringLiteral("cannot-open");
-    case Outcome::Failed:
-        return QStringLiteral("failed");
-    case Outcome::AbortedByUser:
-        return QStringLiteral("aborted-by-user");
-    case Outcome::TimedOut:
-        return QStringLiteral("timed-out");
-    case Outcome::DeviceGone:
-        return QStringLiteral("device-gone");
-    }
-    return {};
-}
-
-QByteArray errorDocument(const Outcome &outcome, int code, const ResultContext &context)
-{
-    QJsonObject json = document(QStringLiteral("qeldevices-run-error"));
-    json.insert(QStringLiteral("outcome"), outcomeName(outcome));
+    QJsonObject json = failureToJson(recordOf(outcome, context));
     json.insert(QStringLiteral("exitCode"), code);
-    json.insert(QStringLiteral("errorCode"), outcome.code);
-    json.insert(QStringLiteral("errorId"), outcome.trId);
-    json.insert(QStringLiteral("sentence"), outcome.sentence);
-    json.insert(QStringLiteral("details"), outcome.additionalInfo);
-    json.insert(QStringLiteral("device"), deviceToJson(context.device->deviceInfo()));
-    json.insert(QStringLiteral("feature"), featureName(context.feature));
     json.insert(QStringLiteral("run"),
                 QJsonObject{{QStringLiteral("number"), context.number},
                             {QStringLiteral("of"), context.count}});
-    return context.count > 1 ? inOneLine(json) : indented(json);
+    return json;
+}
+
+QJsonObject refusalDocument(Device::DeviceFeature feature, int code)
+{
+    QJsonObject json = document(QStringLiteral("qeldevices-run-error"));
+    json.insert(QStringLiteral("outcome"), QStringLiteral("refused"));
+    json.insert(QStringLiteral("exitCode"), code);
+    json.insert(QStringLiteral("errorCode"), 0);
+    json.insert(QStringLiteral("errorId"), QString());
+    json.insert(QStringLiteral("sentence"), lastComplaint());
+    json.insert(QStringLiteral("details"), QString());
+    json.insert(QStringLiteral("device"), QJsonValue::Null);
+    json.insert(QStringLiteral("feature"),
+                feature == Device::DF_None ? QJsonValue(QJsonValue::Null)
+                                           : QJsonValue(featureName(feature)));
+    json.insert(QStringLiteral("run"),
+                QJsonObject{{QStringLiteral("number"), 1}, {QStringLiteral("of"), 1}});
+    json.insert(QStringLiteral("delivered"), QJsonValue::Null);
+    return json;
 }
 
 } // namespace qelctl

@@ -6,6 +6,7 @@
 #include <qeldevices/device.h>
 
 #include <QtCore/QByteArray>
+#include <QtCore/QJsonObject>
 #include <QtCore/QString>
 
 #include <optional>
@@ -58,8 +59,12 @@ std::optional<QByteArray> formatResult(const qel::frontend::Outcome &outcome, Fo
                                        const ResultContext &context, QString *problem);
 
 /// A run without a result as a JSON document; `code` is the ExitCode that the tool ends with.
-QByteArray errorDocument(const qel::frontend::Outcome &outcome, int code,
-                         const ResultContext &context);
+QJsonObject errorDocument(const qel::frontend::Outcome &outcome, int code,
+                          const ResultContext &context);
+
+/// The same of a run that did not get as far as a device, for the reason complained of last.
+/// @param feature DF_None where it is not known either
+QJsonObject refusalDocument(qel::devices::Device::DeviceFeature feature, int code);
 
 } // namespace qelctl
 

@@ -3,29 +3,30 @@
 #include "tool.h"
 
 #include <qelfrontend/platecsv.h>
+#include <qelfrontend/wells.h>
 
 #include <qelvalues/features.h>
 #include <qelvalues/names.h>
+#include <qelvalues/settings.h>
 #include <qelvalues/valuecodec.h>
 
 #include <QtCore/QFile>
-#include <QtCore/QFileInfo>
-#include <QtCore/QJsonObject>
+#include <QtCore/QJsonArray>
 
 #include <algorithm>
 
 namespace qelctl {
 
+using namespace qel;
 using namespace qel::frontend;
-using qel::devices::Device;
-using qel::devices::DeviceInfo;
+using namespace qel::devices;
 
 namespace {
 
 // What is known of a file once it has been read to its end, or to what stands in the way.
 struct Found
 {
-    int runs = 0;
+    Earlier earlier;
     qint64 length = 0;  // of the runs that are whole
     int problemAt = -1; // where something else than a run begins
     bool isOther = false;
@@ -35,18 +36,19 @@ Found readDocuments(const QByteArray &data, const DeviceInfo &device, Device::De
 {
     Found found;
     for (int start = 0, end = 0; (end = data.indexOf('\n', start)) >= 0; start = end + 1) {
-        qel::values::Problem problem;
-        const auto json = qel::values::parseJson(data.mid(start, end - start), &problem);
+        values::Problem problem;
+        const auto json = values::parseJson(data.mid(start, end - start), &problem);
         const QJsonObject run = json ? json->toObject() : QJsonObject();
         if (run.value(QStringLiteral("format")) != QLatin1String("qeldevices-run")
-            || run.value(QStringLiteral("feature")) != qel::values::featureName(feature)) {
+            || run.value(QStringLiteral("feature")) != values::featureName(feature)) {
             found.problemAt = start;
             return found;
         }
         const QJsonObject from = run.value(QStringLiteral("device")).toObject();
         found.isOther |= from.value(QStringLiteral("serial")).toString() != device.serial()
             || from.value(QStringLiteral("driver")).toString() != device.driver();
-        ++found.runs;
+        ++found.earlier.runs;
+        found.earlier.settings = run.value(QStringLiteral("configuration")).toObject();
         found.length = end + 1;
     }
     if (found.length < data.size() && data.at(int(found.length)) != '{')
@@ -81,13 +83,55 @@ QByteArrayList takeLine(const QByteArray &data, char delimiter, int *position)
     return {};
 }
 
+// What the lines of a plate tell of the settings.
+class SettingsOfPlate
+{
+public:
+    explicit SettingsOfPlate(const QByteArrayList &names)
+        : m_names(names)
+    { }
+
+    void add(const QByteArrayList &fields)
+    {
+        const auto field = [&](const char *name) { return fields.at(m_names.indexOf(name)); };
+        if (field("read").toInt() > m_reads) {
+            m_reads = field("read").toInt();
+            m_wavelengths.append(field("wavelength_nm").toInt());
+        }
+        m_integrationTime = field("integration_time_ms");
+        m_columns = std::max(m_columns, field("column").toInt());
+        if (m_reads == 1)
+            m_wells.append(field("flag") != "not measured");
+    }
+
+    QJsonObject settings(Device::DeviceFeature feature) const
+    {
+        if (feature == Device::DF_AbsorbanceMeasurement)
+            return {{QLatin1String(AbsorbanceMeasurement_config::WAVELENGTHS), m_wavelengths}};
+        return {
+            {QLatin1String(LuminescenceMeasurement_config::INTEGRATION_TIME),
+             m_integrationTime.toInt()},
+            {QLatin1String(LuminescenceMeasurement_config::SELECTED_WELLS),
+             writeWells(m_wells, m_columns)},
+        };
+    }
+
+private:
+    QByteArrayList m_names;
+    int m_reads = 0;
+    int m_columns = 0;
+    QJsonArray m_wavelengths;
+    QByteArray m_integrationTime;
+    QVector<bool> m_wells;
+};
+
 // A run ends with the same well or key as the first one. That one was put in its place whole.
 Found readTable(const QByteArray &data, char delimiter, const DeviceInfo &device,
                 Device::DeviceFeature feature)
 {
     CsvOptions options;
     options.delimiter = delimiter;
-    const bool isPlate = qel::values::isMeasurement(feature);
+    const bool isPlate = values::isMeasurement(feature);
     const QByteArray header = isPlate ? tidyCsvHeader(options) : valueCsvHeader(options);
     Found found;
     if (!data.startsWith(header)) {
@@ -100,12 +144,13 @@ Found readTable(const QByteArray &data, char delimiter, const DeviceInfo &device
         return isPlate
             ? fields.at(names.indexOf("wavelength_nm")).isEmpty()
                 == (feature == Device::DF_LuminescenceMeasurement)
-            : fields.at(names.indexOf("feature")) == qel::values::featureArgument(feature).toUtf8();
+            : fields.at(names.indexOf("feature")) == values::featureArgument(feature).toUtf8();
     };
     const QByteArray serial = device.serial().toUtf8();
     const int runColumn = names.indexOf("run");
     const int lastColumn = names.indexOf(isPlate ? "well" : "key");
 
+    SettingsOfPlate settings(names);
     QByteArray lastOfFirst;
     QByteArray last;
     int linesOfFirst = 0;
@@ -135,20 +180,24 @@ Found readTable(const QByteArray &data, char delimiter, const DeviceInfo &device
         if (number == 1) {
             lastOfFirst = last;
             linesOfFirst = lines;
+            if (isPlate)
+                settings.add(fields);
         }
     }
     const bool isWhole =
         lines > 0 && last == lastOfFirst && (position == data.size() || lines >= linesOfFirst);
-    found.runs = isWhole ? number : number - 1;
+    found.earlier.runs = isWhole ? number : number - 1;
+    if (isPlate)
+        found.earlier.settings = settings.settings(feature);
     found.length = isWhole ? position : startOfRun;
     return found;
 }
 
 } // namespace
 
-std::optional<int> finishedRuns(const QString &path, Format format, char delimiter,
-                                const DeviceInfo &device, Device::DeviceFeature feature,
-                                QString *problem)
+std::optional<Earlier> finishedRuns(const QString &path, Format format, char delimiter,
+                                    const DeviceInfo &device, Device::DeviceFeature feature,
+                                    QString *problem)
 {
     if (format != Format::Json && format != Format::Csv) {
         *problem = text("qelctl-run-resume-format");
@@ -156,11 +205,7 @@ std::optional<int> finishedRuns(const QString &path, Format format, char delimit
     }
     QFile file(path);
     if (!file.exists())
-        return 0;
-    if (!QFileInfo(file).isFile()) {
-        *problem = text("qelctl-run-resume-none", path);
-        return std::nullopt;
-    }
+        return Earlier();
     if (!file.open(QIODevice::ReadWrite)) {
         *problem = text("qelctl-cannot-read", path, file.errorString());
         return std::nullopt;
@@ -177,7 +222,7 @@ std::optional<int> finishedRuns(const QString &path, Format format, char delimit
         *problem = text("qelctl-run-resume-line", path, QString::number(line));
         return std::nullopt;
     }
-    if (found.problemAt == 0 || (found.runs == 0 && !data.isEmpty())) {
+    if (found.problemAt == 0 || (found.earlier.runs == 0 && !data.isEmpty())) {
         *problem = text("qelctl-run-resume-none", path);
         return std::nullopt;
     }
@@ -185,7 +230,23 @@ std::optional<int> finishedRuns(const QString &path, Format format, char delimit
         *problem = text("qelctl-cannot-write", path, file.errorString());
         return std::nullopt;
     }
-    return found.runs;
+    return found.earlier;
+}
+
+QString differingSetting(const Earlier &earlier, const QJsonObject &configuration,
+                         const QVariant &descriptor)
+{
+    for (auto i = earlier.settings.begin(); i != earlier.settings.end(); ++i) {
+        const QJsonValue value = configuration.value(i.key());
+        if (value.isUndefined() || value == i.value())
+            continue;
+        // An empty list means all there are.
+        const auto setting = values::findSetting(i.key(), descriptor);
+        const QVariantList all = setting ? setting->choices : QVariantList();
+        if (value != QJsonArray() || i.value() != QJsonArray::fromVariantList(all))
+            return i.key();
+    }
+    return {};
 }
 
 } // namespace qelctl

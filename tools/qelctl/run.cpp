@@ -1,5 +1,6 @@
 #include "commands.h"
 #include "interrupt.h"
+#include "listing.h"
 #include "output.h"
 #include "resume.h"
 #include "series.h"
@@ -207,49 +208,70 @@ int measure(const CommandLine &line, Request *request, Device *device)
     if (line.has(QStringLiteral("resume"))) {
         if (path->isEmpty() || *path == QLatin1String("-") || request->repeat == 1)
             return fail(BadUsage, text("qelctl-run-resume-what"));
-        const auto done = finishedRuns(*path, request->format, request->style.delimiter,
-                                       device->deviceInfo(), request->feature, &problem);
-        if (!done)
-            return fail(BadUsage, problem);
-        request->done = *done;
+        if (QFileInfo::exists(*path) && !QFileInfo(*path).isFile())
+            return fail(BadUsage, text("qelctl-run-resume-none", *path));
         existing = Output::Existing::Continue;
     }
     // Before the run: an operator should not lose a measurement to a mistyped path.
     const auto output = Output::open(*path, existing, &problem);
     if (!output)
         return fail(CannotWrite, problem);
+    if (existing == Output::Existing::Continue) {
+        const auto earlier = finishedRuns(*path, request->format, request->style.delimiter,
+                                          device->deviceInfo(), request->feature, &problem);
+        if (!earlier)
+            return fail(BadUsage, problem);
+        request->earlier = *earlier;
+    }
     Interrupt interrupt;
+    request->isTold = true;
     const int code = Series(device, *request, output.get(), &interrupt).perform();
     closeTarget(device, interrupt, code);
     return code;
+}
+
+int perform(CommandLine *line, const QStringList &arguments, Request *request)
+{
+    if (const auto ended = line->parse(arguments, 2, 2))
+        return *ended;
+    if (const int code = readOptions(*line, request); code != Done)
+        return code;
+    QString problem;
+    const auto feature = selectFeature(line->positional().at(1), &problem);
+    if (!feature)
+        return fail(NoSuchDevice, sentence(problem));
+    request->feature = *feature;
+    if (!isFormatFor(request->format, request->feature))
+        return fail(BadUsage, text("qelctl-run-no-plate", featureArgument(request->feature)));
+
+    // Also for plugins that hang while they are loaded or look for instruments.
+    limitProcess(request->timeout.value_or(patience), TimedOut);
+    startLibrary();
+    // Nobody wants to flash the wrong instrument.
+    const bool isExact =
+        line->has(QStringLiteral("exact")) || request->feature == Device::DF_FirmwareUpdate;
+    const auto device = createTarget(line->positional().at(0), isExact);
+    return device ? measure(*line, request, device.get()) : int(NoSuchDevice);
+}
+
+// Whether documents are asked for, as far as a command line that may be wrong can tell.
+bool wantsDocuments(const CommandLine &line)
+{
+    const QString format = line.value(QStringLiteral("format"));
+    return format == QLatin1String("json")
+        || (format.isEmpty()
+            && formatOfSuffix(line.value(QStringLiteral("output"))) == Format::Json);
 }
 
 int run(const QStringList &arguments)
 {
     CommandLine line(runCommand);
     declare(&line);
-    if (const auto ended = line.parse(arguments, 2, 2))
-        return *ended;
     Request request;
-    if (const int code = readOptions(line, &request); code != Done)
-        return code;
-    QString problem;
-    const auto feature = selectFeature(line.positional().at(1), &problem);
-    if (!feature)
-        return fail(NoSuchDevice, sentence(problem));
-    request.feature = *feature;
-    if (!isFormatFor(request.format, request.feature))
-        return fail(BadUsage, text("qelctl-run-no-plate", featureArgument(request.feature)));
-
-    // Also for plugins that hang while they are loaded or look for instruments.
-    if (request.timeout)
-        limitProcess(*request.timeout, TimedOut);
-    startLibrary();
-    // Nobody wants to flash the wrong instrument.
-    const bool isExact =
-        line.has(QStringLiteral("exact")) || request.feature == Device::DF_FirmwareUpdate;
-    const auto device = createTarget(line.positional().at(0), isExact);
-    return device ? measure(line, &request, device.get()) : int(NoSuchDevice);
+    const int code = perform(&line, arguments, &request);
+    if (code != Done && !request.isTold && wantsDocuments(line))
+        printData(indented(refusalDocument(request.feature, code)));
+    return code;
 }
 
 } // namespace

@@ -9,10 +9,12 @@
 #include "watchdog.h"
 
 #include <qelfrontend/configuration.h>
+#include <qelfrontend/resultfile.h>
 #include <qelfrontend/runjson.h>
 
 #include <QtCore/QDateTime>
 #include <QtCore/QEventLoop>
+#include <QtCore/QFileInfo>
 #include <QtCore/QTimer>
 
 #include <algorithm>
@@ -24,16 +26,13 @@ namespace qelctl {
 using namespace qel::frontend;
 using qel::devices::Device;
 
-// A driver that never answers must not hang a script; one that shows progress may take its time.
-constexpr std::chrono::minutes patience{10};
-
 Series::Series(Device *device, const Request &request, Output *output, Interrupt *interrupt)
     : m_device(device)
     , m_request(request)
     , m_output(output)
     , m_interrupt(interrupt)
     , m_prompt(request.policy)
-    , m_number(request.done)
+    , m_number(request.earlier.runs)
 { }
 
 RunRequest Series::makeRunRequest()
@@ -42,7 +41,7 @@ RunRequest Series::makeRunRequest()
     run.feature = m_request.feature;
     run.deadline = std::chrono::milliseconds(m_request.timeout.value_or(0));
     if (!m_request.timeout)
-        run.stallLimit = patience;
+        run.stallLimit = std::chrono::milliseconds(patience);
     run.configure = [this](const QVariant &descriptor, QString *problem) {
         QJsonObject configuration = m_request.configuration;
         QStringList problems;
@@ -52,8 +51,13 @@ RunRequest Series::makeRunRequest()
                 problems.append(mistake);
         }
         auto typed = readConfiguration(configuration, descriptor, &problems);
-        if (problems.isEmpty() && typed)
-            return typed;
+        if (problems.isEmpty() && typed) {
+            const QString other = differingSetting(
+                m_request.earlier, writeConfiguration(*typed, descriptor), descriptor);
+            if (other.isEmpty())
+                return typed;
+            problems.append(text("qelctl-run-resume-setting", m_output->path(), other));
+        }
         m_configurationRefused = true;
         std::transform(problems.begin(), problems.end(), problems.begin(), &sentence);
         *problem = problems.join(QLatin1Char(' '));
@@ -96,6 +100,7 @@ int Series::open()
 {
     RunRequest request;
     request.deadline = std::chrono::milliseconds(m_request.timeout.value_or(60000));
+    limitProcess(int(request.deadline.count()) + ladderTime, TimedOut);
     Run run(m_device, request);
     QObject::connect(&run, &Run::actionRequired, &m_prompt,
                      [&](int id, const QString &action) { m_prompt.ask(&run, id, action); });
@@ -114,13 +119,26 @@ int Series::performOne()
     QObject::connect(&run, &Run::actionRequired, &m_prompt,
                      [&](int id, const QString &action) { m_prompt.ask(&run, id, action); });
     // What the run itself cannot do while a driver holds the event loop up.
-    if (m_request.timeout)
+    QTimer life;
+    if (m_request.timeout) {
         limitProcess(*m_request.timeout + ladderTime, TimedOut);
+    } else {
+        life.callOnTimeout([this] { expectLife(); });
+        life.start(1000);
+        expectLife();
+    }
     const Outcome outcome = await(&run, m_interrupt);
-    if (m_request.timeout && !m_interrupt->wasRequested())
+    if (!m_interrupt->wasRequested())
         limitProcess(0, Done);
     clearStatus();
     return outcome.isResult() ? keep(outcome) : failed(outcome);
+}
+
+// Whoever is interrupted has a limit of his own.
+void Series::expectLife()
+{
+    if (!m_interrupt->wasRequested())
+        limitProcess(patience, TimedOut);
 }
 
 int Series::failed(const Outcome &outcome)
@@ -134,9 +152,43 @@ int Series::failed(const Outcome &outcome)
         code = BadUsage;
     else if (outcome.kind == Outcome::Refused && !m_device->hasFeature(m_request.feature))
         code = NoSuchDevice;
+    const QJsonObject document = errorDocument(outcome, code, contextOf());
+    if (outcome.delivered.isValid())
+        keepDelivered(document);
     if (m_request.format == Format::Json)
-        printData(errorDocument(outcome, code, contextOf()));
+        printData(m_request.repeat > 1 ? inOneLine(document) : indented(document));
     return code;
+}
+
+// What came is no result, but may be all there is of a measurement: it is kept beside the results
+// where they go to a file, and printed where nothing else holds it.
+void Series::keepDelivered(const QJsonObject &document)
+{
+    const QString series =
+        m_request.repeat > 1 ? QStringLiteral(".run-%1").arg(m_number) : QString();
+    const QFileInfo results(m_output->path());
+    const bool isBeside = m_output->isFile() && (!results.exists() || results.isFile());
+    for (int i = 1; isBeside && i < 1000; ++i) {
+        const QString number = i > 1 ? QStringLiteral("-%1").arg(i) : QString();
+        const QString path = m_output->path() + series + QStringLiteral(".delivered") + number
+            + QLatin1String(".json");
+        QString problem;
+        const auto file = ResultFile::open(path, ResultFile::Existing::Refuse, &problem);
+        if (file && file->add(indented(document), &problem)) {
+            complain(text("qelctl-run-delivered-kept", path));
+            return;
+        }
+        if (!problem.isEmpty()) {
+            complain(text("qelctl-cannot-write", path, problem));
+            break;
+        }
+    }
+    if (m_request.format == Format::Json)
+        return; // on its way to standard output
+    complain(text("qelctl-run-delivered-printed"));
+    const QByteArray line = inOneLine(document);
+    if (write(STDERR_FILENO, line.constData(), size_t(line.size())) < 0)
+        return; // nobody listens
 }
 
 ResultContext Series::contextOf() const
@@ -156,9 +208,13 @@ int Series::keep(const Outcome &outcome)
 {
     QString problem;
     const auto data = formatResult(outcome, m_request.format, contextOf(), &problem);
-    if (!data)
-        return fail(RunFailed,
-                    titleOf(m_device->deviceInfo()) + QStringLiteral(": ") + sentence(problem));
+    if (!data) {
+        Outcome unshaped = outcome;
+        unshaped.kind = Outcome::Failed;
+        unshaped.sentence = problem;
+        std::swap(unshaped.result, unshaped.delivered);
+        return failed(unshaped);
+    }
     if (m_output->write(*data, &problem)) {
         if (const QString kept = whatIsKept(m_number); !kept.isEmpty())
             setLastWords(kept);

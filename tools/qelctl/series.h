@@ -3,6 +3,7 @@
 
 #include "prompt.h"
 #include "resultformat.h"
+#include "resume.h"
 
 #include <qelfrontend/run.h>
 
@@ -30,10 +31,15 @@ struct Request
     Prompt::Policy policy = Prompt::Policy::Ask;
     std::optional<int> timeout; ///< ms for each run; without it, a run may take as long as it lives
     int repeat = 1;
-    int done = 0;                ///< runs that an earlier command has finished
+    Earlier earlier;             ///< what an earlier command has finished
     std::optional<int> interval; ///< ms from the start of one run to the start of the next
     bool progressAsJson = false;
+    bool isTold = false; ///< a Series says what becomes of it, in the format asked for
 };
+
+/// How long, in milliseconds, a driver may show no sign of life where no time limit is given: it
+/// must not hang a script, and one that shows progress may take its time.
+constexpr int patience = 10 * 60 * 1000;
 
 /// The runs of one command, one after another, on one device. Each result is kept before the next
 /// run begins.
@@ -43,16 +49,19 @@ public:
     Series(qel::devices::Device *device, const Request &request, Output *output,
            Interrupt *interrupt);
 
-    /// An exit code; a complaint has been printed unless it is Done.
+    /// An exit code; unless it is Done, a complaint has been printed, and its document where the
+    /// format is JSON.
     int perform();
 
 private:
     qel::frontend::RunRequest makeRunRequest();
     int open();
     int performOne();
+    void expectLife();
     ResultContext contextOf() const;
     int keep(const qel::frontend::Outcome &outcome);
     int failed(const qel::frontend::Outcome &outcome);
+    void keepDelivered(const QJsonObject &document);
     void tellProgress(double progress, qint64 elapsed);
     QString whatIsKept(int runs) const;
     void tellWhatIsKept();

@@ -36,8 +36,20 @@ void printMessage(const QString &origin, const QString &message)
     std::fflush(stderr);
 }
 
+static QString &storedComplaint()
+{
+    static QString complaint;
+    return complaint;
+}
+
+QString lastComplaint()
+{
+    return storedComplaint();
+}
+
 void complain(const QString &message)
 {
+    storedComplaint() = message;
     printMessage(QStringLiteral("qelctl"), message);
 }
 

@@ -65,6 +65,9 @@ void printMessage(const QString &origin, const QString &message);
 /// Prints a message of the tool.
 void complain(const QString &message);
 
+/// What complain() has printed last; empty when nothing.
+QString lastComplaint();
+
 /// Half a sentence such as "there is no setting" as a whole one: a capital in front, a full stop
 /// behind, unless a list follows.
 QString sentence(QString problem);

@@ -4,6 +4,7 @@
 
 #include <qelfrontend/trail.h>
 
+#include <atomic>
 #include <csignal>
 #include <cstdlib>
 #include <cstring>
@@ -11,7 +12,9 @@
 #include <dlfcn.h>
 #include <execinfo.h>
 #include <link.h>
-#include <sys/time.h>
+#include <pthread.h>
+#include <sys/timerfd.h>
+#include <time.h>
 #include <unistd.h>
 
 namespace qelctl {
@@ -23,8 +26,11 @@ static char crashText[200];
 static char hangText[200];
 static char exitText[200];
 static char eventText[80];
-static volatile std::sig_atomic_t codeOfLimit = TimedOut;
+static std::atomic<int> codeOfLimit{TimedOut};
 static bool hasEnded = false;
+
+static int timer = -1; // of the limit
+static pthread_t threadOfDrivers;
 
 // Where the files begin that were loaded before any plugin.
 static const void *bases[256];
@@ -86,18 +92,26 @@ static const char *pluginOnStack()
     return outermost;
 }
 
-static void report(const char *what)
+// @param plugin null where it is not known
+// @param call empty where it is not known
+static void report(const char *what, const char *plugin, const char *call)
 {
+    const bool isPlaced = plugin || call[0] != '\0';
     say("\nqelctl: ");
     say(what);
-    const char *plugin = pluginOnStack();
-    const char *call = TrailMark::current();
-    say(" (");
+    say(isPlaced ? " (" : "");
     say(plugin ? plugin : "");
-    say(plugin ? ", " : "");
-    say(call[0] != '\0' ? call : eventText);
-    say(")\n");
+    say(plugin && call[0] != '\0' ? ", " : "");
+    say(call);
+    say(isPlaced ? ")\n" : "\n");
     say(currentLastWords);
+}
+
+// For the thread that the driver has been called in.
+static void report(const char *what)
+{
+    const char *call = TrailMark::current();
+    report(what, pluginOnStack(), call[0] != '\0' ? call : eventText);
 }
 
 static void onCrash(int)
@@ -110,6 +124,47 @@ static void onLimit(int)
 {
     report(hangText);
     _exit(codeOfLimit);
+}
+
+// In a thread of its own, since a driver may keep signals from the one that it is called in. That
+// one is told first: only there the plugin is on the stack.
+static void *watchLimit(void *)
+{
+    quint64 times = 0;
+    while (read(timer, &times, sizeof times) != ssize_t(sizeof times))
+        continue;
+    pthread_kill(threadOfDrivers, SIGALRM);
+    const timespec pause{1, 0};
+    nanosleep(&pause, nullptr);
+    report(hangText, nullptr, TrailMark::current());
+    _exit(codeOfLimit);
+}
+
+static void makeTimer()
+{
+    if (timer < 0)
+        timer = timerfd_create(CLOCK_MONOTONIC, TFD_CLOEXEC);
+    if (timer < 0)
+        qFatal("qelctl: cannot make a timer");
+}
+
+// Ctrl-C and its like reach the thread also when a driver keeps them from its own.
+static void startThread()
+{
+    makeTimer();
+    threadOfDrivers = pthread_self();
+    sigset_t before;
+    sigset_t blocked;
+    sigfillset(&blocked);
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP})
+        sigdelset(&blocked, signal);
+    pthread_sigmask(SIG_SETMASK, &blocked, &before);
+    pthread_t thread;
+    if (pthread_create(&thread, nullptr, &watchLimit, nullptr) == 0)
+        pthread_detach(thread);
+    else
+        complain(text("qelctl-no-watchdog"));
+    pthread_sigmask(SIG_SETMASK, &before, nullptr);
 }
 
 static void onExit()
@@ -147,6 +202,7 @@ void watchDrivers()
         sigaction(signal, &action, nullptr);
     action.sa_handler = &onLimit;
     sigaction(SIGALRM, &action, nullptr);
+    startThread();
     std::atexit(&onExit);
     std::at_quick_exit(&onExit);
     dl_iterate_phdr(&keepBase, nullptr);
@@ -166,11 +222,12 @@ void toolHasEnded()
 
 void limitProcess(int milliseconds, int code)
 {
+    makeTimer();
     codeOfLimit = code;
-    itimerval timer{};
-    timer.it_value.tv_sec = milliseconds / 1000;
-    timer.it_value.tv_usec = milliseconds % 1000 * 1000;
-    setitimer(ITIMER_REAL, &timer, nullptr);
+    itimerspec limit{};
+    limit.it_value.tv_sec = milliseconds / 1000;
+    limit.it_value.tv_nsec = milliseconds % 1000 * 1000000L;
+    timerfd_settime(timer, 0, &limit, nullptr);
 }
 
 } // namespace qelctl
