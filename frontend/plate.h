@@ -31,8 +31,8 @@ struct Plate
     QString unit;             ///< of the values
     QVector<PlateRead> reads; ///< in the order of measurement; each has rows × columns values
     std::optional<std::chrono::milliseconds> integrationTime; ///< for each well
-    QDateTime startedAt;               ///< in UTC
-    std::optional<double> temperature; ///< inside the instrument, in °C
+    QDateTime startedAt;                                      ///< in UTC
+    std::optional<double> temperature;                        ///< inside the instrument, in °C
     /// The most that the detector can tell, in `unit`; nothing when it is not known.
     std::optional<double> maximum;
 

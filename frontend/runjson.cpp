@@ -1,6 +1,7 @@
 #include "runjson.h"
 
 #include "configuration.h"
+#include "messages_p.h"
 #include "plate.h"
 #include "problems.h"
 #include "selection.h"
@@ -14,6 +15,7 @@
 #include <QtCore/QJsonArray>
 
 #include <cmath>
+#include <limits>
 
 namespace qel::frontend {
 
@@ -32,6 +34,16 @@ QJsonValue valueToJson(double value)
     if (std::isinf(value))
         return value > 0 ? QStringLiteral("inf") : QStringLiteral("-inf");
     return std::isnan(value) ? QJsonValue(QJsonValue::Null) : QJsonValue(value);
+}
+
+// What valueToJson() wrote; nothing for null.
+std::optional<double> valueFromJson(const QJsonValue &json)
+{
+    if (json == QLatin1String("inf") || json == QLatin1String("-inf")) {
+        constexpr double infinity = std::numeric_limits<double>::infinity();
+        return json == QLatin1String("inf") ? infinity : -infinity;
+    }
+    return json.isDouble() ? std::optional(json.toDouble()) : std::nullopt;
 }
 
 template<typename T, typename Write>
@@ -91,6 +103,26 @@ QJsonValue pluginToJson(const std::optional<DeviceBroker::DevicePluginInfo> &plu
         {QStringLiteral("manufacturer"), plugin->manufacturer},
         {QStringLiteral("version"), plugin->version},
     };
+}
+
+std::optional<DeviceBroker::DevicePluginInfo> pluginFromJson(const QJsonValue &json)
+{
+    if (!json.isObject())
+        return {};
+    DeviceBroker::DevicePluginInfo plugin;
+    plugin.fileName = json[QLatin1String("file")].toString();
+    plugin.manufacturer = json[QLatin1String("manufacturer")].toString();
+    plugin.version = json[QLatin1String("version")].toString();
+    return plugin;
+}
+
+DeviceInfo deviceFromJson(const QJsonObject &json)
+{
+    const auto part = [&json](const char *key) {
+        return json.value(QLatin1String(key)).toString();
+    };
+    return {interfaceNamed(part("interface")), part("driver"), part("location"), part("name"),
+            part("serial")};
 }
 
 QString outcomeName(Outcome::Kind kind)
@@ -194,6 +226,67 @@ std::optional<QJsonObject> runToJson(const RunRecord &record, QString *problem)
             return {};
         document.insert(QStringLiteral("plate"), plateToJson(*plate));
     }
+    return document;
+}
+
+std::optional<RunDocument> readRunDocument(const QByteArray &text, QString *problem)
+{
+    Problem mistake;
+    const auto json = parseJson(text, &mistake);
+    if (json && json->isObject())
+        return readRunDocument(json->toObject(), problem);
+    *problem = json ? message("qelfrontend-document-other") : explain(mistake);
+    return {};
+}
+
+std::optional<RunDocument> readRunDocument(const QJsonObject &json, QString *problem)
+{
+    const auto member = [](const QJsonObject &object, const char *key) {
+        return object.value(QLatin1String(key));
+    };
+    if (member(json, "format") != QLatin1String("qeldevices-run")) {
+        *problem = message("qelfrontend-document-other");
+        return {};
+    }
+    if (const int found = member(json, "version").toInt(); found != runJsonVersion) {
+        *problem = message("qelfrontend-document-version", QString::number(found),
+                           QString::number(runJsonVersion));
+        return {};
+    }
+    const auto feature = selectFeature(member(json, "feature").toString(), problem);
+    if (!feature)
+        return {};
+    Problem mistake;
+    const auto result = fromJson(member(json, "result"), &mistake);
+    if (!result) {
+        *problem = explain(mistake);
+        return {};
+    }
+    Outcome outcome;
+    outcome.kind = Outcome::Result;
+    outcome.result = *result;
+    outcome.startedAt =
+        QDateTime::fromString(member(json, "startedAt").toString(), Qt::ISODateWithMs);
+    outcome.elapsed =
+        std::chrono::milliseconds(qRound64(member(json, "elapsed").toDouble() * 1000));
+    const QJsonObject run = member(json, "run").toObject();
+    RunDocument document{{deviceFromJson(member(json, "device").toObject()),
+                          pluginFromJson(member(json, "plugin")),
+                          *feature,
+                          {},
+                          {},
+                          outcome,
+                          member(run, "number").toInt(),
+                          member(run, "of").toInt(),
+                          member(json, "note").toString()},
+                         {},
+                         json};
+    if (!isMeasurement(*feature))
+        return document;
+    document.plate = plateFromResult(*feature, *result, problem);
+    if (!document.plate)
+        return {};
+    document.plate->maximum = valueFromJson(member(member(json, "plate").toObject(), "maximum"));
     return document;
 }
 

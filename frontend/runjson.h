@@ -2,6 +2,7 @@
 #define QELFRONTEND_RUNJSON_H
 
 #include "export.h"
+#include "plate.h"
 #include "run.h"
 
 #include <qeldevices/devicebroker.h>
@@ -26,6 +27,16 @@ struct RunRecord
     int number = 0;    ///< of the run within its series, from 1; 0 for a single run
     int count = 0;     ///< of runs that the series is to have
     QString note = {}; ///< of the user
+};
+
+/// A run that was read back from its document.
+struct RunDocument
+{
+    /// What the document tells with types: all but the descriptor and the configuration, which is
+    /// there in the form of writeConfiguration() in `json`.
+    RunRecord record;
+    std::optional<Plate> plate; ///< of a measurement
+    QJsonObject json;
 };
 
 /// The version of the document that runToJson() writes. It rises when a reader of the one before
@@ -64,6 +75,15 @@ QELFRONTEND_EXPORT QJsonObject deviceToJson(const devices::DeviceInfo &device);
 /// measurement and not shaped as one
 // clang-format on
 QELFRONTEND_EXPORT std::optional<QJsonObject> runToJson(const RunRecord &record, QString *problem);
+
+/// Reads what runToJson() wrote.
+/// @return nothing, and a sentence in `problem`, when `json` is no such document, is of another
+/// version or holds a result that is none
+QELFRONTEND_EXPORT std::optional<RunDocument> readRunDocument(const QJsonObject &json,
+                                                              QString *problem);
+/// As above, from the text of the document.
+QELFRONTEND_EXPORT std::optional<RunDocument> readRunDocument(const QByteArray &text,
+                                                              QString *problem);
 
 // clang-format off
 /// A run that has no result as a JSON document, which no reader takes for one that has: "library",

@@ -42,4 +42,14 @@ QString interfaceName(DeviceInfo::Interface interface)
     return QString();
 }
 
+DeviceInfo::Interface interfaceNamed(const QString &name)
+{
+    for (const auto interface :
+         {DeviceInfo::Simulator, DeviceInfo::Serial, DeviceInfo::UsbHid, DeviceInfo::Network}) {
+        if (interfaceName(interface) == name)
+            return interface;
+    }
+    return DeviceInfo::UnknownInterface;
+}
+
 } // namespace qel::values

@@ -19,6 +19,9 @@ QString featureArgument(devices::Device::DeviceFeature feature);
 /// An interface as a user reads it, for instance "USB HID"; empty for an unlisted value.
 QString interfaceName(devices::DeviceInfo::Interface interface);
 
+/// The interface that interfaceName() calls `name`; UnknownInterface for any other name.
+devices::DeviceInfo::Interface interfaceNamed(const QString &name);
+
 } // namespace qel::values
 
 #endif

@@ -63,19 +63,19 @@ void Curves::show(const QVector<Result> &results, int read, const QVector<bool> 
 {
     m_plot->detachItems(QwtPlotItem::Rtti_PlotCurve);
     const int wanted = std::min(int(wells.count(true)), mostCurves);
-    if (results.isEmpty() || !results.constFirst().plate) {
+    if (results.isEmpty() || !results.constFirst().run.plate) {
         m_plot->replot();
         return;
     }
-    const int columns = results.constFirst().plate->columns;
+    const int columns = results.constFirst().run.plate->columns;
     int drawn = 0;
     for (int well = 0; well < wells.size() && drawn < wanted; ++well) {
         if (!wells[well])
             continue;
         QVector<QPointF> points;
         for (const Result &result : results) {
-            const double value = result.plate && read < result.plate->reads.size()
-                ? result.plate->reads[read].values.value(well, NAN)
+            const double value = result.run.plate && read < result.run.plate->reads.size()
+                ? result.run.plate->reads[read].values.value(well, NAN)
                 : NAN;
             const double seconds =
                 double(results.constFirst().entry.startedAt.msecsTo(result.entry.startedAt)) / 1000;
@@ -91,7 +91,7 @@ void Curves::show(const QVector<Result> &results, int read, const QVector<bool> 
         curve->attach(m_plot);
         ++drawn;
     }
-    m_plot->setAxisTitle(QwtPlot::yLeft, results.constFirst().plate->unit);
+    m_plot->setAxisTitle(QwtPlot::yLeft, results.constFirst().run.plate->unit);
     m_plot->replot();
     m_plot->updateLayout();
 }

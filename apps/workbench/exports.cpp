@@ -68,12 +68,12 @@ QByteArray csv(const QVector<Result> &results, ExportFormat format)
 {
     QByteArray data = format == ExportFormat::TidyCsv ? tidyCsvHeader() : QByteArray();
     for (const Result &result : results) {
-        if (!result.plate)
+        if (!result.run.plate)
             continue;
         if (format == ExportFormat::PlateCsv)
-            data += (data.isEmpty() ? "" : "\r\n") + plateCsv(*result.plate);
+            data += (data.isEmpty() ? "" : "\r\n") + plateCsv(*result.run.plate);
         else
-            data += tidyCsv(*result.plate, result.device);
+            data += tidyCsv(*result.run.plate, result.run.record.device);
     }
     return data;
 }
@@ -82,7 +82,7 @@ QByteArray json(const QVector<Result> &results)
 {
     QByteArray data;
     for (const Result &result : results)
-        data += qel::values::jsonText(result.document) + '\n';
+        data += qel::values::jsonText(result.run.json) + '\n';
     return data;
 }
 

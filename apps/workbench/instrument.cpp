@@ -264,9 +264,9 @@ void Instrument::onRunFinished(const Outcome &delivered)
         if (outcome.kind == Outcome::AbortedByUser)
             m_problem = text("qelworkbench-cancelled");
         m_isCancelled = true;
-    } else if (m_isSeries) {
-        onMeasured(outcome);
     }
+    if (m_isSeries && (outcome.isResult() || outcome.delivered.isValid()))
+        onMeasured(outcome);
     if (m_isSeries)
         goOn();
     else
@@ -292,6 +292,10 @@ bool Instrument::keep(const Unkept &run)
     if (!file) {
         m_problem = sentence(problem);
         return false;
+    }
+    if (!run.record.outcome.isResult()) {
+        m_problem += QLatin1Char(' ') + text("qelworkbench-delivered-kept", *file);
+        return true;
     }
     if (!run.name.isEmpty() && !m_store->annotate(*file, run.name, QString(), &problem))
         m_problem = sentence(problem);

@@ -316,7 +316,7 @@ void ResultView::setResults(const QVector<Result> &results)
     m_run->setRange(0, m_results.size() - 1);
     m_run->setValue(m_results.size() - 1);
     m_read->clear();
-    if (const auto &plate = m_results.constLast().plate) {
+    if (const auto &plate = m_results.constLast().run.plate) {
         for (const auto &one : plate->reads)
             m_read->addItem(one.label);
     }
@@ -327,7 +327,7 @@ void ResultView::setResults(const QVector<Result> &results)
     m_readLabel->setVisible(m_read->count() > 1);
     m_read->setVisible(m_read->count() > 1);
     m_tabs->setTabEnabled(2, isSeries);
-    if (const auto &plate = m_results.constLast().plate) {
+    if (const auto &plate = m_results.constLast().run.plate) {
         m_layout =
             PlateLayout::fromJson(m_results.constFirst().entry.layout, plate->rows, plate->columns);
     }
@@ -339,20 +339,21 @@ void ResultView::showRun()
     const Result *result = current();
     if (!result)
         return;
-    m_title->setText(result->entry.name.isEmpty() ? featureTitle(result->feature)
+    m_title->setText(result->entry.name.isEmpty() ? featureTitle(result->run.record.feature)
                                                   : result->entry.name);
-    if (!result->plate) {
-        m_plain->setText(featureTitle(result->feature) + QStringLiteral("\n\n")
-                         + plainText(result->value));
+    if (!result->run.plate) {
+        m_plain->setText(featureTitle(result->run.record.feature) + QStringLiteral("\n\n")
+                         + plainText(result->run.record.outcome.result));
         m_pages->setCurrentIndex(0);
         return;
     }
     m_pages->setCurrentIndex(1);
-    QStringList facts{QStringLiteral("%1 %2").arg(result->device.name(), result->device.serial()),
+    QStringList facts{QStringLiteral("%1 %2").arg(result->run.record.device.name(),
+                                                  result->run.record.device.serial()),
                       QLocale().toString(result->entry.startedAt.toLocalTime(),
                                          text("qelworkbench-time-format"))};
-    if (result->plate->temperature)
-        facts.append(QLocale().toString(*result->plate->temperature, 'f', 1)
+    if (result->run.plate->temperature)
+        facts.append(QLocale().toString(*result->run.plate->temperature, 'f', 1)
                      + QStringLiteral(" °C"));
     m_subtitle->setText(facts.join(QStringLiteral("  ·  ")));
     m_runLabel->setText(text("qelworkbench-run-of", QString::number(m_run->value() + 1),
@@ -367,15 +368,15 @@ void ResultView::showRun()
 PlatePicture ResultView::pictureOf(const Result &result)
 {
     PlatePicture picture;
-    picture.rows = result.plate->rows;
-    picture.columns = result.plate->columns;
-    picture.values = result.plate->reads.value(std::max(0, m_read->currentIndex())).values;
-    picture.unit = result.plate->unit;
-    picture.maximum = result.maximum;
+    picture.rows = result.run.plate->rows;
+    picture.columns = result.run.plate->columns;
+    picture.values = result.run.plate->reads.value(std::max(0, m_read->currentIndex())).values;
+    picture.unit = result.run.plate->unit;
+    picture.maximum = result.run.plate->maximum;
     picture.rings = m_layout.colors();
     for (int well = 0; well < picture.values.size(); ++well)
         picture.contents.append(contentTitle(m_layout.content(well)));
-    const auto blank = m_layout.blank(picture.values, result.maximum);
+    const auto blank = m_layout.blank(picture.values, result.run.plate->maximum);
     m_blank->setEnabled(blank.has_value());
     m_blank->setToolTip(text(blank ? "qelworkbench-blank-tip" : "qelworkbench-no-blank-tip"));
     if (blank && m_blank->isChecked()) {
@@ -413,7 +414,7 @@ void ResultView::fillTable()
 void ResultView::showSelection()
 {
     const Result *result = current();
-    if (!result || !result->plate)
+    if (!result || !result->run.plate)
         return;
     const QVector<bool> &selection = m_plate->selection();
     const Statistics numbers =
@@ -460,7 +461,7 @@ void ResultView::showCurrentWell()
 
 void ResultView::copy()
 {
-    if (!current() || !current()->plate)
+    if (!current() || !current()->run.plate)
         return;
     QApplication::clipboard()->setText(clipboardTable(m_plate->picture()));
     Q_EMIT said(text("qelworkbench-copied"), false);

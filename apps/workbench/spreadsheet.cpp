@@ -61,7 +61,7 @@ public:
     // A well that was not measured is an empty cell.
     void writeValue(lxw_worksheet *sheet, int row, int column, double value, const Result &result)
     {
-        lxw_format *format = result.maximum && value >= *result.maximum ? m_saturated : nullptr;
+        lxw_format *format = result.run.plate->isSaturated(value) ? m_saturated : nullptr;
         if (std::isinf(value))
             write(sheet, row, column, value > 0 ? QStringLiteral("inf") : QStringLiteral("-inf"),
                   format);
@@ -103,7 +103,7 @@ void Workbook::writeValues(const QVector<Result> &results)
     worksheet_set_column(sheet, 1, 1, 20, nullptr);
     int line = 1;
     for (const Result &result : results) {
-        const Plate &plate = *result.plate;
+        const Plate &plate = *result.run.plate;
         const PlateLayout layout =
             PlateLayout::fromJson(results.constFirst().entry.layout, plate.rows, plate.columns);
         for (const PlateRead &read : plate.reads) {
@@ -121,7 +121,7 @@ void Workbook::writeValues(const QVector<Result> &results)
                 write(sheet, line, 7, plate.unit);
                 if (std::isnan(value))
                     write(sheet, line, 8, text("qelworkbench-not-measured"));
-                else if (result.maximum && value >= *result.maximum)
+                else if (result.run.plate->isSaturated(value))
                     write(sheet, line, 8, text("qelworkbench-saturated"));
                 write(sheet, line, 9, layout.content(well));
                 ++line;
@@ -135,7 +135,7 @@ void Workbook::writePlates(const QVector<Result> &results)
     lxw_worksheet *sheet = addSheet("qelworkbench-sheet-plates");
     int line = 0;
     for (const Result &result : results) {
-        const Plate &plate = *result.plate;
+        const Plate &plate = *result.run.plate;
         for (const PlateRead &read : plate.reads) {
             const QString title = results.size() > 1
                 ? QStringLiteral("%1, %2").arg(result.entry.number).arg(read.label)
@@ -179,18 +179,19 @@ void Workbook::writeMetadata(const QVector<Result> &results)
         writeTime(sheet, 1, column, result.entry.startedAt);
         write(sheet, 2, column, result.entry.name);
         write(sheet, 3, column, result.entry.note);
-        write(sheet, 4, column, result.device.name());
-        write(sheet, 5, column, result.device.serial());
-        write(sheet, 6, column, featureTitle(result.feature));
+        write(sheet, 4, column, result.run.record.device.name());
+        write(sheet, 5, column, result.run.record.device.serial());
+        write(sheet, 6, column, featureTitle(result.run.record.feature));
         write(sheet, 7, column,
               QString::fromUtf8(
-                  qel::values::jsonText(result.document.value(QStringLiteral("configuration")))));
-        if (result.plate->temperature)
-            worksheet_write_number(sheet, 8, lxw_col_t(column), *result.plate->temperature,
+                  qel::values::jsonText(result.run.json.value(QStringLiteral("configuration")))));
+        if (result.run.plate->temperature)
+            worksheet_write_number(sheet, 8, lxw_col_t(column), *result.run.plate->temperature,
                                    nullptr);
-        if (result.maximum)
-            worksheet_write_number(sheet, 9, lxw_col_t(column), *result.maximum, nullptr);
-        write(sheet, 10, column, result.document.value(QStringLiteral("library")).toString());
+        if (result.run.plate->maximum)
+            worksheet_write_number(sheet, 9, lxw_col_t(column), *result.run.plate->maximum,
+                                   nullptr);
+        write(sheet, 10, column, result.run.json.value(QStringLiteral("library")).toString());
         write(sheet, 11, column, result.entry.file);
     }
 }
@@ -201,7 +202,7 @@ std::optional<QByteArray> spreadsheet(const QVector<Result> &results, QString *p
 {
     QVector<Result> plates;
     std::copy_if(results.begin(), results.end(), std::back_inserter(plates),
-                 [](const Result &result) { return result.plate.has_value(); });
+                 [](const Result &result) { return result.run.plate.has_value(); });
     const QTemporaryDir folder;
     QFile file(folder.filePath(QStringLiteral("book.xlsx")));
     Workbook book(QFile::encodeName(file.fileName()));

@@ -3,6 +3,7 @@
 #include "text.h"
 
 #include <qelfrontend/problems.h>
+#include <qelfrontend/resultfile.h>
 #include <qelvalues/features.h>
 #include <qelvalues/names.h>
 #include <qelvalues/valuecodec.h>
@@ -10,9 +11,7 @@
 #include <QtCore/QDataStream>
 #include <QtCore/QDir>
 #include <QtCore/QHash>
-#include <QtCore/QMetaEnum>
 #include <QtCore/QRegularExpression>
-#include <QtCore/QSaveFile>
 
 #include <algorithm>
 
@@ -39,15 +38,18 @@ namespace {
 
 const QString annotationsFile = QStringLiteral("notes.qelworkbench");
 const QString cacheFile = QStringLiteral("cache.qelworkbench");
+const QString deliveredSuffix = QStringLiteral(".delivered.json"); // of runs without a result
 constexpr quint32 cacheMagic = 0x51454c31; // changes with what the cache holds
 
-bool writeWhole(const QString &path, const QByteArray &data, QString *problem)
+// Whole or not at all, and on the disk when this returns.
+bool writeWhole(const QString &path, const QByteArray &data, ResultFile::Existing existing,
+                QString *problem)
 {
-    QSaveFile file(path);
-    if (file.open(QIODevice::WriteOnly) && file.write(data) == data.size() && file.commit())
+    QString reason;
+    const auto file = ResultFile::open(path, existing, &reason);
+    if (file && file->add(data, &reason))
         return true;
-    *problem =
-        text("qelworkbench-cannot-write", QDir::toNativeSeparators(path), file.errorString());
+    *problem = text("qelworkbench-cannot-write", QDir::toNativeSeparators(path), reason);
     return false;
 }
 
@@ -125,16 +127,7 @@ void writeCache(const QString &path, const QVector<Entry> &entries)
     QDataStream stream(&data, QIODevice::WriteOnly);
     stream << cacheMagic << entries;
     QString ignored; // without a cache the next start is slower, that is all
-    writeWhole(path, data, &ignored);
-}
-
-DeviceInfo::Interface interfaceNamed(const QString &name)
-{
-    for (int value = 0; value < 16; ++value) {
-        if (qel::values::interfaceName(DeviceInfo::Interface(value)) == name)
-            return DeviceInfo::Interface(value);
-    }
-    return DeviceInfo::Interface();
+    writeWhole(path, data, ResultFile::Existing::Replace, &ignored);
 }
 
 } // namespace
@@ -156,7 +149,7 @@ QString Store::path(const QString &file) const
 std::optional<QString> Store::keep(const RunRecord &record, const SeriesMark &mark,
                                    QString *problem)
 {
-    auto document = runToJson(record, problem);
+    auto document = record.outcome.isResult() ? runToJson(record, problem) : failureToJson(record);
     if (!document)
         return {};
     if (!mark.id.isEmpty()) {
@@ -165,9 +158,6 @@ std::optional<QString> Store::keep(const RunRecord &record, const SeriesMark &ma
                                      {QStringLiteral("number"), mark.number},
                                      {QStringLiteral("count"), mark.count}});
     }
-    const QVariant maximum = record.descriptor.toHash().value(QStringLiteral("maximum"));
-    if (qel::values::isMeasurement(record.feature) && maximum.userType() == QMetaType::Double)
-        document->insert(QStringLiteral("maximum"), maximum.toDouble());
     if (!QDir().mkpath(m_folder)) {
         *problem = text("qelworkbench-no-folder", QDir::toNativeSeparators(m_folder));
         return {};
@@ -178,10 +168,12 @@ std::optional<QString> Store::keep(const RunRecord &record, const SeriesMark &ma
                              .arg(record.outcome.startedAt.toLocalTime().toString(
                                       QStringLiteral("yyyy-MM-dd HH.mm.ss")),
                                   who, qel::values::featureArgument(record.feature));
-    QString file = stem + QStringLiteral(".json");
+    const QString suffix = record.outcome.isResult() ? QStringLiteral(".json") : deliveredSuffix;
+    QString file = stem + suffix;
     for (int copy = 2; QFileInfo::exists(path(file)); ++copy)
-        file = QStringLiteral("%1 %2.json").arg(stem).arg(copy);
-    if (!writeWhole(path(file), qel::values::jsonText(*document) + '\n', problem))
+        file = QStringLiteral("%1 %2%3").arg(stem, QString::number(copy), suffix);
+    if (!writeWhole(path(file), qel::values::jsonText(*document) + '\n',
+                    ResultFile::Existing::Refuse, problem))
         return {};
     return file;
 }
@@ -189,8 +181,11 @@ std::optional<QString> Store::keep(const RunRecord &record, const SeriesMark &ma
 QVector<Entry> Store::entries() const
 {
     const QHash<QString, Entry> known = readCache(path(cacheFile));
-    const QStringList files =
+    QStringList files =
         QDir(m_folder).entryList({QStringLiteral("*.json")}, QDir::Files, QDir::Unsorted);
+    files.erase(std::remove_if(files.begin(), files.end(),
+                               [](const QString &file) { return file.endsWith(deliveredSuffix); }),
+                files.end());
     QVector<Entry> entries;
     entries.reserve(files.size());
     bool isNews = known.size() != files.size();
@@ -234,34 +229,10 @@ std::optional<Result> Store::read(const Entry &entry, QString *problem) const
     const auto document = readObject(path(entry.file), problem);
     if (!document)
         return {};
-    Result result;
-    result.entry = entry;
-    result.document = *document;
-    const QJsonObject device = document->value(QStringLiteral("device")).toObject();
-    const auto part = [&device](const char *key) {
-        return device.value(QLatin1String(key)).toString();
-    };
-    result.device = DeviceInfo(interfaceNamed(part("interface")), part("driver"), part("location"),
-                               part("name"), part("serial"));
-    bool isKnown = false;
-    const QByteArray feature = document->value(QStringLiteral("feature")).toString().toUtf8();
-    result.feature = Device::DeviceFeature(
-        QMetaEnum::fromType<Device::DeviceFeature>().keyToValue(feature.constData(), &isKnown));
     QString detail;
-    qel::values::Problem mistake;
-    const auto value = qel::values::fromJson(document->value(QStringLiteral("result")), &mistake);
-    if (!value)
-        detail = explain(mistake);
-    if (isRun(*document) && isKnown && value) {
-        result.value = *value;
-        if (document->contains(QStringLiteral("maximum")))
-            result.maximum = document->value(QStringLiteral("maximum")).toDouble();
-        if (!qel::values::isMeasurement(result.feature))
-            return result;
-        result.plate = plateFromResult(result.feature, *value, &detail);
-        if (result.plate)
-            return result;
-    }
+    auto run = readRunDocument(*document, &detail);
+    if (run)
+        return Result{entry, std::move(*run)};
     *problem =
         text("qelworkbench-no-run", QDir::toNativeSeparators(path(entry.file)), sentence(detail));
     return {};
@@ -301,7 +272,8 @@ bool Store::writeNotes(const QString &file, const QJsonObject &changed, QString 
     for (auto one = changed.begin(); one != changed.end(); ++one)
         own.insert(one.key(), one.value());
     notes.insert(file, own);
-    return writeWhole(path(annotationsFile), qel::values::jsonText(notes) + '\n', problem);
+    return writeWhole(path(annotationsFile), qel::values::jsonText(notes) + '\n',
+                      ResultFile::Existing::Replace, problem);
 }
 
 } // namespace qelworkbench

@@ -32,12 +32,7 @@ struct Entry
 struct Result
 {
     Entry entry;
-    QJsonObject document; ///< as it stands in the file
-    qel::devices::DeviceInfo device{qel::devices::DeviceInfo::UnknownInterface, {}, {}, {}, {}};
-    qel::devices::Device::DeviceFeature feature = qel::devices::Device::DF_None;
-    QVariant value;
-    std::optional<qel::frontend::Plate> plate;
-    std::optional<double> maximum; ///< where the detector ends; nothing when not known
+    qel::frontend::RunDocument run;
 };
 
 /// Where a run stands in its series.
@@ -51,8 +46,10 @@ struct SeriesMark
 /// The folder in which every finished run stands, one document a file.
 ///
 /// A document is written whole or not at all and never touched again: it is what
-/// `qelctl run --format json` prints. Names and notes stand in a file of their own beside them; a
-/// cache, which may be deleted at any time, spares reading all documents at each start.
+/// `qelctl run --format json` prints. A run without a result whose instrument delivered something
+/// all the same has a document, too, which the history leaves out. Names and notes stand in a file
+/// of their own beside them; a cache, which may be deleted at any time, spares reading all
+/// documents at each start.
 class Store
 {
 public:

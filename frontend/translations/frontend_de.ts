@@ -247,6 +247,14 @@
         <source></source>
         <translation>Ein anderer Prozess schreibt Ergebnisse hinein</translation>
     </message>
+    <message id="qelfrontend-document-other">
+        <source></source>
+        <translation>Das ist kein Dokument eines Laufs mit einem Ergebnis</translation>
+    </message>
+    <message id="qelfrontend-document-version">
+        <source></source>
+        <translation>Das Dokument hat die Version %1, dieses Programm liest die Version %2</translation>
+    </message>
     <message id="qelfrontend-run-gone">
         <source></source>
         <translation>Das Gerät wurde während des Laufs getrennt oder geschlossen. Prüfen Sie die Verbindung und beginnen Sie von vorn.</translation>

@@ -247,6 +247,14 @@
         <source></source>
         <translation>another process is writing results to it</translation>
     </message>
+    <message id="qelfrontend-document-other">
+        <source></source>
+        <translation>this is no document of a run that has a result</translation>
+    </message>
+    <message id="qelfrontend-document-version">
+        <source></source>
+        <translation>the document is of version %1, this program reads version %2</translation>
+    </message>
     <message id="qelfrontend-run-gone">
         <source></source>
         <translation>The device was disconnected or closed during the run. Check the connection and start again.</translation>

@@ -2,6 +2,8 @@
 
 from __future__ import annotations
 
+from typing import Any
+
 
 class Error(Exception):
     """Whatever this package complains about.
@@ -12,7 +14,11 @@ class Error(Exception):
         id: the translation id of the code; empty when the code is 0
         details: what the driver adds to the code; may be empty
         instrument: the instrument's name and serial; may be empty
+        delivered: what the device delivered although it is no result, for instance half a plate, as
+            a dict of its values; it may be all there is of a measurement. None where nothing came
     """
+
+    delivered: Any = None
 
     def __init_subclass__(cls) -> None:
         cls.__module__ = "qeldevices"  # as tracebacks should call it

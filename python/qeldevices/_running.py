@@ -167,6 +167,7 @@ def check(ending: _native.Ending) -> _native.Ending:
         kinds = {"cannot-open": CannotOpen, "aborted": Aborted, "timed-out": TimedOut,
                  "device-gone": DeviceGone}
         error = kinds.get(ending.kind, DeviceError)(whole(ending.sentence), **facts)
+    error.delivered = ending.delivered
     raise error
 
 

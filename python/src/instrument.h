@@ -25,9 +25,10 @@ namespace qelpython {
 struct Ending
 {
     qel::frontend::RunRecord record;
-    bool isNotOffered = false;           ///< the device does not have the feature
-    QStringList configurationProblems;   ///< what is wrong with the settings
-    std::optional<QJsonObject> document; ///< where the run was read from
+    bool isNotOffered = false;                      ///< the device does not have the feature
+    QStringList configurationProblems;              ///< what is wrong with the settings
+    std::optional<QJsonObject> document = {};       ///< where the run was read from
+    std::optional<qel::frontend::Plate> plate = {}; ///< of a measurement that was read
 };
 
 /// One run as Python holds it. Its members but `mailbox` belong to the event loop.

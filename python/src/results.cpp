@@ -51,22 +51,15 @@ const char *kindName(Outcome::Kind kind)
     return "failed";
 }
 
-// The detector's maximum comes from the descriptor, or from the document.
 Plate plateFrom(const Ending &ending)
 {
+    if (ending.plate)
+        return *ending.plate;
     QString problem;
-    auto plate = plateFromResult(ending.record.feature, ending.record.outcome.result, &problem,
-                                 ending.record.descriptor);
+    const auto plate = plateFromResult(ending.record.feature, ending.record.outcome.result,
+                                       &problem, ending.record.descriptor);
     if (!plate)
         throw py::value_error(problem.toStdString());
-    if (ending.document) {
-        const QJsonObject told = ending.document->value(QLatin1String("plate")).toObject();
-        const QJsonValue maximum = told.value(QLatin1String("maximum"));
-        if (maximum.isDouble())
-            plate->maximum = maximum.toDouble();
-        else if (maximum == QLatin1String("inf"))
-            plate->maximum = std::numeric_limits<double>::infinity();
-    }
     return *plate;
 }
 
@@ -98,38 +91,11 @@ py::bytes csvOf(const Ending &ending, bool asGrid)
 // What jsonOf() wrote. What the document does not tell, such as the descriptor, is missing.
 std::shared_ptr<Ending> readDocument(const std::string &text)
 {
-    const QJsonObject document = QJsonDocument::fromJson(QByteArray::fromStdString(text)).object();
-    const auto member = [](const QJsonObject &object, const char *key) {
-        return object.value(QLatin1String(key)).toString();
-    };
-    if (member(document, "format") != QLatin1String("qeldevices-run"))
-        throw py::value_error("this is no document of a run");
-    if (document.value(QLatin1String("version")).toInt() != runJsonVersion)
-        throw py::value_error("the document is of another version than this library reads");
-    QString nameProblem;
-    const auto feature = selectFeature(member(document, "feature"), &nameProblem);
-    if (!feature)
-        throw py::value_error(nameProblem.toStdString());
-    Problem problem;
-    const auto result = fromJson(document.value(QLatin1String("result")), &problem);
-    if (!result)
-        throw py::value_error(explain(problem).toStdString());
-    Outcome outcome;
-    outcome.result = *result;
-    outcome.startedAt = QDateTime::fromString(member(document, "startedAt"), Qt::ISODateWithMs);
-    outcome.elapsed = std::chrono::milliseconds(
-        qRound64(document.value(QLatin1String("elapsed")).toDouble() * 1000));
-    const QJsonObject device = document.value(QLatin1String("device")).toObject();
-    auto interface = DeviceInfo::UnknownInterface;
-    for (const auto known :
-         {DeviceInfo::Simulator, DeviceInfo::Serial, DeviceInfo::UsbHid, DeviceInfo::Network}) {
-        if (interfaceName(known) == member(device, "interface"))
-            interface = known;
-    }
-    const DeviceInfo info(interface, member(device, "driver"), member(device, "location"),
-                          member(device, "name"), member(device, "serial"));
-    return std::make_shared<Ending>(
-        Ending{{info, {}, *feature, {}, {}, outcome}, false, {}, document});
+    QString problem;
+    const auto run = readRunDocument(QByteArray::fromStdString(text), &problem);
+    if (!run)
+        throw py::value_error(problem.toStdString());
+    return std::make_shared<Ending>(Ending{run->record, false, {}, run->json, run->plate});
 }
 
 py::object configurationOf(const Ending &ending)
@@ -191,6 +157,9 @@ void bindResults(py::module_ &module)
         .def_property_readonly("configuration", &configurationOf)
         .def_property_readonly(
             "value", [](const Ending &ending) { return toPython(ending.record.outcome.result); })
+        .def_property_readonly(
+            "delivered",
+            [](const Ending &ending) { return toPython(ending.record.outcome.delivered); })
         .def("plate", &plateOf)
         .def("csv", &csvOf)
         .def("json", &jsonOf);

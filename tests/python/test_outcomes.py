@@ -41,6 +41,13 @@ def test_code_and_id(lab):
     assert caught.value.details and caught.value.details in str(caught.value)
 
 
+def test_half_a_plate_is_not_lost(lab):
+    lab(fault(do="partial-data"))
+    with qel.open("A-1") as reader, pytest.raises(qel.DeviceError, match="48 values") as caught:
+        reader.absorbance(wavelengths=[450])
+    assert len(caught.value.delivered["values"][0]) == 48
+
+
 def test_no_such_instrument(lab):
     lab({})
     with pytest.raises(qel.CannotOpen, match="A-1"):

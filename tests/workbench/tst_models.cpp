@@ -30,6 +30,7 @@ RunRecord record(const QDateTime &time, const QString &serial = QStringLiteral("
 {
     const QVector<double> values{0.5, 0.25, notMeasured, 4.0, 1.0 / 3, 0.125};
     Outcome outcome;
+    outcome.kind = Outcome::Result;
     outcome.startedAt = time;
     outcome.result = QVariantHash{{"rows", 2},
                                   {"columns", 3},
@@ -126,10 +127,10 @@ void TestModels::storeReadsBack()
     QCOMPARE(entry.note, "Ünïcode");
     const auto result = store.read(entry, &problem);
     QVERIFY2(result, qPrintable(problem));
-    QCOMPARE(result->plate->reads[0].values[4], 1.0 / 3);
-    QVERIFY(std::isnan(result->plate->reads[0].values[2]));
-    QCOMPARE(*result->maximum, 4.0);
-    QCOMPARE(result->device, record(noon).device);
+    QCOMPARE(result->run.plate->reads[0].values[4], 1.0 / 3);
+    QVERIFY(std::isnan(result->run.plate->reads[0].values[2]));
+    QCOMPARE(*result->run.plate->maximum, 4.0);
+    QCOMPARE(result->run.record.device, record(noon).device);
     QCOMPARE(result->entry.startedAt, noon);
     QCOMPARE(store.entry(*second, &problem)->number, 2);
 }
@@ -257,9 +258,9 @@ void TestModels::exports()
     PlatePicture picture;
     picture.rows = 2;
     picture.columns = 3;
-    picture.values = result->plate->reads[0].values;
+    picture.values = result->run.plate->reads[0].values;
     picture.unit = "OD";
-    picture.maximum = result->maximum;
+    picture.maximum = result->run.plate->maximum;
     const auto written = [&](ExportFormat format) {
         const QString path = folder.filePath("export." + suffixOf(format));
         if (!exportTo(path, format, {*result}, picture, &problem))
@@ -270,7 +271,7 @@ void TestModels::exports()
     QCOMPARE(written(ExportFormat::PlateCsv),
              QByteArray("450 nm (OD),1,2,3\r\nA,0.5,0.25,\r\nB,4,0.3333333333333333,0.125\r\n"));
     QCOMPARE(written(ExportFormat::TidyCsv).count("\r\n"), 7);
-    QCOMPARE(QJsonDocument::fromJson(written(ExportFormat::Json)).object(), result->document);
+    QCOMPARE(QJsonDocument::fromJson(written(ExportFormat::Json)).object(), result->run.json);
     QVERIFY(QImage::fromData(written(ExportFormat::Png)).width() > 900);
     QVERIFY(written(ExportFormat::Svg).contains("</svg>"));
     QCOMPARE(clipboardTable(picture),

@@ -31,6 +31,10 @@
         <source></source>
         <translation>Abbrechen</translation>
     </message>
+    <message id="qelworkbench-delivered-kept">
+        <source></source>
+        <translation>Was das Gerät geliefert hat, steht im Ordner als „%1“.</translation>
+    </message>
     <message id="qelworkbench-cancelled">
         <source></source>
         <translation>Abgebrochen. Was zu Ende gemessen war, ist gespeichert.</translation>

@@ -31,6 +31,10 @@
         <source></source>
         <translation>Cancel</translation>
     </message>
+    <message id="qelworkbench-delivered-kept">
+        <source></source>
+        <translation>What the instrument delivered is kept in the folder as "%1".</translation>
+    </message>
     <message id="qelworkbench-cancelled">
         <source></source>
         <translation>Cancelled. What had been measured to the end is kept.</translation>
