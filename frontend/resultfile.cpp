@@ -147,8 +147,9 @@ bool ResultFile::prepare(QString *problem)
     const QByteArray folder = folderOf(m_path);
     tidyUp(folder);
     // Linked to its name once it is whole; a process that ends before leaves nothing.
-    m_file = ::open(folder.constData(), O_WRONLY | O_TMPFILE | O_CLOEXEC, 0666);
-    if (m_file < 0 && errno != EOPNOTSUPP && errno != EISDIR && errno != EINVAL)
+    const bool canLink = access("/proc/self/fd", X_OK) == 0;
+    m_file = canLink ? ::open(folder.constData(), O_WRONLY | O_TMPFILE | O_CLOEXEC, 0666) : -1;
+    if (m_file < 0 && canLink && errno != EOPNOTSUPP && errno != EISDIR && errno != EINVAL)
         return fail(problem);
     // The name is tried, too: it may be too long.
     struct stat info;

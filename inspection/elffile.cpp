@@ -13,6 +13,9 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+// Of the program or library that this is linked into.
+extern "C" __attribute__((visibility("hidden"))) const ElfW(Ehdr) __ehdr_start;
+
 namespace qel::inspection {
 
 namespace {
@@ -185,14 +188,12 @@ struct Identity
 };
 
 // This program's own identity tells what this computer takes.
-const Identity &ownIdentity()
+// As the linker has laid it out in memory: the program's file may be out of reach.
+Identity ownIdentity()
 {
-    static const Identity identity = [] {
-        Identity own = {};
-        FileBytes(QStringLiteral("/proc/self/exe")).read(0, &own);
-        return own;
-    }();
-    return identity;
+    Identity own;
+    std::memcpy(&own, &__ehdr_start, sizeof own);
+    return own;
 }
 
 class LibraryReader
@@ -267,7 +268,7 @@ LibraryReader::Failure LibraryReader::checkIdentity()
     Identity identity = {};
     if (!m_file.read(0, &identity))
         return damaged("it ends within its header");
-    const Identity &own = ownIdentity();
+    const Identity own = ownIdentity();
     if (identity.ident[EI_DATA] != own.ident[EI_DATA])
         identity.machine = quint16(identity.machine << 8 | identity.machine >> 8);
     const bool sameKind = identity.ident[EI_CLASS] == own.ident[EI_CLASS]

@@ -168,6 +168,14 @@ class Narrow(ToolTest):
                     self.assertEqual(narrow.screen.split(), wide.screen.split())
 
 
+    def test_tables_become_sheets(self):
+        self.furnish(reader("A-1"), reader("A-2"))
+        terminal = self.on_terminal("list", columns=40)
+        terminal.finish()
+        self.assertLessEqual(max(map(len, terminal.screen.splitlines())), 40)
+        self.assertRegex(terminal.screen, r"(?s)SERIAL +A-1\r\n.*\r\n\r\nNAME.*SERIAL +A-2\r\n")
+
+
 class Questions(ToolTest):
     MEASURE = ["run", "A-1", "absorbance", "--set", "wavelengths=450"]
 

@@ -1,5 +1,8 @@
 #include "listing.h"
 
+#include "output.h"
+#include "terminaltext.h"
+
 #include <qelfrontend/frontend.h>
 #include <qelfrontend/problems.h>
 
@@ -8,8 +11,60 @@
 #include <QtCore/QJsonDocument>
 
 #include <algorithm>
+#include <limits>
+#include <numeric>
+
+#include <unistd.h>
 
 namespace qelctl {
+
+// How many characters a line of data may have.
+static int dataWidth()
+{
+    return isatty(dataDescriptor()) ? std::max(narrowestTerminal, terminalWidth(dataDescriptor()))
+                                    : std::numeric_limits<int>::max();
+}
+
+void Sheet::add(int indent, int width, const QString &name, const QString &value)
+{
+    const int total = dataWidth();
+    QString left = QString(indent, QLatin1Char(' '))
+        + qel::frontend::printable(name).leftJustified(width) + QLatin1Char(' ');
+    const int start = std::min(left.size(), total - 20);
+    if (left.size() > start && !value.isEmpty()) { // no room for the value beside the name
+        m_lines += left.trimmed().prepend(QString(indent, QLatin1Char(' '))) + QLatin1Char('\n');
+        left = QString(start, QLatin1Char(' '));
+    }
+    const auto parts = folded(qel::frontend::printable(value), total - start);
+    for (const QString &part : parts) {
+        QString line = left + part;
+        while (line.endsWith(QLatin1Char(' ')))
+            line.chop(1);
+        m_lines += line + QLatin1Char('\n');
+        left = QString(start, QLatin1Char(' '));
+    }
+}
+
+QByteArray Sheet::data() const
+{
+    return m_lines.toUtf8();
+}
+
+static QByteArray sheets(const QList<QStringList> &rows)
+{
+    const QStringList titles = rows.constFirst();
+    int width = 0;
+    for (const QString &title : titles)
+        width = std::max(width, title.size());
+    QByteArray text;
+    for (int i = 1; i < rows.size(); ++i) {
+        Sheet sheet;
+        for (int column = 0; column < rows.at(i).size(); ++column)
+            sheet.add(0, width, titles.value(column).toUpper(), rows.at(i).at(column));
+        text += (i > 1 ? "\n" : "") + sheet.data();
+    }
+    return text;
+}
 
 QByteArray table(QList<QStringList> rows)
 {
@@ -22,6 +77,8 @@ QByteArray table(QList<QStringList> rows)
             widths[column] = std::max(widths.at(column), row.at(column).size());
         }
     }
+    if (std::accumulate(widths.begin(), widths.end(), 2 * (widths.size() - 1)) > dataWidth())
+        return sheets(rows);
     QString lines;
     for (int i = 0; i < rows.size(); ++i) {
         QString line;

@@ -12,8 +12,22 @@
 namespace qelctl {
 
 /// Lines up `rows` in columns, the first row in capitals, harmless for a terminal. UTF-8, a line
-/// break after each row.
+/// break after each row. On a terminal that is too narrow, each row is a Sheet of its own.
 QByteArray table(QList<QStringList> rows);
+
+/// Lines of a name and a value, harmless for a terminal and folded for its width.
+class Sheet
+{
+public:
+    /// @param indent blanks before the name
+    /// @param width of the column of names
+    void add(int indent, int width, const QString &name, const QString &value);
+    /// What has been added, in UTF-8.
+    QByteArray data() const;
+
+private:
+    QString m_lines;
+};
 
 /// The top of every JSON document of the tool: what it is and the version of its shape.
 QJsonObject document(const QString &kind);

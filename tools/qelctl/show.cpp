@@ -3,7 +3,6 @@
 #include "listing.h"
 #include "output.h"
 #include "target.h"
-#include "terminaltext.h"
 
 #include <qelfrontend/configuration.h>
 #include <qelfrontend/frontend.h>
@@ -17,9 +16,6 @@
 #include <QtCore/QLocale>
 
 #include <algorithm>
-#include <limits>
-
-#include <unistd.h>
 
 namespace qelctl {
 
@@ -99,42 +95,6 @@ QString describe(const QString &key, const QVariant &descriptor)
     const QString allowed = describeSetting(key, descriptor);
     return byDefault.isEmpty() ? allowed : text("qelctl-show-default", allowed, byDefault);
 }
-
-// Lines of a name and a value, folded for the terminal.
-class Sheet
-{
-public:
-    void add(int indent, int width, const QString &name, const QString &value)
-    {
-        QString left = QString(indent, QLatin1Char(' '))
-            + qel::frontend::printable(name).leftJustified(width) + QLatin1Char(' ');
-        const int start = std::min(left.size(), m_width - 20);
-        if (left.size() > start && !value.isEmpty()) { // no room for the value beside the name
-            m_lines +=
-                left.trimmed().prepend(QString(indent, QLatin1Char(' '))) + QLatin1Char('\n');
-            left = QString(start, QLatin1Char(' '));
-        }
-        const auto parts = folded(qel::frontend::printable(value), m_width - start);
-        for (const QString &part : parts) {
-            QString line = left + part;
-            while (line.endsWith(QLatin1Char(' ')))
-                line.chop(1);
-            m_lines += line + QLatin1Char('\n');
-            left = QString(start, QLatin1Char(' '));
-        }
-    }
-
-    QByteArray data() const
-    {
-        return m_lines.toUtf8();
-    }
-
-private:
-    const int m_width = isatty(dataDescriptor())
-        ? std::max(narrowestTerminal, terminalWidth(dataDescriptor()))
-        : std::numeric_limits<int>::max();
-    QString m_lines;
-};
 
 QByteArray asText(const Device &device)
 {
