@@ -43,6 +43,13 @@ static Request requestFor(const QString &plugin)
     return request;
 }
 
+// The rule a mutant breaks stands in its name. What is good in an unusual way has the number 0.
+static QVector<int> rulesOf(const QString &mutant)
+{
+    const int number = mutant.section(QLatin1Char('-'), 0, 0).toInt();
+    return number == 0 ? QVector<int>() : QVector<int>{number};
+}
+
 static QVector<int> brokenRules(const Report &report)
 {
     QVector<int> numbers;
@@ -110,6 +117,18 @@ void tst_Conformance::initTestCase()
         }));
     }
     pool.waitForDone();
+
+    // On a loaded machine a process stalls for longer than the short limits last, so what looks
+    // unexpected is judged once more, alone and with more patience.
+    for (auto it = m_reports.begin(); it != m_reports.end(); ++it) {
+        if (!it.key().at(0).isDigit() || brokenRules(it.value()) == rulesOf(it.key()))
+            continue;
+        qInfo("%s is judged again", qPrintable(it.key()));
+        Request request = requestFor(it.key());
+        request.limits.open = request.limits.run = 3000;
+        request.limits.quiet = request.limits.late = Limits().quiet;
+        it.value() = Checker(request).run();
+    }
 }
 
 void tst_Conformance::mutant_data()
@@ -127,14 +146,12 @@ void tst_Conformance::mutant()
     QFETCH(QString, name);
     const Report report = m_reports.value(name);
     const QVector<int> broken = brokenRules(report);
-    // What is good in an unusual way has the number 0.
-    const int number = name.section(QLatin1Char('-'), 0, 0).toInt();
-    const QVector<int> expected = number == 0 ? QVector<int>() : QVector<int>{number};
+    const QVector<int> expected = rulesOf(name);
     // Large lists of signals are cut, the numbers come first.
     QString numbers;
     QDebug(&numbers) << broken;
     QVERIFY2(broken == expected, qPrintable(numbers + describe(report)));
-    QVERIFY2(number != 0 || !report.isIncomplete(), qPrintable(summary(report)));
+    QVERIFY2(!expected.isEmpty() || !report.isIncomplete(), qPrintable(summary(report)));
 }
 
 void tst_Conformance::everyRuleHasAMutant()
