@@ -1,7 +1,7 @@
 #include "curves.h"
 
+#include "colorscales.h"
 #include "text.h"
-#include "viridis.h"
 
 #include <qelfrontend/wells.h>
 

@@ -1,5 +1,6 @@
 #include "historypane.h"
 
+#include "comparisonview.h"
 #include "resultview.h"
 #include "text.h"
 
@@ -11,6 +12,7 @@
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QPushButton>
 #include <QtWidgets/QSplitter>
+#include <QtWidgets/QStackedWidget>
 #include <QtWidgets/QTableView>
 
 #include <algorithm>
@@ -44,7 +46,9 @@ HistoryPane::HistoryPane(History *history, QWidget *parent)
     , m_count(new QLabel(this))
     , m_folder(new QPushButton(this))
     , m_table(new QTableView(this))
+    , m_pages(new QStackedWidget(this))
     , m_result(new ResultView(this))
+    , m_comparison(new ComparisonView(this))
 {
     m_filter->setSourceModel(history);
     m_search->setObjectName(QStringLiteral("search"));
@@ -55,7 +59,7 @@ HistoryPane::HistoryPane(History *history, QWidget *parent)
     m_table->setObjectName(QStringLiteral("history"));
     m_table->setModel(m_filter);
     m_table->setSelectionBehavior(QAbstractItemView::SelectRows);
-    m_table->setSelectionMode(QAbstractItemView::SingleSelection);
+    m_table->setSelectionMode(QAbstractItemView::ExtendedSelection);
     m_table->setEditTriggers(QAbstractItemView::DoubleClicked | QAbstractItemView::EditKeyPressed);
     m_table->setShowGrid(false);
     m_table->setAlternatingRowColors(true);
@@ -84,7 +88,9 @@ HistoryPane::HistoryPane(History *history, QWidget *parent)
     splitter->setChildrenCollapsible(false);
     splitter->setHandleWidth(12);
     splitter->addWidget(m_table);
-    splitter->addWidget(m_result);
+    m_pages->addWidget(m_result);
+    m_pages->addWidget(m_comparison);
+    splitter->addWidget(m_pages);
     splitter->setStretchFactor(1, 1);
     splitter->setSizes({180, 500});
     auto *layout = new QVBoxLayout(this);
@@ -95,7 +101,7 @@ HistoryPane::HistoryPane(History *history, QWidget *parent)
     connect(m_days, QOverload<int>::of(&QComboBox::currentIndexChanged), this,
             &HistoryPane::showDays);
     connect(m_folder, &QPushButton::clicked, this, &HistoryPane::folderWanted);
-    connect(m_table->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
+    connect(m_table->selectionModel(), &QItemSelectionModel::selectionChanged, this,
             &HistoryPane::open);
     for (auto signal : {&QAbstractItemModel::rowsInserted, &QAbstractItemModel::rowsRemoved})
         connect(m_filter, signal, this, &HistoryPane::showCount);
@@ -157,18 +163,47 @@ void HistoryPane::showCount()
 
 void HistoryPane::open()
 {
-    const QModelIndex index = m_table->currentIndex();
-    if (!index.isValid()) {
-        m_result->clear(text("qelworkbench-history-hint"));
+    QVector<int> rows;
+    const auto selected = m_table->selectionModel()->selectedRows();
+    for (const QModelIndex &index : selected)
+        rows.append(m_filter->mapToSource(index).row());
+    std::sort(rows.begin(), rows.end());
+    if (rows.size() == 2) {
+        compare(rows[1], rows[0]); // the latest stands first
+        return;
+    }
+    if (rows.size() != 1) {
+        showHint(text("qelworkbench-history-hint"));
         return;
     }
     QString problem;
-    const auto results = m_history->read(m_filter->mapToSource(index).row(), &problem);
+    const auto results = m_history->read(rows[0], &problem);
+    m_pages->setCurrentWidget(m_result);
     m_result->setResults(results);
     if (!problem.isEmpty())
         Q_EMIT said(sentence(problem), true);
     if (results.isEmpty())
-        m_result->clear(sentence(problem));
+        showHint(sentence(problem));
+}
+
+// The last runs of both, where they are series.
+void HistoryPane::compare(int row, int otherRow)
+{
+    QString problem;
+    const auto one = m_history->read(row, &problem);
+    const auto other = m_history->read(otherRow, &problem);
+    if (one.isEmpty() || other.isEmpty()) {
+        showHint(sentence(problem));
+        return;
+    }
+    m_comparison->setResults(one.constLast(), other.constLast());
+    m_pages->setCurrentWidget(m_comparison);
+}
+
+void HistoryPane::showHint(const QString &hint)
+{
+    m_result->clear(hint);
+    m_pages->setCurrentWidget(m_result);
 }
 
 } // namespace qelworkbench

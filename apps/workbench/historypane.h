@@ -9,13 +9,16 @@ class QComboBox;
 class QLabel;
 class QLineEdit;
 class QPushButton;
+class QStackedWidget;
 class QTableView;
 
 namespace qelworkbench {
 
+class ComparisonView;
 class ResultView;
 
-/// What was measured before: found by words and by day, named, noted, opened and exported.
+/// What was measured before: found by words and by day, named, noted, opened, exported, and two of
+/// them compared.
 class HistoryPane : public QWidget
 {
     Q_OBJECT
@@ -39,6 +42,8 @@ private:
     void retranslate();
     void showDays();
     void open();
+    void compare(int row, int otherRow);
+    void showHint(const QString &hint);
     void showCount();
 
     History *m_history;
@@ -48,7 +53,9 @@ private:
     QLabel *m_count;
     QPushButton *m_folder;
     QTableView *m_table;
+    QStackedWidget *m_pages;
     ResultView *m_result;
+    ComparisonView *m_comparison;
 };
 
 } // namespace qelworkbench

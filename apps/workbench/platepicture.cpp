@@ -1,7 +1,7 @@
 #include "platepicture.h"
 
+#include "colorscales.h"
 #include "text.h"
-#include "viridis.h"
 
 #include <qelfrontend/wells.h>
 
@@ -22,20 +22,32 @@ constexpr double barSpace = 96; // the bar, its numbers and the gap to the plate
 
 } // namespace
 
-double PlatePicture::lowest() const
+double ColorRange::share(double value) const
 {
-    double result = INFINITY;
-    for (const double value : values)
-        result = std::isfinite(value) && !isSaturated(value) ? std::min(result, value) : result;
-    return std::isfinite(result) ? result : 0;
+    return to > from ? (value - from) / (to - from) : 0.5;
 }
 
-double PlatePicture::highest() const
+ColorRange PlatePicture::span() const
 {
-    double result = -INFINITY;
-    for (const double value : values)
-        result = std::isfinite(value) && !isSaturated(value) ? std::max(result, value) : result;
-    return std::isfinite(result) ? result : 0;
+    ColorRange span{INFINITY, -INFINITY};
+    for (const double value : values) {
+        if (!std::isfinite(value) || isSaturated(value))
+            continue;
+        span.from = std::min(span.from, value);
+        span.to = std::max(span.to, value);
+    }
+    if (span.from > span.to)
+        return {};
+    if (isDifference) {
+        const double most = std::max(std::abs(span.from), std::abs(span.to));
+        return {-most, most};
+    }
+    return span;
+}
+
+QColor PlatePicture::color(double share) const
+{
+    return isDifference ? blueToRed(share) : viridis(share);
 }
 
 bool PlatePicture::isSaturated(double value) const
@@ -104,8 +116,9 @@ void PlatePicture::paintWell(QPainter *painter, const QRectF &circle, double val
                                     inner.bottomLeft()};
         painter->drawPolygon(triangle, 3);
     } else {
-        painter->setPen(Qt::NoPen);
-        painter->setBrush(viridis(share));
+        // White would be lost on white.
+        painter->setPen(isDifference ? QPen(line, 1) : QPen(Qt::NoPen));
+        painter->setBrush(color(share));
         painter->drawEllipse(circle);
     }
 }
@@ -140,22 +153,26 @@ void PlatePicture::paintBar(QPainter *painter, const QRectF &area, const QPalett
                      barWidth, std::max(20.0, grid.cell * rows - lineHeight - 2));
     QLinearGradient gradient(bar.bottomLeft(), bar.topLeft());
     for (int step = 0; step <= 16; ++step)
-        gradient.setColorAt(step / 16.0, viridis(step / 16.0));
+        gradient.setColorAt(step / 16.0, color(step / 16.0));
     painter->setPen(palette.color(QPalette::Mid));
     painter->setBrush(gradient);
     painter->drawRect(bar);
     painter->setPen(palette.color(QPalette::WindowText));
     painter->drawText(QRectF(bar.left(), bar.top() - lineHeight - 4, barSpace - 20, lineHeight),
                       Qt::AlignLeft | Qt::AlignVCenter, unit);
-    const double from = lowest();
-    const double to = highest();
-    const int ticks = to > from ? std::clamp(int(bar.height() / (2.5 * lineHeight)), 1, 5) : 0;
+    const ColorRange ends = range.value_or(span());
+    int ticks = std::clamp(int(bar.height() / (2.5 * lineHeight)), 1, 5);
+    if (isDifference)
+        ticks = ticks < 4 ? 2 : 4; // with one at 0
+    if (ends.to <= ends.from)
+        ticks = 0;
     for (int tick = 0; tick <= ticks; ++tick) {
         const double share = ticks > 0 ? double(tick) / ticks : 0.5;
         const double y = bar.bottom() - share * bar.height();
         painter->drawLine(QPointF(bar.right(), y), QPointF(bar.right() + 4, y));
         painter->drawText(QRectF(bar.right() + 7, y - lineHeight / 2, 60, lineHeight),
-                          Qt::AlignLeft | Qt::AlignVCenter, valueText(from + share * (to - from)));
+                          Qt::AlignLeft | Qt::AlignVCenter,
+                          valueText(ends.from + share * (ends.to - ends.from)));
     }
 }
 
@@ -175,8 +192,7 @@ void PlatePicture::paint(QPainter *painter, const QRectF &area, const QPalette &
     paintNames(painter, grid, palette);
     const double gap = std::max(0.5, grid.cell * 0.07);
     const double width = std::clamp(grid.cell * 0.08, 1.5, 3.0);
-    const double from = lowest();
-    const double span = highest() - from;
+    const ColorRange ends = range.value_or(span());
     for (int well = 0; well < rows * columns; ++well) {
         const double value = values.value(well, NAN);
         const QRectF cell = wellRect(well, area);
@@ -193,7 +209,7 @@ void PlatePicture::paint(QPainter *painter, const QRectF &area, const QPalette &
             painter->drawEllipse(circle);
             circle.adjust(width, width, -width, -width);
         }
-        paintWell(painter, circle, value, span > 0 ? (value - from) / span : 0.5, palette);
+        paintWell(painter, circle, value, ends.share(value), palette);
         if (well == current) {
             painter->setPen(QPen(palette.color(QPalette::WindowText), width));
             painter->setBrush(Qt::NoBrush);

@@ -13,6 +13,16 @@ class QPainter;
 
 namespace qelworkbench {
 
+/// The values at the two ends of a colour bar.
+struct ColorRange
+{
+    double from = 0;
+    double to = 0;
+
+    /// Where `value` lies in it, from 0 to 1; the middle where the range is empty.
+    double share(double value) const;
+};
+
 /// A plate as it is drawn: on the screen by PlateView, into files by the exports.
 ///
 /// Wells are circles in the colour of their value, beside a colour bar. A well that was not
@@ -28,6 +38,11 @@ public:
     QString unit;
     QString title;
     std::optional<double> maximum; ///< of the detector, in `unit`
+    /// Whether the values are what lies between two plates: white is 0, and the colour bar reaches
+    /// as far below it as above.
+    bool isDifference = false;
+    std::optional<ColorRange>
+        range; ///< what the colour bar spans; unless set, what the values span
     /// What each well holds, as a ring's colour, row by row; empty, or invalid colours, for none.
     QVector<QColor> rings;
     QVector<QString> contents; ///< the same in words; empty texts for none
@@ -46,9 +61,8 @@ public:
     /// Whether a value has no place on the colour bar because the detector ended.
     bool isSaturated(double value) const;
 
-    /// The finite values that are not saturated lie between these.
-    double lowest() const;
-    double highest() const;
+    /// What the finite values that are not saturated lie between; around 0 for a difference.
+    ColorRange span() const;
 
 private:
     struct Grid
@@ -57,6 +71,7 @@ private:
         double cell = 0; // width and height
     };
     Grid gridIn(const QRectF &area) const;
+    QColor color(double share) const;
     void paintWell(QPainter *painter, const QRectF &circle, double value, double share,
                    const QPalette &palette) const;
     void paintNames(QPainter *painter, const Grid &grid, const QPalette &palette) const;

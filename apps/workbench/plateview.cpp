@@ -68,6 +68,7 @@ void PlateView::setPicture(const PlatePicture &picture)
     }
     update();
     announce();
+    Q_EMIT pictureChanged();
 }
 
 const PlatePicture &PlateView::picture() const
@@ -115,9 +116,11 @@ QString PlateView::wellText(int well) const
         return text("qelworkbench-well-not-measured", name);
     const QString number = QStringLiteral("%1 %2").arg(valueText(value), m_picture.unit).trimmed();
     const QString content = m_picture.contents.value(well);
-    return (m_picture.isSaturated(value) ? text("qelworkbench-well-saturated", name, number)
-                                         : text("qelworkbench-well-value", name, number))
-        + (content.isEmpty() ? QString() : QStringLiteral("  ·  ") + content);
+    QString fact = text("qelworkbench-well-value", name, number);
+    if (m_picture.isSaturated(value))
+        fact = m_picture.isDifference ? text("qelworkbench-well-no-difference", name)
+                                      : text("qelworkbench-well-saturated", name, number);
+    return content.isEmpty() ? fact : fact + QStringLiteral("  ·  ") + content;
 }
 
 QSize PlateView::sizeHint() const
@@ -208,9 +211,13 @@ void PlateView::mouseMoveEvent(QMouseEvent *event)
     announce();
 }
 
-void PlateView::mouseReleaseEvent(QMouseEvent *)
+void PlateView::mouseReleaseEvent(QMouseEvent *event)
 {
+    if (event->button() != Qt::LeftButton)
+        return;
     m_isDragging = false;
+    if (m_selection.contains(true))
+        Q_EMIT picked();
 }
 
 void PlateView::leaveEvent(QEvent *)

@@ -39,6 +39,9 @@ public:
 
 Q_SIGNALS:
     void selectionChanged();
+    /// The mouse has selected wells, and its button is up again.
+    void picked();
+    void pictureChanged();
     /// currentWell() is another one, or holds another value.
     void currentChanged();
 

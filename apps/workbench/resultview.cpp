@@ -1,28 +1,26 @@
 #include "resultview.h"
 
 #include "curves.h"
+#include "exportmenu.h"
+#include "layoutmenu.h"
 #include "plaintext.h"
 #include "plateview.h"
-#include "statistics.h"
+#include "resultpictures.h"
 #include "text.h"
+#include "wellfacts.h"
 
 #include <qelfrontend/wells.h>
 
 #include <QtCore/QDir>
 #include <QtCore/QEvent>
-#include <QtCore/QJsonDocument>
-#include <QtCore/QSettings>
-#include <QtCore/QStandardPaths>
 #include <QtGui/QClipboard>
+#include <QtGui/QKeyEvent>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QCheckBox>
 #include <QtWidgets/QComboBox>
-#include <QtWidgets/QFileDialog>
 #include <QtWidgets/QHBoxLayout>
 #include <QtWidgets/QHeaderView>
-#include <QtWidgets/QInputDialog>
 #include <QtWidgets/QLabel>
-#include <QtWidgets/QMenu>
 #include <QtWidgets/QPushButton>
 #include <QtWidgets/QSlider>
 #include <QtWidgets/QStackedWidget>
@@ -33,40 +31,20 @@
 
 namespace qelworkbench {
 
-namespace {
-
-struct Way
-{
-    ExportFormat format;
-    const char *title;
-};
-
-constexpr Way ways[] = {
-    {ExportFormat::Spreadsheet, "qelworkbench-export-xlsx"},
-    {ExportFormat::TidyCsv, "qelworkbench-export-tidy"},
-    {ExportFormat::PlateCsv, "qelworkbench-export-plate"},
-    {ExportFormat::Json, "qelworkbench-export-json"},
-    {ExportFormat::Png, "qelworkbench-export-png"},
-    {ExportFormat::Svg, "qelworkbench-export-svg"},
-};
-
-} // namespace
-
 ResultView::ResultView(QWidget *parent)
     : QWidget(parent)
     , m_blank(new QCheckBox(this))
+    , m_brushButton(new QPushButton(this))
     , m_layoutButton(new QPushButton(this))
-    , m_layoutMenu(new QMenu(this))
-    , m_menu(new QMenu(this))
+    , m_layoutMenu(new LayoutMenu(this))
+    , m_exportMenu(new ExportMenu(this))
     , m_pages(new QStackedWidget(this))
     , m_plain(new QLabel(this))
     , m_tabs(new QTabWidget(this))
     , m_plate(new PlateView(this))
     , m_table(new QTableWidget(this))
     , m_curves(new Curves(this))
-    , m_well(new QLabel(this))
-    , m_statistics(new QLabel(this))
-    , m_legend(new QLabel(this))
+    , m_facts(new WellFacts(m_plate, this))
 {
     setObjectName(QStringLiteral("result"));
     m_plate->setObjectName(QStringLiteral("plate"));
@@ -74,9 +52,6 @@ ResultView::ResultView(QWidget *parent)
     m_plain->setWordWrap(true);
     m_plain->setTextInteractionFlags(Qt::TextSelectableByMouse);
     m_table->setEditTriggers(QAbstractItemView::NoEditTriggers);
-    m_well->setObjectName(QStringLiteral("well"));
-    m_statistics->setObjectName(QStringLiteral("statistics"));
-    m_statistics->setWordWrap(true);
     m_tabs->addTab(m_plate, QString());
     m_tabs->addTab(m_table, QString());
     m_tabs->addTab(m_curves, QString());
@@ -87,27 +62,33 @@ ResultView::ResultView(QWidget *parent)
     layout->setContentsMargins({});
     layout->addWidget(makeHeader());
     layout->addWidget(m_tabs, 1);
-    auto *foot = new QHBoxLayout;
-    foot->addWidget(m_well);
-    foot->addStretch();
-    foot->addWidget(m_legend);
-    layout->addLayout(foot);
-    layout->addWidget(m_statistics);
+    layout->addWidget(m_facts);
     m_pages->addWidget(m_plain);
     m_pages->addWidget(shown);
     auto *all = new QVBoxLayout(this);
     all->setContentsMargins({});
     all->addWidget(m_pages);
 
+    connectAll();
+    clear();
+    retranslate();
+}
+
+void ResultView::connectAll()
+{
     connect(m_read, QOverload<int>::of(&QComboBox::currentIndexChanged), this,
             &ResultView::showRun);
     connect(m_run, &QSlider::valueChanged, this, &ResultView::showRun);
     connect(m_blank, &QCheckBox::toggled, this, &ResultView::showRun);
     connect(m_copy, &QPushButton::clicked, this, &ResultView::copy);
-    connect(m_plate, &PlateView::selectionChanged, this, &ResultView::showSelection);
-    connect(m_plate, &PlateView::currentChanged, this, &ResultView::showCurrentWell);
-    clear();
-    retranslate();
+    connect(m_plate, &PlateView::selectionChanged, this, &ResultView::showCurves);
+    connect(m_plate, &PlateView::picked, this, &ResultView::paintContent);
+    connect(m_brushButton, &QPushButton::clicked, this, &ResultView::stopPainting);
+    connect(m_layoutMenu, &LayoutMenu::contentChosen, this, &ResultView::setContent);
+    connect(m_layoutMenu, &LayoutMenu::layoutChosen, this, &ResultView::setLayoutOfWells);
+    connect(m_layoutMenu, &LayoutMenu::failed, this,
+            [this](const QString &problem) { Q_EMIT said(problem, true); });
+    connect(m_exportMenu, &ExportMenu::wanted, this, &ResultView::exportAs);
 }
 
 QWidget *ResultView::makeHeader()
@@ -135,9 +116,10 @@ QWidget *ResultView::makeHeader()
     m_copy->setObjectName(QStringLiteral("copy"));
     m_export = new QPushButton(header);
     m_export->setObjectName(QStringLiteral("export"));
-    m_export->setMenu(m_menu);
+    m_export->setMenu(m_exportMenu);
 
     m_blank->setObjectName(QStringLiteral("blank"));
+    m_brushButton->setObjectName(QStringLiteral("brush"));
     m_layoutButton->setObjectName(QStringLiteral("layout"));
     m_layoutButton->setMenu(m_layoutMenu);
 
@@ -152,6 +134,7 @@ QWidget *ResultView::makeHeader()
     controls->addWidget(m_run);
     controls->addStretch();
     controls->addWidget(m_blank);
+    controls->addWidget(m_brushButton);
     controls->addWidget(m_layoutButton);
     auto *layout = new QVBoxLayout(header);
     layout->setContentsMargins({});
@@ -162,41 +145,11 @@ QWidget *ResultView::makeHeader()
     return header;
 }
 
-void ResultView::makeExportMenu()
-{
-    m_menu->clear();
-    for (const Way &way : ways) {
-        QAction *action = m_menu->addAction(text(way.title));
-        connect(action, &QAction::triggered, this, [this, &way] { exportAs(way.format); });
-    }
-}
-
-void ResultView::makeLayoutMenu()
-{
-    m_layoutMenu->clear();
-    const auto add = [this](const QString &title, auto what) {
-        connect(m_layoutMenu->addAction(title), &QAction::triggered, this, what);
-    };
-    for (const char *content : {"sample", "blank", "control"}) {
-        const QString name = QString::fromLatin1(content);
-        add(contentTitle(name), [this, name] { setContent(name); });
-    }
-    add(text("qelworkbench-layout-standard"), [this] { askForStandard(); });
-    add(text("qelworkbench-layout-nothing"), [this] { setContent(QString()); });
-    m_layoutMenu->addSeparator();
-    add(text("qelworkbench-layout-last"), [this] {
-        const QSettings settings;
-        const auto last = settings.value(QStringLiteral("lastLayout")).toJsonObject();
-        setLayoutOfWells(
-            PlateLayout::fromJson(last, m_plate->picture().rows, m_plate->picture().columns));
-    });
-    add(text("qelworkbench-layout-csv"), [this] { askForLayout(); });
-}
-
 void ResultView::setContent(const QString &content)
 {
     if (!m_plate->selection().contains(true)) {
-        Q_EMIT said(text("qelworkbench-layout-select"), false);
+        m_brush = content;
+        showBrush();
         return;
     }
     PlateLayout layout = m_layout;
@@ -204,40 +157,36 @@ void ResultView::setContent(const QString &content)
     setLayoutOfWells(layout);
 }
 
-void ResultView::askForStandard()
+void ResultView::paintContent()
 {
-    bool isGiven = false;
-    const double concentration =
-        QInputDialog::getDouble(this, text("qelworkbench-layout-standard"),
-                                text("qelworkbench-layout-concentration"), 1, 0, 1e12, 4, &isGiven);
-    if (isGiven)
-        setContent(QStringLiteral("standard ") + QString::number(concentration, 'g', 12));
-}
-
-void ResultView::askForLayout()
-{
-    const QString path = QFileDialog::getOpenFileName(this, text("qelworkbench-layout-csv"),
-                                                      QString(), QStringLiteral("*.csv"));
-    if (!path.isEmpty())
-        loadLayout(path);
-}
-
-void ResultView::loadLayout(const QString &path)
-{
-    QFile file(path);
-    QString problem;
-    if (!file.open(QIODevice::ReadOnly)) {
-        Q_EMIT said(
-            text("qelworkbench-cannot-read", QDir::toNativeSeparators(path), file.errorString()),
-            true);
+    if (!m_brush)
         return;
-    }
-    const auto layout = PlateLayout::fromCsv(file.readAll(), m_plate->picture().rows,
-                                             m_plate->picture().columns, &problem);
-    if (layout)
-        setLayoutOfWells(*layout);
+    setContent(*m_brush);
+    m_plate->setSelection(QVector<bool>(m_plate->selection().size()));
+}
+
+void ResultView::stopPainting()
+{
+    m_brush.reset();
+    showBrush();
+}
+
+void ResultView::showBrush()
+{
+    m_brushButton->setVisible(m_brush.has_value());
+    m_plate->setCursor(m_brush ? Qt::CrossCursor : Qt::ArrowCursor);
+    if (m_brush)
+        m_brushButton->setText(text("qelworkbench-layout-painting",
+                                    m_brush->isEmpty() ? text("qelworkbench-layout-nothing")
+                                                       : contentTitle(*m_brush)));
+}
+
+void ResultView::keyPressEvent(QKeyEvent *event)
+{
+    if (event->key() == Qt::Key_Escape && m_brush)
+        stopPainting();
     else
-        Q_EMIT said(problem, true);
+        QWidget::keyPressEvent(event);
 }
 
 void ResultView::setLayoutOfWells(const PlateLayout &layout)
@@ -247,15 +196,15 @@ void ResultView::setLayoutOfWells(const PlateLayout &layout)
     m_layout = layout;
     Entry &entry = m_results.first().entry;
     entry.layout = layout.toJson();
-    QSettings().setValue(QStringLiteral("lastLayout"), entry.layout);
+    LayoutMenu::remember(layout);
     Q_EMIT layoutChanged(entry.file, entry.layout);
     showRun();
 }
 
 void ResultView::retranslate()
 {
-    makeExportMenu();
-    makeLayoutMenu();
+    showBrush();
+    m_brushButton->setToolTip(text("qelworkbench-layout-painting-tip"));
     m_blank->setText(text("qelworkbench-subtract-blanks"));
     m_layoutButton->setText(text("qelworkbench-layout"));
     m_readLabel->setText(text("qelworkbench-read"));
@@ -283,6 +232,7 @@ void ResultView::changeEvent(QEvent *event)
 void ResultView::clear(const QString &hint)
 {
     m_results.clear();
+    stopPainting();
     m_plain->setText(hint);
     m_pages->setCurrentIndex(0);
 }
@@ -309,6 +259,10 @@ void ResultView::setResults(const QVector<Result> &results)
         clear();
         return;
     }
+    const bool isSameRun = !m_results.isEmpty()
+        && m_results.constFirst().entry.file == results.constFirst().entry.file;
+    if (!isSameRun)
+        stopPainting();
     m_results = results;
     const int read = std::max(0, m_read->currentIndex());
     const QSignalBlocker blockRead(m_read);
@@ -330,6 +284,7 @@ void ResultView::setResults(const QVector<Result> &results)
     if (const auto &plate = m_results.constLast().run.plate) {
         m_layout =
             PlateLayout::fromJson(m_results.constFirst().entry.layout, plate->rows, plate->columns);
+        m_layoutMenu->setPlate(plate->rows, plate->columns);
     }
     showRun();
 }
@@ -359,34 +314,22 @@ void ResultView::showRun()
     m_runLabel->setText(text("qelworkbench-run-of", QString::number(m_run->value() + 1),
                              QString::number(m_results.size())));
 
-    m_plate->setPicture(pictureOf(*result));
+    m_plate->setPicture(shownPicture(*result));
     fillTable();
-    showSelection();
+    showCurves();
+    m_exportMenu->setFileName(result->entry.name.isEmpty()
+                                  ? QFileInfo(result->entry.file).completeBaseName()
+                                  : result->entry.name);
 }
 
 // The values as they were measured, or above the blanks if that is wanted and can be told.
-PlatePicture ResultView::pictureOf(const Result &result)
+PlatePicture ResultView::shownPicture(const Result &result)
 {
-    PlatePicture picture;
-    picture.rows = result.run.plate->rows;
-    picture.columns = result.run.plate->columns;
-    picture.values = result.run.plate->reads.value(std::max(0, m_read->currentIndex())).values;
-    picture.unit = result.run.plate->unit;
-    picture.maximum = result.run.plate->maximum;
-    picture.rings = m_layout.colors();
-    for (int well = 0; well < picture.values.size(); ++well)
-        picture.contents.append(contentTitle(m_layout.content(well)));
-    const auto blank = m_layout.blank(picture.values, result.run.plate->maximum);
+    const PlatePicture measured = pictureOf(result, std::max(0, m_read->currentIndex()), m_layout);
+    const auto blank = m_layout.blank(measured.values, measured.maximum);
     m_blank->setEnabled(blank.has_value());
     m_blank->setToolTip(text(blank ? "qelworkbench-blank-tip" : "qelworkbench-no-blank-tip"));
-    if (blank && m_blank->isChecked()) {
-        for (double &value : picture.values)
-            value -= *blank;
-        if (picture.maximum)
-            *picture.maximum -= *blank;
-        picture.unit = text("qelworkbench-above-blank", picture.unit);
-    }
-    return picture;
+    return blank && m_blank->isChecked() ? aboveBlank(measured, *blank) : measured;
 }
 
 void ResultView::fillTable()
@@ -411,52 +354,13 @@ void ResultView::fillTable()
         fontMetrics().horizontalAdvance(QStringLiteral("≥ 8888888.8")));
 }
 
-void ResultView::showSelection()
+void ResultView::showCurves()
 {
-    const Result *result = current();
-    if (!result || !result->run.plate)
-        return;
-    const QVector<bool> &selection = m_plate->selection();
-    const Statistics numbers =
-        statisticsOf(m_plate->picture().values, selection, m_plate->picture().maximum);
-    const QString unit = m_plate->picture().unit;
-    QStringList parts{text(selection.contains(true) ? "qelworkbench-statistics-selected"
-                                                    : "qelworkbench-statistics-all",
-                           QString::number(numbers.count))};
-    // With saturated wells the mean is only a limit, and the deviation means nothing.
-    const bool isLimit = numbers.saturated > 0;
-    if (numbers.count > 0) {
-        parts.append(text("qelworkbench-statistics-mean",
-                          (isLimit ? QStringLiteral("≥ ") : QString()) + valueText(numbers.mean),
-                          unit));
-    }
-    if (numbers.deviation && !isLimit)
-        parts.append(
-            text("qelworkbench-statistics-deviation", valueText(*numbers.deviation), unit));
-    if (numbers.variation && !isLimit)
-        parts.append(text("qelworkbench-statistics-variation",
-                          QLocale().toString(*numbers.variation * 100, 'f', 1)));
-    m_statistics->setText(parts.join(QStringLiteral("   ")));
-    QStringList marks;
-    if (numbers.saturated > 0)
-        marks.append(text("qelworkbench-legend-saturated", QString::number(numbers.saturated)));
-    if (numbers.notMeasured > 0)
-        marks.append(
-            text("qelworkbench-legend-not-measured", QString::number(numbers.notMeasured)));
-    m_legend->setText(marks.join(QStringLiteral("   ")));
-
-    QVector<bool> wells = selection;
+    QVector<bool> wells = m_plate->selection();
     if (!wells.contains(true) && !wells.isEmpty())
         wells[0] = true;
     if (m_results.size() > 1)
         m_curves->show(m_results, std::max(0, m_read->currentIndex()), wells);
-    showCurrentWell();
-}
-
-void ResultView::showCurrentWell()
-{
-    const QString well = m_plate->wellText(m_plate->currentWell());
-    m_well->setText(well.isEmpty() ? text("qelworkbench-well-hint") : well);
 }
 
 void ResultView::copy()
@@ -467,29 +371,10 @@ void ResultView::copy()
     Q_EMIT said(text("qelworkbench-copied"), false);
 }
 
-void ResultView::exportAs(ExportFormat format)
+void ResultView::exportAs(ExportFormat format, const QString &path)
 {
-    const Result *result = current();
-    if (!result)
+    if (!current())
         return;
-    QSettings settings;
-    const QString key = QStringLiteral("exportFolder");
-    const QString folder =
-        settings.value(key, QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation))
-            .toString();
-    QString stem = result->entry.name.isEmpty() ? QFileInfo(result->entry.file).completeBaseName()
-                                                : result->entry.name;
-    stem.replace(QLatin1Char('/'), QLatin1Char('-'));
-    const QString suffix = suffixOf(format);
-    QString path =
-        QFileDialog::getSaveFileName(this, text("qelworkbench-export"),
-                                     folder + QLatin1Char('/') + stem + QLatin1Char('.') + suffix,
-                                     QStringLiteral("*.") + suffix);
-    if (path.isEmpty())
-        return;
-    if (QFileInfo(path).suffix().isEmpty())
-        path += QLatin1Char('.') + suffix;
-    settings.setValue(key, QFileInfo(path).path());
     PlatePicture picture = m_plate->picture();
     picture.title = m_title->text() + QStringLiteral("  ·  ") + m_subtitle->text();
     QString problem;

@@ -7,10 +7,11 @@
 
 #include <QtWidgets/QWidget>
 
+#include <optional>
+
 class QCheckBox;
 class QComboBox;
 class QLabel;
-class QMenu;
 class QPushButton;
 class QSlider;
 class QStackedWidget;
@@ -20,7 +21,10 @@ class QTabWidget;
 namespace qelworkbench {
 
 class Curves;
+class ExportMenu;
+class LayoutMenu;
 class PlateView;
+class WellFacts;
 
 /// A result to look at: the plate as a picture and as a table, a series as curves, the statistics
 /// of the selected wells, and the ways out of the window.
@@ -39,13 +43,13 @@ public:
     const QVector<Result> &results() const;
     PlateView *plateView() const;
 
-    /// Exports what is shown to a file that the operator chooses.
-    void exportAs(ExportFormat format);
+    /// Exports what is shown.
+    void exportAs(ExportFormat format, const QString &path);
     void copy();
-    /// Says what the selected wells hold; an empty text takes it back.
+    /// Says what the selected wells hold; an empty text takes it back. When none is selected, the
+    /// wells that are dragged over from now on hold it, until stopPainting().
     void setContent(const QString &content);
-    /// Takes the layout of a file in the `plater` format.
-    void loadLayout(const QString &path);
+    void stopPainting();
 
 Q_SIGNALS:
     /// What the wells of the run `file` hold has been changed.
@@ -55,24 +59,24 @@ Q_SIGNALS:
 
 protected:
     void changeEvent(QEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
 
 private:
     QWidget *makeHeader();
-    void makeExportMenu();
-    void makeLayoutMenu();
-    void askForStandard();
-    void askForLayout();
+    void connectAll();
+    void paintContent();
+    void showBrush();
     void setLayoutOfWells(const PlateLayout &layout);
-    PlatePicture pictureOf(const Result &result);
+    PlatePicture shownPicture(const Result &result);
     void retranslate();
     void showRun();
-    void showSelection();
-    void showCurrentWell();
+    void showCurves();
     void fillTable();
     const Result *current() const;
 
     QVector<Result> m_results;
     PlateLayout m_layout;
+    std::optional<QString> m_brush; // what the wells hold that are dragged over
     QLabel *m_title;
     QLabel *m_subtitle;
     QLabel *m_readLabel;
@@ -80,20 +84,19 @@ private:
     QLabel *m_runLabel;
     QSlider *m_run;
     QCheckBox *m_blank;
+    QPushButton *m_brushButton;
     QPushButton *m_layoutButton;
-    QMenu *m_layoutMenu;
+    LayoutMenu *m_layoutMenu;
     QPushButton *m_copy;
     QPushButton *m_export;
-    QMenu *m_menu;
+    ExportMenu *m_exportMenu;
     QStackedWidget *m_pages;
     QLabel *m_plain; // what is no plate, or a hint
     QTabWidget *m_tabs;
     PlateView *m_plate;
     QTableWidget *m_table;
     Curves *m_curves;
-    QLabel *m_well;
-    QLabel *m_statistics;
-    QLabel *m_legend;
+    WellFacts *m_facts;
 };
 
 } // namespace qelworkbench

@@ -18,7 +18,7 @@ Statistics statisticsOf(const QVector<double> &values, const QVector<bool> &sele
             ++statistics.notMeasured;
             continue;
         }
-        if (maximum && value >= *maximum)
+        if ((maximum && value >= *maximum) || value == INFINITY)
             ++statistics.saturated;
         if (std::isinf(value))
             continue;

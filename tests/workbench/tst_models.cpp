@@ -1,11 +1,12 @@
 #include "harness.h"
 
+#include <colorscales.h>
 #include <exports.h>
 #include <history.h>
 #include <platelayout.h>
 #include <plateview.h>
+#include <resultpictures.h>
 #include <statistics.h>
-#include <viridis.h>
 
 #include <qelfrontend/frontend.h>
 #include <qelfrontend/wells.h>
@@ -56,6 +57,9 @@ private Q_SLOTS:
     void initTestCase();
     void statistics();
     void palette();
+    void differences();
+    void differencesRefused();
+    void sharedColors();
     void storeReadsBack();
     void storeRefusesDamage();
     void storeFailsWithSentence();
@@ -107,6 +111,74 @@ void TestModels::palette()
     // Brighter with every step, so that it is read in grey, too.
     for (int step = 1; step <= 50; ++step)
         QVERIFY(qGray(viridis(step / 50.0).rgb()) >= qGray(viridis((step - 1) / 50.0).rgb()));
+    // Darker to both sides, blue below the middle and red above.
+    for (int step = 1; step <= 25; ++step) {
+        const QColor below = blueToRed(0.5 - step / 50.0);
+        const QColor above = blueToRed(0.5 + step / 50.0);
+        QVERIFY(below.blue() > below.red() && above.red() > above.blue());
+        QVERIFY(qGray(below.rgb()) < qGray(blueToRed(0.5 - (step - 1) / 50.0).rgb()));
+        QVERIFY(qGray(above.rgb()) < qGray(blueToRed(0.5 + (step - 1) / 50.0).rgb()));
+    }
+}
+
+static PlatePicture picture(int columns, const QVector<double> &values)
+{
+    PlatePicture picture;
+    picture.rows = 1;
+    picture.columns = columns;
+    picture.values = values;
+    picture.unit = QStringLiteral("OD");
+    picture.maximum = 4.0;
+    return picture;
+}
+
+void TestModels::differences()
+{
+    QString problem;
+    const auto between = difference(picture(6, {1, 2, notMeasured, 4, 1, 4}),
+                                    picture(6, {3, 1.5, 1, 1, INFINITY, notMeasured}), &problem);
+    QVERIFY2(between, qPrintable(problem));
+    QCOMPARE(between->values[0], 2.0);
+    QCOMPARE(between->values[1], -0.5);
+    QVERIFY(std::isnan(between->values[2]) && std::isnan(between->values[5]));
+    // As large as the maximum or more on either plate: nobody knows what lies between them.
+    QVERIFY(between->isSaturated(between->values[3]) && between->isSaturated(between->values[4]));
+    QCOMPARE(between->span().from, -2.0);
+    QCOMPARE(between->span().to, 2.0);
+    QCOMPARE(between->span().share(0), 0.5);
+    QVERIFY(!between->isSaturated(2.0)); // of the detector nothing can be told any more
+    const Statistics numbers = statisticsOf(between->values, {}, between->maximum);
+    QCOMPARE(numbers.count, 2);
+    QCOMPARE(numbers.notMeasured, 2);
+    QCOMPARE(numbers.saturated, 2);
+}
+
+void TestModels::differencesRefused()
+{
+    QString problem;
+    QVERIFY(!difference(picture(2, {1, 2}), picture(3, {1, 2, 3}), &problem));
+    QVERIFY2(problem.contains("2") && problem.contains("3"), qPrintable(problem));
+    PlatePicture light = picture(2, {1, 2});
+    light.unit = QStringLiteral("counts/s");
+    QVERIFY(!difference(picture(2, {1, 2}), light, &problem));
+    QVERIFY2(problem.contains("counts/s"), qPrintable(problem));
+}
+
+void TestModels::sharedColors()
+{
+    PlatePicture one = picture(3, {1, 2, 4}); // 4 is saturated
+    PlatePicture other = picture(3, {0.5, 1.5, notMeasured});
+    PlatePicture empty = picture(1, {notMeasured});
+    shareColors(&one, &other);
+    QCOMPARE(one.range->from, 0.5);
+    QCOMPARE(one.range->to, 2.0);
+    QCOMPARE(other.range->share(1.25), 0.5);
+    shareColors(&empty, &one);
+    QCOMPARE(empty.range->from, 1.0);
+    PlatePicture light = picture(1, {7});
+    light.unit = QStringLiteral("counts/s");
+    shareColors(&light, &other);
+    QVERIFY(!light.range);
 }
 
 void TestModels::storeReadsBack()

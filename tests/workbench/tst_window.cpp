@@ -47,6 +47,8 @@ private Q_SLOTS:
     void init();
     void cleanup();
     void firstMeasurement();
+    void comparison();
+    void contentIsPainted();
     void byKeyboardAlone();
     void wrongInput();
     void actionConfirmedAndRefused();
@@ -141,6 +143,74 @@ void TestWindow::firstMeasurement()
     history->selectRow(0);
     QCOMPARE(m_bench->find<PlateView>("plate")->picture().values, measured);
     QCOMPARE(m_bench->find<PlateView>("plate")->picture().contents[0], "Blank");
+}
+
+void TestWindow::comparison()
+{
+    m_bench->setUpOne("absorbance-96");
+    m_bench->open();
+    for (int run = 1; run <= 2; ++run) {
+        start();
+        QTRY_COMPARE(kept(), run);
+    }
+    m_bench->find<QTabWidget>("panes")->setCurrentIndex(1);
+    auto *history = m_bench->find<QTableView>("history");
+    history->selectRow(0);
+    const QVector<double> latest = m_bench->find<PlateView>("plate")->picture().values;
+    history->setFocus();
+    QTest::keyClick(history, Qt::Key_Down, Qt::ShiftModifier);
+    auto *one = m_bench->find<PlateView>("plateA");
+    auto *other = m_bench->find<PlateView>("plateB");
+    QVERIFY(one->isVisible() && other->isVisible());
+    QCOMPARE(other->picture().values, latest);
+    QVERIFY(one->picture().values != latest);
+    QCOMPARE(one->picture().range->to, other->picture().range->to);
+    QVector<bool> wells(96);
+    wells[13] = true;
+    other->setSelection(wells);
+    other->setCurrentWell(13);
+    QCOMPARE(one->selection(), wells);
+    QCOMPARE(one->currentWell(), 13);
+    m_bench->find<QTabWidget>("comparison")->setCurrentIndex(1);
+    auto *between = m_bench->find<PlateView>("plateDifference");
+    QVERIFY(between->isVisible());
+    QCOMPARE(between->picture().values[13],
+             other->picture().values[13] - one->picture().values[13]);
+    QTest::mouseClick(history->viewport(), Qt::LeftButton, {},
+                      history->visualRect(history->model()->index(1, 0)).center());
+    QVERIFY(m_bench->find<PlateView>("plate")->isVisible());
+}
+
+void TestWindow::contentIsPainted()
+{
+    m_bench->setUpOne("absorbance-96");
+    m_bench->open();
+    start();
+    QTRY_COMPARE(kept(), 1);
+    auto *plate = m_bench->find<PlateView>("plate");
+    const auto drag = [plate](int from, int to) {
+        const auto center = [plate](int well) {
+            return plate->picture().wellRect(well, plate->rect()).center().toPoint();
+        };
+        QTest::mousePress(plate, Qt::LeftButton, {}, center(from));
+        QMouseEvent move(QEvent::MouseMove, center(to), Qt::NoButton, Qt::LeftButton,
+                         Qt::NoModifier);
+        QApplication::sendEvent(plate, &move);
+        QTest::mouseRelease(plate, Qt::LeftButton, {}, center(to));
+    };
+    m_bench->find<ResultView>("result")->setContent("blank");
+    QVERIFY(m_bench->find<QPushButton>("brush")->isVisible());
+    drag(0, 84); // a column
+    drag(1, 1);
+    QCOMPARE(plate->picture().contents.count("Blank"), 9);
+    QVERIFY(!plate->selection().contains(true));
+    const auto inHistory = [this] { return m_bench->window()->history()->runs(0)[0].layout; };
+    QCOMPARE(inHistory().value("blank").toString(), "A1:A2,B1,C1,D1,E1,F1,G1,H1");
+    QTest::keyClick(plate, Qt::Key_Escape);
+    QVERIFY(!m_bench->find<QPushButton>("brush")->isVisible());
+    drag(5, 17);
+    QCOMPARE(plate->picture().contents.count("Blank"), 9);
+    QCOMPARE(plate->selection().count(true), 2);
 }
 
 void TestWindow::byKeyboardAlone()

@@ -143,6 +143,30 @@
         <source></source>
         <translation>Kavität</translation>
     </message>
+    <message id="qelworkbench-compare-difference">
+        <source></source>
+        <translation>B minus A. %1. %2</translation>
+    </message>
+    <message id="qelworkbench-compare-nothing">
+        <source></source>
+        <translation>Diese beiden lassen sich nicht vergleichen: Sie haben keine Lesung einer Platte gemeinsam.</translation>
+    </message>
+    <message id="qelworkbench-compare-plate">
+        <source></source>
+        <translation>Platte %1</translation>
+    </message>
+    <message id="qelworkbench-compare-run">
+        <source></source>
+        <translation>Durchgang %1</translation>
+    </message>
+    <message id="qelworkbench-compare-sizes">
+        <source></source>
+        <translation>Zwischen einer Platte mit %1 und einer mit %2 Kavitäten gibt es keine Differenz.</translation>
+    </message>
+    <message id="qelworkbench-compare-units">
+        <source></source>
+        <translation>Zwischen Werten in %1 und in %2 gibt es keine Differenz.</translation>
+    </message>
     <message id="qelworkbench-confirm">
         <source></source>
         <translation>Erledigt, weiter</translation>
@@ -333,7 +357,7 @@
     </message>
     <message id="qelworkbench-history-hint">
         <source></source>
-        <translation>Wählen Sie eine Messung aus, um sie anzusehen.</translation>
+        <translation>Wählen Sie eine Messung, um sie zu sehen, oder mit Strg zwei, um sie zu vergleichen.</translation>
     </message>
     <message id="qelworkbench-inspect">
         <source></source>
@@ -385,9 +409,13 @@ Seriennummer: %2
         <source></source>
         <translation>Nichts</translation>
     </message>
-    <message id="qelworkbench-layout-select">
+    <message id="qelworkbench-layout-painting">
         <source></source>
-        <translation>Wählen Sie zuerst die Kavitäten: Ziehen Sie mit der Maus über sie.</translation>
+        <translation>Ziehen setzt: %1 – beenden</translation>
+    </message>
+    <message id="qelworkbench-layout-painting-tip">
+        <source></source>
+        <translation>Die Kavitäten, über die Sie ziehen, enthalten das. Auch Escape beendet es.</translation>
     </message>
     <message id="qelworkbench-layout-shape">
         <source></source>
@@ -734,6 +762,10 @@ Das Ergebnis erscheint hier.</translation>
         <source></source>
         <translation>Kurven</translation>
     </message>
+    <message id="qelworkbench-tab-difference">
+        <source></source>
+        <translation>Differenz</translation>
+    </message>
     <message id="qelworkbench-tab-history">
         <source></source>
         <translation>Verlauf</translation>
@@ -749,6 +781,10 @@ Das Ergebnis erscheint hier.</translation>
     <message id="qelworkbench-tab-plate">
         <source></source>
         <translation>Platte</translation>
+    </message>
+    <message id="qelworkbench-tab-side-by-side">
+        <source></source>
+        <translation>Nebeneinander</translation>
     </message>
     <message id="qelworkbench-tab-table">
         <source></source>
@@ -789,6 +825,10 @@ Das Ergebnis erscheint hier.</translation>
     <message id="qelworkbench-well-hint">
         <source></source>
         <translation>Zeigen Sie auf Kavitäten oder ziehen Sie darüber.</translation>
+    </message>
+    <message id="qelworkbench-well-no-difference">
+        <source></source>
+        <translation>%1: nicht bekannt, auf einer der Platten gesättigt</translation>
     </message>
     <message id="qelworkbench-well-not-measured">
         <source></source>

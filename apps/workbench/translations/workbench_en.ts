@@ -143,6 +143,30 @@
         <source></source>
         <translation>Well</translation>
     </message>
+    <message id="qelworkbench-compare-difference">
+        <source></source>
+        <translation>B less A. %1. %2</translation>
+    </message>
+    <message id="qelworkbench-compare-nothing">
+        <source></source>
+        <translation>These two cannot be compared: they have no read of a plate in common.</translation>
+    </message>
+    <message id="qelworkbench-compare-plate">
+        <source></source>
+        <translation>Plate %1</translation>
+    </message>
+    <message id="qelworkbench-compare-run">
+        <source></source>
+        <translation>run %1</translation>
+    </message>
+    <message id="qelworkbench-compare-sizes">
+        <source></source>
+        <translation>There is no difference between a plate of %1 and one of %2 wells.</translation>
+    </message>
+    <message id="qelworkbench-compare-units">
+        <source></source>
+        <translation>There is no difference between values in %1 and in %2.</translation>
+    </message>
     <message id="qelworkbench-confirm">
         <source></source>
         <translation>Done, go on</translation>
@@ -333,7 +357,7 @@
     </message>
     <message id="qelworkbench-history-hint">
         <source></source>
-        <translation>Select a measurement to see it.</translation>
+        <translation>Select a measurement to see it, or two, with Ctrl, to compare them.</translation>
     </message>
     <message id="qelworkbench-inspect">
         <source></source>
@@ -385,9 +409,13 @@ Serial: %2
         <source></source>
         <translation>Nothing</translation>
     </message>
-    <message id="qelworkbench-layout-select">
+    <message id="qelworkbench-layout-painting">
         <source></source>
-        <translation>Select the wells first: drag over them.</translation>
+        <translation>Dragging sets: %1 – stop</translation>
+    </message>
+    <message id="qelworkbench-layout-painting-tip">
+        <source></source>
+        <translation>The wells that you drag over hold this. Escape stops, too.</translation>
     </message>
     <message id="qelworkbench-layout-shape">
         <source></source>
@@ -734,6 +762,10 @@ The result appears here.</translation>
         <source></source>
         <translation>Curves</translation>
     </message>
+    <message id="qelworkbench-tab-difference">
+        <source></source>
+        <translation>Difference</translation>
+    </message>
     <message id="qelworkbench-tab-history">
         <source></source>
         <translation>History</translation>
@@ -749,6 +781,10 @@ The result appears here.</translation>
     <message id="qelworkbench-tab-plate">
         <source></source>
         <translation>Plate</translation>
+    </message>
+    <message id="qelworkbench-tab-side-by-side">
+        <source></source>
+        <translation>Side by side</translation>
     </message>
     <message id="qelworkbench-tab-table">
         <source></source>
@@ -789,6 +825,10 @@ The result appears here.</translation>
     <message id="qelworkbench-well-hint">
         <source></source>
         <translation>Point at a well, or drag over several.</translation>
+    </message>
+    <message id="qelworkbench-well-no-difference">
+        <source></source>
+        <translation>%1: not known, saturated on one of the plates</translation>
     </message>
     <message id="qelworkbench-well-not-measured">
         <source></source>
