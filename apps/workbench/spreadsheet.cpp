@@ -80,6 +80,7 @@ public:
 
     void writeValues(const QVector<Result> &results);
     void writePlates(const QVector<Result> &results);
+    void writeLayout(const Result &result);
     void writeMetadata(const QVector<Result> &results);
 
 private:
@@ -159,6 +160,25 @@ void Workbook::writePlates(const QVector<Result> &results)
     worksheet_set_column(sheet, 0, 0, 16, nullptr);
 }
 
+// A series has the layout of its first run.
+void Workbook::writeLayout(const Result &result)
+{
+    const Plate &plate = *result.run.plate;
+    const PlateLayout layout =
+        PlateLayout::fromJson(result.entry.layout, plate.rows, plate.columns);
+    if (layout.isEmpty())
+        return;
+    lxw_worksheet *sheet = addSheet("qelworkbench-sheet-layout");
+    for (int column = 0; column < plate.columns; ++column)
+        worksheet_write_number(sheet, 0, lxw_col_t(column + 1), column + 1, m_bold);
+    for (int row = 0; row < plate.rows; ++row) {
+        writeHeader(sheet, row + 1, 0, rowName(row));
+        for (int column = 0; column < plate.columns; ++column)
+            write(sheet, row + 1, column + 1, layout.content(row * plate.columns + column));
+    }
+    worksheet_set_column(sheet, 1, lxw_col_t(plate.columns), 12, nullptr);
+}
+
 void Workbook::writeMetadata(const QVector<Result> &results)
 {
     lxw_worksheet *sheet = addSheet("qelworkbench-sheet-metadata");
@@ -208,6 +228,8 @@ std::optional<QByteArray> spreadsheet(const QVector<Result> &results, QString *p
     Workbook book(QFile::encodeName(file.fileName()));
     book.writeValues(plates);
     book.writePlates(plates);
+    if (!plates.isEmpty())
+        book.writeLayout(plates.constFirst());
     book.writeMetadata(plates);
     const lxw_error error = book.close();
     if (error == LXW_NO_ERROR && file.open(QIODevice::ReadOnly))

@@ -357,22 +357,38 @@ void TestModels::spreadsheetHoldsValues()
     QTemporaryDir folder;
     Store store(folder.path());
     QString problem;
-    const auto result =
+    auto result =
         store.read(*store.entry(*store.keep(record(noon), {}, &problem), &problem), &problem);
     const QString path = folder.filePath("book.xlsx");
-    QVERIFY(exportTo(path, ExportFormat::Spreadsheet, {*result}, {}, &problem));
-    // What a spreadsheet program sees, by way of the archive that the file is.
-    QProcess reader;
-    reader.start("python3",
-                 {"-c",
-                  "import sys, zipfile\n"
-                  "z = zipfile.ZipFile(sys.argv[1])\n"
-                  "for i in (1, 2, 3):\n"
-                  "    print(z.read(f'xl/worksheets/sheet{i}.xml').decode())\n",
-                  path});
-    QVERIFY(reader.waitForFinished());
-    const QByteArray sheets = reader.readAllStandardOutput();
-    QCOMPARE(sheets.count("<v>0.3333333333333333</v>"), 2); // as a line and in the grid
+    // What a spreadsheet program sees, by way of the archive that the file is: a line a cell.
+    const auto cells = [&] {
+        if (!exportTo(path, ExportFormat::Spreadsheet, {*result}, {}, &problem))
+            return QByteArrayList();
+        QProcess reader;
+        reader.start("python3",
+                     {"-c", R"py(
+import re, sys, zipfile
+book = zipfile.ZipFile(sys.argv[1])
+texts = re.findall("<t[^>]*>(.*?)</t>", book.read("xl/sharedStrings.xml").decode())
+names = re.findall('<sheet name="(.*?)"', book.read("xl/workbook.xml").decode())
+for number, name in enumerate(names, 1):
+    sheet = book.read(f"xl/worksheets/sheet{number}.xml").decode()
+    for cell, rest, value in re.findall('<c r="([A-Z0-9]+)"([^>]*)><v>(.*?)</v>', sheet):
+        print(name, cell, texts[int(value)] if 't="s"' in rest else value)
+)py",
+                      path});
+        return reader.waitForFinished() ? reader.readAllStandardOutput().split('\n')
+                                        : QByteArrayList();
+    };
+    const QByteArrayList plain = cells();
+    QVERIFY(plain.contains("Values G6 0.3333333333333333"));
+    QVERIFY(plain.contains("Plates C3 0.3333333333333333"));
+    QVERIFY(plain.contains("Plates B3 4") && !plain.join().contains("Layout"));
+    result->entry.layout = {{"blank", "A2"}, {"standard 12.5", "B3"}};
+    const QByteArrayList withLayout = cells();
+    QVERIFY(withLayout.contains("Layout C2 blank"));
+    QVERIFY(withLayout.contains("Layout D3 standard 12.5"));
+    QVERIFY(withLayout.contains("Plates C3 0.3333333333333333"));
 }
 
 void TestModels::layoutFromCsv()

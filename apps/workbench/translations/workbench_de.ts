@@ -682,6 +682,10 @@ Das Ergebnis erscheint hier.</translation>
         <source></source>
         <translation>Wellenlängen (keine: alle)</translation>
     </message>
+    <message id="qelworkbench-sheet-layout">
+        <source></source>
+        <translation>Belegung</translation>
+    </message>
     <message id="qelworkbench-sheet-metadata">
         <source></source>
         <translation>Zu den Messungen</translation>

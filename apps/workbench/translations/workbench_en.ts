@@ -682,6 +682,10 @@ The result appears here.</translation>
         <source></source>
         <translation>Wavelengths (none: all)</translation>
     </message>
+    <message id="qelworkbench-sheet-layout">
+        <source></source>
+        <translation>Layout</translation>
+    </message>
     <message id="qelworkbench-sheet-metadata">
         <source></source>
         <translation>About the runs</translation>
