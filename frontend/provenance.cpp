@@ -19,9 +19,18 @@ namespace qel::frontend {
 using namespace qel::devices;
 using PluginInfo = DeviceBroker::DevicePluginInfo;
 
-namespace {
-
 using Drivers = QHash<QString, std::shared_ptr<DeviceDriver>>;
+
+struct RegistrationWatch::State
+{
+    QThread *thread = QThread::currentThread();
+    bool wasLogged = LogCDevices().isInfoEnabled();
+    QtMessageHandler handler = nullptr;
+    Drivers drivers = DeviceBroker::DRIVERS;
+    int pluginCount = DeviceBroker::PLUGINS.size();
+};
+
+namespace {
 
 struct Registration
 {
@@ -30,15 +39,7 @@ struct Registration
 };
 
 // What the present watch works with; null without one.
-struct Watch
-{
-    QThread *thread = QThread::currentThread();
-    bool wasLogged = LogCDevices().isInfoEnabled();
-    QtMessageHandler handler = nullptr;
-    Drivers drivers = DeviceBroker::DRIVERS;
-    int pluginCount = DeviceBroker::PLUGINS.size();
-};
-std::unique_ptr<Watch> watch;
+RegistrationWatch::State *watch = nullptr;
 
 QHash<QString, Registration> &registrations()
 {
@@ -88,8 +89,9 @@ QString fileOf(const DeviceDriver *driver)
 } // namespace
 
 RegistrationWatch::RegistrationWatch()
+    : m_state(std::make_unique<State>())
 {
-    watch = std::make_unique<Watch>();
+    watch = m_state.get();
     watch->handler = qInstallMessageHandler(&handleMessage);
     logBroker(true);
 }
@@ -98,7 +100,7 @@ RegistrationWatch::~RegistrationWatch()
 {
     logBroker(watch->wasLogged);
     qInstallMessageHandler(watch->handler);
-    watch.reset();
+    watch = nullptr;
 }
 
 std::optional<PluginInfo> pluginOfDriver(const QString &driver)

@@ -3,6 +3,8 @@
 
 #include <QtCore/QtGlobal>
 
+#include <memory>
+
 namespace qel::frontend {
 
 /// Watches, as long as it lives, which plugin registers which drivers. One at a time.
@@ -15,6 +17,11 @@ public:
     RegistrationWatch();
     ~RegistrationWatch();
     Q_DISABLE_COPY(RegistrationWatch)
+
+    struct State;
+
+private:
+    const std::unique_ptr<State> m_state;
 };
 
 } // namespace qel::frontend

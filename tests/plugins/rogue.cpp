@@ -1,12 +1,14 @@
 #include "testdriver.h"
 
 #include <QtCore/QCoreApplication>
+#include <QtCore/QFileInfo>
 
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <stdexcept>
 
+#include <dlfcn.h>
 #include <unistd.h>
 
 // Does to the process what the environment variable ROGUE says, "WHERE WHAT": where is load,
@@ -78,11 +80,19 @@ protected:
     }
 };
 
+// Each copy of the plugin has a driver of its own.
+static QString nameOfFile()
+{
+    Dl_info info{};
+    dladdr(reinterpret_cast<void *>(&act), &info);
+    return QFileInfo(QString::fromLocal8Bit(info.dli_fname)).completeBaseName();
+}
+
 class RogueDriver : public TestDriver
 {
 public:
     RogueDriver()
-        : TestDriver(QStringLiteral("rogue"), QStringLiteral("rogue"))
+        : TestDriver(nameOfFile(), QStringLiteral("rogue"))
     { }
     qel::devices::Device *createDevice(const qel::devices::DeviceInfo &info) override
     {

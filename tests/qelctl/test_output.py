@@ -4,7 +4,10 @@ import csv
 import io
 import json
 import os
+import pathlib
 import re
+import resource
+import shutil
 import signal
 import stat
 import subprocess
@@ -84,6 +87,19 @@ class Formats(ToolTest):
         values = document["plate"]["reads"][0]["values"]
         self.assertIsNone(values[0][0])
         self.assertGreater(values[15][23], 0)
+
+    def test_many_plugins_cost_in_proportion(self):
+        def processor_time(count):
+            folder = self.folder / str(count)
+            folder.mkdir()
+            for number in range(count):
+                shutil.copy(pathlib.Path(os.environ["ROGUE_FOLDER"]) / "rogue.so", folder / f"r{number}.so")
+            before = resource.getrusage(resource.RUSAGE_CHILDREN)
+            plugins = self.run_json("--plugins", folder, "drivers", "--json")["plugins"]
+            after = resource.getrusage(resource.RUSAGE_CHILDREN)
+            self.assertEqual(sum(plugin["drivers"] != ["simulator"] for plugin in plugins), count)
+            return after.ru_utime + after.ru_stime - before.ru_utime - before.ru_stime
+        self.assertLess(processor_time(480), 10 * processor_time(60))
 
     def test_every_document_has_the_shape_that_is_promised(self):
         self.validate("qelctl-list", self.run_json("list", "--json"))

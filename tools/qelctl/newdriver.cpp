@@ -8,6 +8,9 @@
 
 #include <utility>
 
+#include <algorithm>
+#include <iterator>
+
 namespace qelctl {
 
 namespace {
@@ -34,8 +37,9 @@ bool isDriverName(const QString &name)
 }
 
 // How the driver reaches its instrument. The first only plays one.
-const QStringList links{QStringLiteral("none"), QStringLiteral("serial"), QStringLiteral("tcp")};
-const QString playedLink = links.constFirst();
+const QLatin1String links[] = {QLatin1String("none"), QLatin1String("serial"),
+                               QLatin1String("tcp")};
+const QLatin1String playedLink = links[0];
 
 // A sentence when the file cannot be written.
 QString writeFile(const QString &fileName, const QByteArray &content)
@@ -85,7 +89,7 @@ int run(const QStringList &arguments)
         return fail(BadUsage, text("qelctl-new-driver-no-name", name));
     const QString link =
         line.has(QStringLiteral("link")) ? line.value(QStringLiteral("link")) : playedLink;
-    if (!links.contains(link))
+    if (std::find(std::begin(links), std::end(links), link) == std::end(links))
         return fail(BadUsage, text("qelctl-new-driver-no-link", link));
     const QString folder = line.positional().value(1, name);
     // Whatever stands there is somebody's work.
