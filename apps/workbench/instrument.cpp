@@ -131,6 +131,7 @@ QVariant Instrument::descriptor(Device::DeviceFeature feature) const
 bool Instrument::makeDevice()
 {
     if (!m_device) {
+        Q_EMIT calling(m_info.driver());
         m_device.reset(DeviceBroker::createDevice(m_info));
         if (!m_device) {
             m_problem = text("qelworkbench-no-device", m_info.driver());
@@ -208,6 +209,9 @@ void Instrument::begin(RunRequest request)
         Q_EMIT changed();
     });
     connect(m_run.get(), &Run::stateChanged, this, [this](Run::State state) {
+        // Just before open(), execute() and the first step of a cancellation.
+        if (state == Run::Opening || state == Run::Starting || state == Run::Stopping)
+            Q_EMIT calling(m_info.driver());
         if (state == Run::Executing)
             setState(Measuring);
         else if (state == Run::Stopping)
@@ -228,6 +232,7 @@ void Instrument::confirmAction()
         return;
     m_action.clear();
     setState(Measuring);
+    Q_EMIT calling(m_info.driver());
     m_run->confirmAction(m_actionId);
 }
 

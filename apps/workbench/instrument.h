@@ -90,6 +90,9 @@ public:
 Q_SIGNALS:
     /// Anything that the getters tell.
     void changed();
+    /// What comes next is a call into the driver, in the time of the event loop: while it lasts,
+    /// nothing is drawn and nobody is answered.
+    void calling(const QString &driver);
     /// The features or their descriptors.
     void featuresChanged();
     /// A finished run stands on disk.

@@ -3,11 +3,15 @@
 #include "instruments.h"
 #include "text.h"
 
+#include <qeldevices/devicebroker.h>
+
 #include <QtCore/QEvent>
 #include <QtGui/QPainter>
 #include <QtWidgets/QStyledItemDelegate>
 
 namespace qelworkbench {
+
+using qel::devices::DeviceBroker;
 
 namespace {
 
@@ -136,6 +140,8 @@ InstrumentList::InstrumentList(Instruments *instruments, QWidget *parent)
             setCurrentIndex(m_instruments->index(0));
         viewport()->update();
     });
+    connect(instruments, &Instruments::firstSearchOver, viewport(),
+            [this] { viewport()->update(); });
     retranslate();
 }
 
@@ -159,7 +165,10 @@ void InstrumentList::paintEvent(QPaintEvent *event)
     painter.setPen(palette().color(QPalette::Text));
     painter.drawText(viewport()->rect().adjusted(12, 12, -12, -12),
                      Qt::AlignHCenter | Qt::AlignTop | Qt::TextWordWrap,
-                     text("qelworkbench-no-instruments"));
+                     m_instruments->isFirstSearch()
+                         ? text("qelworkbench-searching",
+                                DeviceBroker::availableDrivers().join(QStringLiteral(", ")))
+                         : text("qelworkbench-no-instruments"));
 }
 
 void InstrumentList::changeEvent(QEvent *event)

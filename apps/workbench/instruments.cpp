@@ -51,8 +51,17 @@ void Instruments::watch()
     m_watch.start(m_pause);
 }
 
+bool Instruments::isFirstSearch() const
+{
+    return m_isFirstSearch;
+}
+
 void Instruments::onSearched()
 {
+    if (m_isFirstSearch) {
+        m_isFirstSearch = false;
+        Q_EMIT firstSearchOver();
+    }
     std::chrono::microseconds all{0};
     DriverAnswer slowest;
     for (const DriverAnswer &answer : m_watch.enumeration().answers) {
@@ -120,6 +129,7 @@ void Instruments::add(const DeviceInfo &info)
         const QModelIndex changed = index(rowOf(instrument));
         Q_EMIT dataChanged(changed, changed);
     });
+    connect(instrument, &Instrument::calling, this, &Instruments::calling);
     connect(instrument, &Instrument::kept, this,
             [this, instrument](const QString &file) { Q_EMIT kept(file, instrument); });
 }

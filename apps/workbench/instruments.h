@@ -20,6 +20,8 @@ public:
 
     /// Begins to look for instruments.
     void watch();
+    /// Whether the drivers have still to answer for the first time.
+    bool isFirstSearch() const;
 
     Instrument *at(int row) const;
     int rowOf(const Instrument *instrument) const;
@@ -40,6 +42,10 @@ Q_SIGNALS:
     /// Whenever `driver` is asked for its instruments, the window stands still for `milliseconds`,
     /// which a person notices. Empty: no driver holds it up any more.
     void heldUp(const QString &driver, qint64 milliseconds);
+    /// What comes next is a call into `driver` for an instrument, during which the window stands
+    /// still.
+    void calling(const QString &driver);
+    void firstSearchOver();
     /// An instrument has kept a run.
     void kept(const QString &file, qelworkbench::Instrument *instrument);
 
@@ -52,6 +58,7 @@ private:
     QList<Instrument *> m_instruments;
     qel::frontend::InstrumentWatch m_watch;
     std::chrono::milliseconds m_pause;
+    bool m_isFirstSearch = true;
     QString m_slowDriver;
 };
 

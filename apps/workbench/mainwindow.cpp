@@ -10,6 +10,7 @@
 #include <QtCore/QDir>
 #include <QtCore/QSettings>
 #include <QtCore/QStandardPaths>
+#include <QtCore/QTimer>
 #include <QtGui/QCloseEvent>
 #include <QtGui/QIcon>
 #include <QtWidgets/QActionGroup>
@@ -88,6 +89,7 @@ MainWindow::MainWindow(const CommandLine &line, QWidget *parent)
                         : text("qelworkbench-held-up", driver,
                                QLocale().toString(double(milliseconds) / 1000, 'f', 1)));
             });
+    connect(&m_instruments, &Instruments::calling, this, &MainWindow::showCall);
     connect(m_measure, &MeasurePane::folderWanted, this, &MainWindow::chooseFolder);
     connect(m_historyPane, &HistoryPane::folderWanted, this, &MainWindow::chooseFolder);
     connect(m_measure->resultView(), &ResultView::said, this, &MainWindow::say);
@@ -103,7 +105,8 @@ MainWindow::MainWindow(const CommandLine &line, QWidget *parent)
     const QSettings settings;
     restoreGeometry(settings.value(QStringLiteral("geometry")).toByteArray());
     m_history.load();
-    m_instruments.watch();
+    // Once the window stands, so that it can say whom it waits for.
+    QTimer::singleShot(100, &m_instruments, &Instruments::watch);
 }
 
 MainWindow::~MainWindow()
@@ -193,6 +196,20 @@ void MainWindow::showInstrument()
 void MainWindow::showLatest()
 {
     m_measure->setResults(m_latest.value(m_list->current()));
+}
+
+// Drawn at once: there is no telling how long the call takes, and nothing is drawn while it lasts.
+// The bar's own message, since a widget would first have to be laid out.
+void MainWindow::showCall(const QString &driver)
+{
+    const QString before = statusBar()->currentMessage();
+    const QString waiting = text("qelworkbench-waiting", driver);
+    statusBar()->showMessage(waiting);
+    statusBar()->repaint();
+    QTimer::singleShot(0, this, [this, before, waiting] {
+        if (statusBar()->currentMessage() == waiting)
+            statusBar()->showMessage(before == waiting ? QString() : before, 10000);
+    });
 }
 
 void MainWindow::onKept(const QString &file, Instrument *instrument)

@@ -42,6 +42,7 @@ private:
     void retranslate();
     void showInstrument();
     void showLatest();
+    void showCall(const QString &driver);
     void onKept(const QString &file, Instrument *instrument);
     void chooseFolder();
     void chooseLanguage(QAction *action);

@@ -1,5 +1,7 @@
 #include "harness.h"
 
+#include "../plugins/testdriver.h"
+
 #include <log.h>
 #include <plateview.h>
 #include <resultview.h>
@@ -19,10 +21,14 @@
 #include <QtWidgets/QMenuBar>
 #include <QtWidgets/QMessageBox>
 #include <QtWidgets/QSpinBox>
+#include <QtWidgets/QStatusBar>
 #include <QtWidgets/QTabWidget>
 #include <QtWidgets/QTableView>
 
 using namespace qelworkbench;
+using qel::devices::Device;
+using qel::devices::DeviceBroker;
+using qel::devices::DeviceInfo;
 
 namespace {
 
@@ -34,6 +40,79 @@ QJsonObject fault(QJsonObject entries)
     }
     return {{QStringLiteral("faults"), QJsonArray{entries}}};
 }
+
+// Blocks in each call, and takes down what stands in the window's status bar meanwhile.
+class SlowDevice : public Device
+{
+public:
+    using Device::Device;
+    static QString painted; // what the window shows, as it was drawn last
+    static QStringList shown;
+
+    bool open() override
+    {
+        block();
+        addFeature(DF_ReferenceNumber);
+        setOpen(true);
+        return true;
+    }
+    void close() override
+    {
+        setOpen(false);
+    }
+    void update() override { }
+    void reset() override
+    {
+        block();
+        emit executed(DF_ReferenceNumber, false, QVariant());
+    }
+
+protected:
+    void executeImpl(DeviceFeature) override
+    {
+        block();
+    }
+
+private:
+    static void block()
+    {
+        shown.append(painted);
+        QThread::msleep(250);
+    }
+};
+
+QString SlowDevice::painted;
+QStringList SlowDevice::shown;
+
+class SlowDriver : public TestDriver
+{
+public:
+    SlowDriver()
+        : TestDriver(QStringLiteral("slow"), QStringLiteral("slow"))
+    { }
+    Device *createDevice(const DeviceInfo &info) override
+    {
+        return new SlowDevice(info, nullptr);
+    }
+    QList<DeviceInfo> availableDevices() override
+    {
+        return isPluggedIn ? TestDriver::availableDevices() : QList<DeviceInfo>();
+    }
+    static bool isPluggedIn;
+};
+
+bool SlowDriver::isPluggedIn = true;
+
+class PaintedMessage : public QObject
+{
+protected:
+    bool eventFilter(QObject *bar, QEvent *event) override
+    {
+        if (event->type() == QEvent::Paint)
+            SlowDevice::painted = static_cast<QStatusBar *>(bar)->currentMessage();
+        return false;
+    }
+};
 
 } // namespace
 
@@ -53,6 +132,7 @@ private Q_SLOTS:
     void wrongInput();
     void actionConfirmedAndRefused();
     void cancelled();
+    void slowDriverIsNamed();
     void unplugged();
     void faults_data();
     void faults();
@@ -288,6 +368,27 @@ void TestWindow::cancelled()
     QTRY_VERIFY_WITH_TIMEOUT(!m_bench->instrument()->isBusy(), 20000);
     QVERIFY(banner().startsWith("Cancelled."));
     QCOMPARE(kept(), 0);
+}
+
+// While a driver does not come back, the window cannot say any more for whom it waits.
+void TestWindow::slowDriverIsNamed()
+{
+    m_bench->setUp({});
+    DeviceBroker::addDriver(std::make_shared<SlowDriver>());
+    PaintedMessage watcher;
+    m_bench->open(false);
+    m_bench->window()->statusBar()->installEventFilter(&watcher);
+    QTRY_VERIFY_WITH_TIMEOUT(m_bench->find<QPushButton>("start")->isEnabled(), 20000);
+    QTRY_VERIFY(SlowDevice::painted.isEmpty());
+    start();
+    QTRY_COMPARE(SlowDevice::shown.size(), 2);
+    QTRY_VERIFY(SlowDevice::painted.isEmpty());
+    m_bench->click("cancel");
+    QTRY_VERIFY(!m_bench->instrument()->isBusy());
+    SlowDriver::isPluggedIn = false;
+    const QString waiting = "Waiting for the driver “slow” …";
+    QCOMPARE(SlowDevice::shown, QStringList({waiting, waiting, waiting})); // open, execute, reset
+    QTRY_VERIFY(SlowDevice::painted.isEmpty());
 }
 
 void TestWindow::unplugged()

@@ -598,6 +598,10 @@ Das Ergebnis erscheint hier.</translation>
         <source></source>
         <translation>Suchen: Name, Notiz, Gerät, Datum</translation>
     </message>
+    <message id="qelworkbench-searching">
+        <source></source>
+        <translation>Sucht Geräte: fragt die Treiber %1 …</translation>
+    </message>
     <message id="qelworkbench-series">
         <source></source>
         <translation>Wiederholen</translation>
@@ -825,6 +829,10 @@ Das Ergebnis erscheint hier.</translation>
     <message id="qelworkbench-usable-with-warnings">
         <source></source>
         <translation>verwendbar, aber siehe unten</translation>
+    </message>
+    <message id="qelworkbench-waiting">
+        <source></source>
+        <translation>Wartet auf den Treiber „%1“ …</translation>
     </message>
     <message id="qelworkbench-well-hint">
         <source></source>

@@ -598,6 +598,10 @@ The result appears here.</translation>
         <source></source>
         <translation>Search: name, note, instrument, date</translation>
     </message>
+    <message id="qelworkbench-searching">
+        <source></source>
+        <translation>Looking for instruments: asking the drivers %1 …</translation>
+    </message>
     <message id="qelworkbench-series">
         <source></source>
         <translation>Repeat</translation>
@@ -825,6 +829,10 @@ The result appears here.</translation>
     <message id="qelworkbench-usable-with-warnings">
         <source></source>
         <translation>can be used, but see below</translation>
+    </message>
+    <message id="qelworkbench-waiting">
+        <source></source>
+        <translation>Waiting for the driver “%1” …</translation>
     </message>
     <message id="qelworkbench-well-hint">
         <source></source>
