@@ -1,5 +1,6 @@
 #include "instrumentlist.h"
 
+#include "choices.h"
 #include "instruments.h"
 #include "text.h"
 
@@ -134,15 +135,22 @@ InstrumentList::InstrumentList(Instruments *instruments, QWidget *parent)
     setVerticalScrollMode(ScrollPerPixel);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setMinimumWidth(220);
-    // The first instrument is looked at without a click.
-    connect(instruments, &QAbstractItemModel::rowsInserted, this, [this] {
-        if (!currentIndex().isValid())
-            setCurrentIndex(m_instruments->index(0));
-        viewport()->update();
-    });
+    connect(instruments, &QAbstractItemModel::rowsInserted, this,
+            [this](const QModelIndex &, int row) { choose(row); });
     connect(instruments, &Instruments::firstSearchOver, viewport(),
             [this] { viewport()->update(); });
     retranslate();
+}
+
+// An instrument is looked at without a click: the first, or among those that the first search finds
+// the one that was last measured with. Those that arrive later pull nobody away.
+void InstrumentList::choose(int row)
+{
+    const bool isLast =
+        m_instruments->isFirstSearch() && choices::isLast(m_instruments->at(row)->info());
+    if (!currentIndex().isValid() || isLast)
+        setCurrentIndex(m_instruments->index(row));
+    viewport()->update();
 }
 
 Instrument *InstrumentList::current() const

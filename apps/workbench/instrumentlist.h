@@ -30,6 +30,7 @@ protected:
 
 private:
     void retranslate();
+    void choose(int row);
 
     Instruments *m_instruments;
 };

@@ -1,10 +1,13 @@
 #include "measurepane.h"
 
+#include "choices.h"
 #include "instruments.h"
 #include "presetbox.h"
 #include "resultview.h"
 #include "settingsform.h"
 #include "text.h"
+
+#include <qelfrontend/configuration.h>
 
 #include <qelvalues/features.h>
 #include <qelvalues/names.h>
@@ -232,8 +235,10 @@ void MeasurePane::setInstrument(Instrument *instrument)
 {
     if (m_instrument)
         m_instrument->disconnect(this);
-    if (instrument != m_instrument)
+    if (instrument != m_instrument) {
         m_name->clear();
+        m_wantedFeature = instrument ? choices::lastFeature(instrument->info()) : QString();
+    }
     m_instrument = instrument;
     if (instrument) {
         connect(instrument, &Instrument::changed, this, &MeasurePane::showState);
@@ -266,14 +271,23 @@ void MeasurePane::showFeatures()
     for (const Device::DeviceFeature one : qAsConst(features))
         m_feature->addItem(featureTitle(one), int(one));
     m_feature->setCurrentIndex(std::max(0, m_feature->findData(int(before))));
+    const auto wanted = std::find_if(features.begin(), features.end(), [this](auto one) {
+        return qel::values::featureArgument(one) == m_wantedFeature;
+    });
+    if (wanted != features.end()) {
+        m_wantedFeature.clear();
+        m_feature->setCurrentIndex(int(std::distance(features.begin(), wanted)));
+    }
     showForm();
 }
 
 void MeasurePane::showForm()
 {
     const bool isMeasuring = qel::values::isMeasurement(feature());
-    m_form->setDescriptor(
+    const bool isNew = m_form->setDescriptor(
         m_instrument && m_feature->count() > 0 ? m_instrument->descriptor(feature()) : QVariant());
+    if (isNew && m_instrument)
+        recallSettings();
     orderTabs();
     m_series->setVisible(isMeasuring);
     m_nameLabel->setVisible(isMeasuring);
@@ -283,6 +297,16 @@ void MeasurePane::showForm()
     m_preset->setFeature(m_feature->count() > 0 ? qel::values::featureArgument(feature())
                                                 : QString());
     showState();
+}
+
+// Unless the instrument does not take any more what it took then.
+void MeasurePane::recallSettings()
+{
+    const QJsonObject settings =
+        choices::lastConfiguration(m_instrument->info(), qel::values::featureArgument(feature()));
+    QStringList ignored;
+    if (qel::frontend::readConfiguration(settings, m_instrument->descriptor(feature()), &ignored))
+        m_form->setConfiguration(settings);
 }
 
 // The fields of the form are made late, and come between those above and below nevertheless.
@@ -315,6 +339,10 @@ void MeasurePane::start()
     order.count = m_count->value();
     order.interval = int(m_interval->value() * 1000);
     order.name = m_name->text().trimmed();
+    // Nobody is to move or to update anything by mistake the next day.
+    if (qel::values::isMeasurement(order.feature))
+        choices::remember(m_instrument->info(), qel::values::featureArgument(order.feature),
+                          order.configuration);
     m_instrument->start(order);
     m_cancel->setFocus();
 }

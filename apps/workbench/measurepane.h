@@ -51,6 +51,7 @@ private:
     void retranslate();
     void showFeatures();
     void showForm();
+    void recallSettings();
     void orderTabs();
     void showState();
     void showBanner();
@@ -59,6 +60,7 @@ private:
     qel::devices::Device::DeviceFeature feature() const;
 
     QPointer<Instrument> m_instrument;
+    QString m_wantedFeature; // to choose as soon as the instrument offers it
     QLabel *m_title;
     QLabel *m_featureLabel;
     QComboBox *m_feature;

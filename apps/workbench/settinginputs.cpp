@@ -68,7 +68,10 @@ public:
 
     void setValue(const QJsonValue &value) override
     {
-        m_edit->setText(plainText(value));
+        QString shown = plainText(value);
+        if (isFile() && shown.startsWith(QLatin1Char('@')))
+            shown.remove(0, 1);
+        m_edit->setText(shown);
         check();
     }
 

@@ -20,10 +20,10 @@ SettingsForm::SettingsForm(QWidget *parent)
     m_layout->setVerticalSpacing(10);
 }
 
-void SettingsForm::setDescriptor(const QVariant &descriptor)
+bool SettingsForm::setDescriptor(const QVariant &descriptor)
 {
     if (descriptor == m_descriptor)
-        return;
+        return false;
     m_descriptor = descriptor;
     m_fields.clear();
     while (m_layout->rowCount() > 0)
@@ -48,6 +48,7 @@ void SettingsForm::setDescriptor(const QVariant &descriptor)
         connect(field, &SettingField::edited, this, &SettingsForm::edited);
     }
     retranslate();
+    return true;
 }
 
 std::optional<QJsonObject> SettingsForm::configuration()

@@ -17,8 +17,9 @@ class SettingsForm : public QWidget
 public:
     explicit SettingsForm(QWidget *parent = nullptr);
 
-    /// Makes the form anew. What was entered stays where the descriptor stays.
-    void setDescriptor(const QVariant &descriptor);
+    /// Makes the form anew. What was entered stays where the descriptor stays, and false is
+    /// returned.
+    bool setDescriptor(const QVariant &descriptor);
 
     /// What was entered, as readConfiguration() takes it. Nothing, with the first field that is
     /// wrong in focus, when there is one.

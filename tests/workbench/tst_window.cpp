@@ -2,6 +2,7 @@
 
 #include "../plugins/testdriver.h"
 
+#include <choices.h>
 #include <log.h>
 #include <plateview.h>
 #include <resultview.h>
@@ -129,6 +130,7 @@ private Q_SLOTS:
     void comparison();
     void contentIsPainted();
     void byKeyboardAlone();
+    void choicesAreRemembered();
     void wrongInput();
     void actionConfirmedAndRefused();
     void cancelled();
@@ -314,6 +316,41 @@ void TestWindow::byKeyboardAlone()
     QVERIFY(hasStarted);
     QVERIFY(seen.contains(m_bench->find<QCheckBox>("wavelengths450")));
     QTRY_COMPARE(kept(), 1);
+}
+
+void TestWindow::choicesAreRemembered()
+{
+    const QJsonObject first{{"model", "absorbance-96"}, {"serial", "A-1"}};
+    const QJsonObject second{{"model", "combined-384"}, {"serial", "C-2"}};
+    m_bench->setUp({first, second});
+    m_bench->open();
+    QTRY_COMPARE(m_bench->window()->instruments()->rowCount(), 2);
+    const auto current = [this] { return m_bench->find<InstrumentList>("instruments")->current(); };
+    QCOMPARE(current()->info().serial(), "A-1");
+    m_bench->find<InstrumentList>("instruments")
+        ->setCurrentIndex(m_bench->window()->instruments()->index(1));
+    auto *feature = m_bench->find<QComboBox>("feature");
+    QTRY_VERIFY(feature->findText("Luminescence") > 0);
+    feature->setCurrentIndex(feature->findText("Luminescence"));
+    QCOMPARE(m_bench->find<QLineEdit>("integrationTime")->text(), "100"); // the default
+    m_bench->find<QLineEdit>("integrationTime")->setText("40");
+    m_bench->find<QLineEdit>("selectedWells")->setText("A1:B2");
+    m_bench->click("start");
+    QTRY_COMPARE(kept(), 1);
+
+    m_bench->close();
+    m_bench->open();
+    QTRY_COMPARE(current()->info().serial(), "C-2");
+    QTRY_COMPARE(m_bench->find<QComboBox>("feature")->currentText(), "Luminescence");
+    QCOMPARE(m_bench->find<QLineEdit>("integrationTime")->text(), "40");
+    QCOMPARE(m_bench->find<QLineEdit>("selectedWells")->text(), "A1:B2");
+    // What does not fit any more is left to the defaults.
+    m_bench->close();
+    choices::remember(DeviceInfo(DeviceInfo::Simulator, "simulator", "", "", "C-2"),
+                      "luminescence-measurement", {{"integrationTime", 15}});
+    m_bench->open();
+    QTRY_COMPARE(m_bench->find<QComboBox>("feature")->currentText(), "Luminescence");
+    QCOMPARE(m_bench->find<QLineEdit>("integrationTime")->text(), "100");
 }
 
 void TestWindow::wrongInput()
