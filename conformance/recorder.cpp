@@ -5,30 +5,21 @@
 #include <QtCore/QDebug>
 
 #include <algorithm>
-#include <iterator>
 
 namespace qel::conformance {
 
 using devices::Device;
 
-static const char *const codeNames[] = {
-    "ERROR_DEVICE_UNKNOWN",           "ERROR_DEVICE_VENDOR_SPECIFIC",
-    "ERROR_DEVICE_CANT_OPEN",         "ERROR_DEVICE_NOT_READY",
-    "ERROR_DEVICE_TIMEOUT",           "ERROR_DEVICE_CANT_WRITE",
-    "ERROR_DEVICE_CHECKSUM_MISMATCH", "ERROR_DEVICE_INVALID_CONFIGURATION",
-    "ERROR_DEVICE_NOT_CALIBRATED",    "ERROR_DEVICE_DISCONNECTED",
-    "ERROR_DEVICE_BOOT_FAIL",         "ERROR_DEVICE_API_TOO_NEW",
-};
-
 QString errorName(int code)
 {
-    const QString number = QStringLiteral("0x%1").arg(code, 0, 16);
     if (code == devices::NO_DEVICE_ERROR)
         return QStringLiteral("NO_DEVICE_ERROR");
-    const int index = code - devices::ERROR_DEVICE_UNKNOWN;
-    if (index < 0 || index >= int(std::size(codeNames)))
-        return number;
-    return QStringLiteral("%1 (%2)").arg(QLatin1String(codeNames[index]), number);
+    const QString number = QStringLiteral("0x%1").arg(code, 0, 16);
+    for (const auto &[name, known] : values::errorNames()) {
+        if (known == code)
+            return QStringLiteral("%1 (%2)").arg(name, number);
+    }
+    return number;
 }
 
 static QString text(bool flag)

@@ -2,10 +2,14 @@
 
 #include "recorder.h"
 
+#include <qelvalues/printable.h>
+
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonObject>
 #include <QtCore/QMap>
 #include <QtCore/QXmlStreamWriter>
+
+#include <algorithm>
 
 namespace qel::conformance {
 
@@ -41,13 +45,11 @@ static const char *name(Outcome outcome)
 }
 
 // What a plugin says may hold anything; neither a terminal nor an XML reader must act on it.
-static QString printable(QString text)
+static QString printable(const QString &text)
 {
-    for (QChar &character : text) {
-        if (character.category() == QChar::Other_Control && character != QLatin1Char('\n'))
-            character = QLatin1Char('?');
-    }
-    return text;
+    QStringList lines = text.split(QLatin1Char('\n'));
+    std::transform(lines.begin(), lines.end(), lines.begin(), values::printable);
+    return lines.join(QLatin1Char('\n'));
 }
 
 static QJsonArray featuresToJson(const Report &report)
@@ -153,18 +155,18 @@ QString summary(const Report &report)
 
     // Rules that lack the same thing stand together.
     QMap<QString, QVector<const Result *>> lacking;
-    bool isLeftOut = false;
+    bool isUnmoved = false;
     for (const Result &result : report.results) {
         if (result.outcome == Outcome::NotRun)
             lacking[result.seen] += &result;
-        isLeftOut |= result.isLeftOut;
+        isUnmoved |= result.isLeftOut && result.rule->isUnsafe;
     }
     if (!lacking.isEmpty())
         text += QStringLiteral("\n%1\n").arg(translated("What was not judged"));
     for (auto it = lacking.cbegin(); it != lacking.cend(); ++it)
         text += QStringLiteral("  %1: %2\n").arg(numbers(*it), it.key());
     // %1 breaks the line, which an id cannot do.
-    if (isLeftOut)
+    if (isUnmoved)
         text += QStringLiteral("\n%1\n").arg(
             translated("Without --unsafe nothing that moves was run: no measurement and no "
                        "calibration, and none of their values was%1seen. Prepare the instrument "

@@ -3,6 +3,7 @@
 #include "messages_p.h"
 
 #include <qeldevices/device.h>
+#include <qelvalues/printable.h>
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QDirIterator>
@@ -122,16 +123,7 @@ QString message(const char *id)
 
 QString printable(const QString &text)
 {
-    QString result;
-    const QVector<uint> characters = text.toUcs4();
-    for (const uint character : characters) {
-        const auto category = QChar::category(character);
-        const bool isShown = QChar::isPrint(character) && category != QChar::Separator_Line
-            && category != QChar::Separator_Paragraph;
-        const uint shown = isShown ? character : uint(QChar::ReplacementCharacter);
-        result += QString::fromUcs4(&shown, 1);
-    }
-    return result;
+    return values::printable(text);
 }
 
 QString excerpt(const QString &text, int longest)

@@ -1,5 +1,7 @@
 #include "names.h"
 
+#include <qeldevices/deviceerrors.h>
+
 #include <QtCore/QMetaEnum>
 
 namespace qel::values {
@@ -50,6 +52,25 @@ DeviceInfo::Interface interfaceNamed(const QString &name)
             return interface;
     }
     return DeviceInfo::UnknownInterface;
+}
+
+const QVector<std::pair<QString, int>> &errorNames()
+{
+    static const QVector<std::pair<QString, int>> names{
+        {QStringLiteral("ERROR_DEVICE_UNKNOWN"), ERROR_DEVICE_UNKNOWN},
+        {QStringLiteral("ERROR_DEVICE_VENDOR_SPECIFIC"), ERROR_DEVICE_VENDOR_SPECIFIC},
+        {QStringLiteral("ERROR_DEVICE_CANT_OPEN"), ERROR_DEVICE_CANT_OPEN},
+        {QStringLiteral("ERROR_DEVICE_NOT_READY"), ERROR_DEVICE_NOT_READY},
+        {QStringLiteral("ERROR_DEVICE_TIMEOUT"), ERROR_DEVICE_TIMEOUT},
+        {QStringLiteral("ERROR_DEVICE_CANT_WRITE"), ERROR_DEVICE_CANT_WRITE},
+        {QStringLiteral("ERROR_DEVICE_CHECKSUM_MISMATCH"), ERROR_DEVICE_CHECKSUM_MISMATCH},
+        {QStringLiteral("ERROR_DEVICE_INVALID_CONFIGURATION"), ERROR_DEVICE_INVALID_CONFIGURATION},
+        {QStringLiteral("ERROR_DEVICE_NOT_CALIBRATED"), ERROR_DEVICE_NOT_CALIBRATED},
+        {QStringLiteral("ERROR_DEVICE_DISCONNECTED"), ERROR_DEVICE_DISCONNECTED},
+        {QStringLiteral("ERROR_DEVICE_BOOT_FAIL"), ERROR_DEVICE_BOOT_FAIL},
+        {QStringLiteral("ERROR_DEVICE_API_TOO_NEW"), ERROR_DEVICE_API_TOO_NEW},
+    };
+    return names;
 }
 
 } // namespace qel::values

@@ -7,6 +7,9 @@
 #include <qeldevices/deviceinfo.h>
 
 #include <QtCore/QString>
+#include <QtCore/QVector>
+
+#include <utility>
 
 namespace qel::values {
 
@@ -18,6 +21,10 @@ QString featureArgument(devices::Device::DeviceFeature feature);
 
 /// An interface as a user reads it, for instance "USB HID"; empty for an unlisted value.
 QString interfaceName(devices::DeviceInfo::Interface interface);
+
+/// The names of all error codes of deviceerrors.h, in ascending order of the codes, as
+/// "ERROR_DEVICE_TIMEOUT". NO_DEVICE_ERROR is none.
+const QVector<std::pair<QString, int>> &errorNames();
 
 /// The interface that interfaceName() calls `name`; UnknownInterface for any other name.
 devices::DeviceInfo::Interface interfaceNamed(const QString &name);

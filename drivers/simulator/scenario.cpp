@@ -3,6 +3,8 @@
 #include "jsonobjectreader.h"
 #include "optics.h"
 
+#include <qelvalues/names.h>
+
 #include <QtCore/QJsonDocument>
 #include <QtCore/QMetaEnum>
 #include <QtCore/QSet>
@@ -19,19 +21,6 @@ DeviceInfo InstrumentDescription::info(const QString &driver) const
     return DeviceInfo(DeviceInfo::Simulator, driver, location, name, serial);
 }
 
-// "DF_AmbientTemperature" becomes "ambient-temperature".
-static QString kebabCase(const QString &enumerator)
-{
-    QString name;
-    const auto words = enumerator.midRef(3);
-    for (const QChar c : words) {
-        if (c.isUpper() && !name.isEmpty())
-            name += QLatin1Char('-');
-        name += c.toLower();
-    }
-    return name;
-}
-
 static const Names<Device::DeviceFeature> &featureNames()
 {
     static const auto names = [] {
@@ -40,30 +29,10 @@ static const Names<Device::DeviceFeature> &featureNames()
         for (int i = 0; i < features.keyCount(); ++i) {
             const auto feature = Device::DeviceFeature(features.value(i));
             if (feature != Device::DF_None)
-                all.append({kebabCase(QString::fromLatin1(features.key(i))), feature});
+                all.append({values::featureArgument(feature), feature});
         }
         return all;
     }();
-    return names;
-}
-
-static const Names<int> &errorNames()
-{
-    using namespace qel::devices;
-    static const Names<int> names{
-        {QStringLiteral("ERROR_DEVICE_UNKNOWN"), ERROR_DEVICE_UNKNOWN},
-        {QStringLiteral("ERROR_DEVICE_VENDOR_SPECIFIC"), ERROR_DEVICE_VENDOR_SPECIFIC},
-        {QStringLiteral("ERROR_DEVICE_CANT_OPEN"), ERROR_DEVICE_CANT_OPEN},
-        {QStringLiteral("ERROR_DEVICE_NOT_READY"), ERROR_DEVICE_NOT_READY},
-        {QStringLiteral("ERROR_DEVICE_TIMEOUT"), ERROR_DEVICE_TIMEOUT},
-        {QStringLiteral("ERROR_DEVICE_CANT_WRITE"), ERROR_DEVICE_CANT_WRITE},
-        {QStringLiteral("ERROR_DEVICE_CHECKSUM_MISMATCH"), ERROR_DEVICE_CHECKSUM_MISMATCH},
-        {QStringLiteral("ERROR_DEVICE_INVALID_CONFIGURATION"), ERROR_DEVICE_INVALID_CONFIGURATION},
-        {QStringLiteral("ERROR_DEVICE_NOT_CALIBRATED"), ERROR_DEVICE_NOT_CALIBRATED},
-        {QStringLiteral("ERROR_DEVICE_DISCONNECTED"), ERROR_DEVICE_DISCONNECTED},
-        {QStringLiteral("ERROR_DEVICE_BOOT_FAIL"), ERROR_DEVICE_BOOT_FAIL},
-        {QStringLiteral("ERROR_DEVICE_API_TOO_NEW"), ERROR_DEVICE_API_TOO_NEW},
-    };
     return names;
 }
 
@@ -147,7 +116,7 @@ static void readParameters(JsonObjectReader &reader, Fault &fault)
     if (only(Fault::Action::Delay, "delay"))
         fault.delay = int(reader.integer(QStringLiteral("delay"), 1000, 0, 3600000));
     if (only(Fault::Action::Error, "code"))
-        fault.code = reader.choice(QStringLiteral("code"), errorNames(), fault.code);
+        fault.code = reader.choice(QStringLiteral("code"), values::errorNames(), fault.code);
     if (only(Fault::Action::Error, "info"))
         fault.info = reader.text(QStringLiteral("info"), QStringLiteral("qelsimulator-scripted"));
     if (only(Fault::Action::Ask, "text")) {
