@@ -89,18 +89,23 @@ void Checker::conclude(const Result &result)
         m_sink(result);
 }
 
+bool Checker::isPermitted(const Rule &rule) const
+{
+    return (!rule.isUnsafe || m_request.isUnsafe) && (!rule.needsPerson || m_request.isGuided);
+}
+
 // Why a rule need not be tried; empty when it must be.
 QString Checker::whyNot(const Rule &rule) const
 {
-    if (rule.isUnsafe && !m_request.isUnsafe)
-        return QStringLiteral("moves parts of the instrument: needs --unsafe");
+    if (!isPermitted(rule))
+        return rule.needsPerson ? QStringLiteral("takes a person at the instrument: needs --guided")
+                                : QStringLiteral("moves parts of the instrument: needs --unsafe");
     return m_unmet && rule.needs >= m_unmet->needs ? m_unmet->why : QString();
 }
 
 void Checker::leaveOut(const Rule &rule)
 {
-    const bool isLeftOut = rule.isUnsafe && !m_request.isUnsafe;
-    conclude({&rule, Outcome::NotRun, whyNot(rule), {}, isLeftOut});
+    conclude({&rule, Outcome::NotRun, whyNot(rule), {}, !isPermitted(rule)});
 }
 
 void Checker::startWorker(isolation::ChildProcess *process, const QVector<const Rule *> &rules)
@@ -136,7 +141,9 @@ bool Checker::takeNote(isolation::ChildProcess *process, const QJsonObject &answ
     } else if (answer.contains(keyStuck)) {
         m_stuck += stuckFromJson(answer.value(keyStuck).toObject());
     } else if (answer.contains(keyAsk)) {
-        const bool isDone = m_request.ask && m_request.ask(answer.value(keyAsk).toString());
+        const QByteArray sentence = answer.value(keyAsk).toString().toUtf8();
+        // The checker's own sentences are the ids of their translations.
+        const bool isDone = m_request.ask && m_request.ask(qtTrId(sentence.constData()));
         process->send(isDone ? "yes" : "no");
     } else {
         return !answer.contains(keyRule);

@@ -44,8 +44,10 @@ struct Request
     QString driver;        ///< the driver; empty when the plugin has one only
     QString serial;        ///< the serial number of the instrument; empty for the first
     bool isUnsafe = false; ///< whether parts of the instrument may be moved
+    bool isGuided = false; ///< whether a person is there whose hands do what rules need
     Answers answers = Answers::Decline; ///< how requests for user action are answered
-    /// Has a person do what the sentence asks for; whether it has been done. For Answers::Ask.
+    /// Has a person do what the sentence asks for; whether it has been done. For Answers::Ask and
+    /// guided checks.
     std::function<bool(const QString &)> ask;
     QVector<int> rules; ///< the rules to judge; empty for all
     Limits limits;
@@ -102,6 +104,7 @@ private:
     void take(const Rule &rule, const QJsonObject &answer);
     void takeTally(const QJsonObject &tally);
     QString endOf(const isolation::Ending &ending) const;
+    bool isPermitted(const Rule &rule) const;
     QString whyNot(const Rule &rule) const;
     void leaveOut(const Rule &rule);
 

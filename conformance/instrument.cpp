@@ -87,6 +87,12 @@ void Instrument::callExecute(Feature feature)
         [this, feature] { m_device->execute(feature); }, feature);
 }
 
+void Instrument::executeAgain(Feature feature)
+{
+    m_runStart = m_recorder->count();
+    m_device->execute(feature);
+}
+
 void Instrument::confirm(int actionId)
 {
     const bool isKnown = m_recorder->hasRequest(actionId);

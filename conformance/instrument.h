@@ -44,6 +44,8 @@ public:
     void callReset();
     void callUpdate();
     void callExecute(Feature feature);
+    /// As callExecute(), for a run that is repeated without end: unannounced.
+    void executeAgain(Feature feature);
     /// The index of the first event after the last callExecute().
     int runStart() const
     {

@@ -42,6 +42,8 @@ struct Rule
     void (*check)(Subject &subject);
     /// Whether a clean end of the whole process is part of the rule.
     bool coversExit = false;
+    /// Whether judging it takes a person's hands at the instrument.
+    bool needsPerson = false;
 };
 
 /// Thrown by a check when the rule does not hold.
@@ -97,6 +99,7 @@ QVector<Rule> lifeRules();
 QVector<Rule> timeRules();
 QVector<Rule> resultRules();
 QVector<Rule> surroundingsRules();
+QVector<Rule> byHandRules();
 
 } // namespace qel::conformance
 

@@ -8,7 +8,7 @@ const QVector<Rule> &allRules()
 {
     static const QVector<Rule> rules = pluginFileRules() + enumerationRules() + identityRules()
         + openRules() + featureRules() + executionRules() + actionRules() + errorRules()
-        + lifeRules() + timeRules() + resultRules() + surroundingsRules();
+        + lifeRules() + timeRules() + resultRules() + surroundingsRules() + byHandRules();
     return rules;
 }
 
@@ -28,7 +28,8 @@ QString rulesPage()
         "write a driver\nthat keeps them stands in [writing-a-driver.md](writing-a-driver.md).\n\n"
         "A *recommendation* that is not kept is a warning, every other rule a failure. Rules "
         "marked *unsafe* move\nparts of the instrument and are judged with `--unsafe` only; the "
-        "others leave out whatever moves unless\nit is given.\n");
+        "others leave out whatever moves unless\nit is given. Rules marked *guided* take a person "
+        "at the instrument and are judged with `--guided` only.\n");
     QString group;
     for (const Rule &rule : allRules()) {
         if (group != QLatin1String(rule.group)) {
@@ -40,6 +41,8 @@ QString rulesPage()
             marks += QStringLiteral(" *(recommendation)*");
         if (rule.isUnsafe)
             marks += QStringLiteral(" *(unsafe)*");
+        if (rule.needsPerson)
+            marks += QStringLiteral(" *(guided)*");
         page += QStringLiteral("\n**%1.** %2%3\n\n- Why: %4\n- Remedy: %5\n")
                     .arg(rule.number)
                     .arg(QLatin1String(rule.statement), marks, QLatin1String(rule.reason),

@@ -2,6 +2,7 @@
 
 #include "instrument.h"
 #include "tour.h"
+#include "unplugging.h"
 #include "worker_p.h"
 
 #include <QtCore/QAbstractEventDispatcher>
@@ -27,7 +28,7 @@ using devices::DeviceInfo;
 using devices::DevicePlugin;
 
 Subject::Subject(const Assignment &assignment, std::function<void(const QJsonObject &)> tell,
-                 std::function<bool(const QString &)> ask)
+                 Ask ask)
     : m_assignment(assignment)
     , m_tell(std::move(tell))
     , m_ask(std::move(ask))
@@ -170,6 +171,13 @@ const Tour &Subject::tour()
     return *m_tour;
 }
 
+const Unplugging &Subject::unplugging()
+{
+    if (!m_unplugging)
+        m_unplugging = std::make_unique<Unplugging>(makeUnplugging(*this));
+    return *m_unplugging;
+}
+
 // Notes how long the event loop was not reached.
 void Subject::beat()
 {
@@ -306,7 +314,17 @@ bool Subject::permits(const QString &action)
             }
         }
     }
-    return m_ask(sentence);
+    return m_ask(sentence, {});
+}
+
+void Subject::ask(const char *sentence, const std::function<void()> &meanwhile)
+{
+    const QString text = QString::fromLatin1(sentence);
+    // Who has said no is not asked again by the next rule.
+    if (m_undone.contains(text) || !m_ask(text, meanwhile)) {
+        m_undone += text;
+        throw Hindered{QStringLiteral("nobody has done it: %1").arg(text)};
+    }
 }
 
 void Subject::reportStuck(const Stuck &stuck)

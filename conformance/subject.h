@@ -22,6 +22,7 @@ namespace qel::conformance {
 
 class Instrument;
 struct Tour;
+struct Unplugging;
 
 /// The plugin under test, seen from the process that has loaded it.
 ///
@@ -31,10 +32,12 @@ class Subject
 public:
     using Feature = devices::Device::DeviceFeature;
 
+    /// What a person is to do, and what is called again and again until it is done.
+    using Ask = std::function<bool(const QString &, const std::function<void()> &)>;
+
     /// @param tell passes on what the process that started this one must know even if this one ends
     /// @param ask has a person do what the text says; whether it has been done
-    Subject(const Assignment &assignment, std::function<void(const QJsonObject &)> tell,
-            std::function<bool(const QString &)> ask);
+    Subject(const Assignment &assignment, std::function<void(const QJsonObject &)> tell, Ask ask);
     ~Subject();
     Q_DISABLE_COPY(Subject)
 
@@ -73,6 +76,9 @@ public:
     /// What was seen when every feature was run; done once for all rules that judge runs.
     const Tour &tour();
 
+    /// What was seen when the instrument was unplugged; done once for all rules that judge it.
+    const Unplugging &unplugging();
+
     /// Makes a call of the plugin and announces it, so that its name is known if it never returns.
     /// Throws Hindered when it did not return in an earlier process.
     void call(const QString &name, const std::function<void()> &work,
@@ -91,6 +97,9 @@ public:
     /// Waits until the feature table of a device that has just opened is at rest.
     void awaitTable(const devices::Device *device);
 
+    /// Has the person at the instrument do what `sentence` says, and calls `meanwhile` again and
+    /// again until it is done. Throws Hindered when nobody does it.
+    void ask(const char *sentence, const std::function<void()> &meanwhile = {});
     /// Whether what a request for action asks for may be confirmed; has a person do it.
     bool permits(const QString &action);
     /// Notes that a run of `feature` has no end, so that it is not tried again by any rule.
@@ -160,7 +169,8 @@ private:
 
     Assignment m_assignment;
     std::function<void(const QJsonObject &)> m_tell;
-    std::function<bool(const QString &)> m_ask;
+    Ask m_ask;
+    QStringList m_undone; // what a person has refused to do
     QPluginLoader m_loader;
     bool m_isRegistered = false;
     QMap<QString, qint64> m_times;
@@ -179,6 +189,7 @@ private:
     QString m_callName;
     QString m_nestedLoop;
     std::unique_ptr<Tour> m_tour;
+    std::unique_ptr<Unplugging> m_unplugging;
     std::unique_ptr<Instrument> m_opened;
 };
 

@@ -12,9 +12,10 @@ import xml.etree.ElementTree
 import jsonschema
 
 sys.path.insert(0, os.path.join(os.environ["QELDEVICES_SOURCE"], "tests", "qelctl"))
-from harness import DOCS, PATIENCE, ToolTest  # noqa: E402
+from harness import DOCS, PATIENCE, ToolTest, reader  # noqa: E402
 
 PLUGINS = pathlib.Path(os.environ["PLUGINS"])
+SIMULATOR = os.environ["SIMULATOR"]
 
 
 def rules(*numbers):
@@ -76,6 +77,22 @@ class Check(ToolTest):
                 terminal.type(keys)
                 self.assertEqual(terminal.finish(), code, terminal.screen)
 
+    def test_guides_the_person(self):
+        """Somebody at the terminal moves a plate and a plug, and what comes of it is judged."""
+        for done, again, code in [(True, [reader()], 0), (True, [], 1), (False, [], 9)]:
+            with self.subTest(done=done, again=again):
+                self.furnish(reader(), time_scale=0.5)
+                terminal = self.on_terminal("check", "--guided", *rules(1402, 1403, 1404, 1405),
+                                            SIMULATOR)
+                for question, instruments in [("Pull the plug", []), ("Put the plug in", again)]:
+                    terminal.expect(rf"{question}[^?]* Done\? ")
+                    if done:
+                        self.furnish(*instruments, time_scale=0.5)
+                    terminal.type("\n" if done else "n\n" * 4)
+                    if not done:
+                        break
+                self.assertEqual(terminal.finish(), code, terminal.screen)
+
     def test_junit(self):
         output, _ = self.run_tool("check", "--format", "junit", *rules(101, 103),
                                   PLUGINS / "103-incomplete-metadata.so", code=1)
@@ -89,6 +106,7 @@ class Check(ToolTest):
                 (["--rule", "0401", good], 2, "'0401'"),
                 (["--format", "xml", good], 2, "'xml'"),
                 (["--run-limit", "0", good], 2, "'0'"),
+                (["--guided", good], 2, "terminal"),
                 (["--soak", "soon", good], 2, "'soon'"),
                 (["--soak", "1s", "--seed", "x", good], 2, "'x'"),
                 ([PLUGINS / "none.so"], 2, "none.so"),

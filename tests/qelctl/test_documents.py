@@ -61,10 +61,10 @@ class Catalogues(unittest.TestCase):
                         and text not in names)
 
     def check_texts(self):
-        for name in ("report", "soak"):
+        for name in ("report", "soak", "unplugging", "rules_byhand"):
             code = (SOURCE / "conformance" / f"{name}.cpp").read_text(encoding="utf-8")
             yield from map(self.joined, re.findall(
-                rf'(?:\b(?:in|translated)\(|return )\s*({self.LITERALS})[;)]', code))
+                rf'(?:\b(?:in|translated|ask)\(|return )\s*({self.LITERALS})[,;)]', code))
 
     def rules(self):
         page = (SOURCE / "docs" / "conformance-rules.md").read_text(encoding="utf-8")

@@ -98,11 +98,16 @@ bool askPerson(const QString &request)
     return yes.contains(line);
 }
 
+bool isPersonThere()
+{
+    return ::isatty(STDIN_FILENO) && ::isatty(STDERR_FILENO);
+}
+
 Answers answersFor(bool saysYes)
 {
     if (saysYes)
         return Answers::Confirm;
-    return ::isatty(STDIN_FILENO) && ::isatty(STDERR_FILENO) ? Answers::Ask : Answers::Decline;
+    return isPersonThere() ? Answers::Ask : Answers::Decline;
 }
 
 // "90", "90s", "10m" or "2h" in seconds; nothing for anything else.
@@ -146,6 +151,7 @@ int run(const QStringList &arguments)
     line.addOption({QStringLiteral("rule")}, "qelctl-check-option-rule", QStringLiteral("N"));
     line.addOption({QStringLiteral("unsafe")}, "qelctl-check-option-unsafe");
     line.addOption({QStringLiteral("yes")}, "qelctl-check-option-yes");
+    line.addOption({QStringLiteral("guided")}, "qelctl-check-option-guided");
     line.addOption({QStringLiteral("run-limit")}, "qelctl-check-option-run-limit",
                    QStringLiteral("SECONDS"));
     line.addOption({QStringLiteral("soak")}, "qelctl-check-option-soak",
@@ -164,6 +170,9 @@ int run(const QStringList &arguments)
     request.driver = line.value(QStringLiteral("driver"));
     request.serial = line.value(QStringLiteral("device"));
     request.isUnsafe = line.has(QStringLiteral("unsafe"));
+    request.isGuided = line.has(QStringLiteral("guided"));
+    if (request.isGuided && !isPersonThere())
+        return fail(BadUsage, text("qelctl-check-nobody-there"));
     request.answers = answersFor(line.has(QStringLiteral("yes")));
     request.ask = askPerson;
     if (line.has(QStringLiteral("run-limit"))) {

@@ -659,6 +659,10 @@ Regeln zählen nicht.</translation>
         <source></source>
         <translation>Aufträge an den Benutzer sofort bestätigen; sonst wird gefragt, wer am Terminal sitzt, und ohne Terminal abgelehnt.</translation>
     </message>
+    <message id="qelctl-check-option-guided">
+        <source></source>
+        <translation>Auch beurteilen, wozu es Hände braucht: bitten, den Stecker des Geräts zu ziehen, ihn wieder einzustecken und eine Platte zu bewegen.</translation>
+    </message>
     <message id="qelctl-check-option-run-limit">
         <source></source>
         <translation>Wie lange ein Lauf dauern darf, ohne dass sein Fortschritt steigt; ohne Angabe 120 s.</translation>
@@ -682,6 +686,10 @@ Regeln zählen nicht.</translation>
     <message id="qelctl-check-no-such-limit">
         <source></source>
         <translation>„%1“ ist keine Grenze. Geben Sie ganze Sekunden an, von 1 bis 86400.</translation>
+    </message>
+    <message id="qelctl-check-nobody-there">
+        <source></source>
+        <translation>--guided bittet jemanden am Gerät, es auszustecken und dergleichen. Rufen Sie es an einem Terminal auf.</translation>
     </message>
     <message id="qelctl-check-ask">
         <source></source>

@@ -658,6 +658,10 @@ do not count.</translation>
         <source></source>
         <translation>Confirm requests for action at once; otherwise a person at the terminal is asked, and without one they are turned down.</translation>
     </message>
+    <message id="qelctl-check-option-guided">
+        <source></source>
+        <translation>Also judge what takes hands: ask the person at the terminal to pull the plug of the instrument, to put it in again, and to move a plate.</translation>
+    </message>
     <message id="qelctl-check-option-run-limit">
         <source></source>
         <translation>How long a run may go on without its progress rising; 120 s unless given.</translation>
@@ -681,6 +685,10 @@ do not count.</translation>
     <message id="qelctl-check-no-such-limit">
         <source></source>
         <translation>'%1' is no limit. Give whole seconds, from 1 to 86400.</translation>
+    </message>
+    <message id="qelctl-check-nobody-there">
+        <source></source>
+        <translation>--guided asks somebody at the instrument to unplug it and the like. Run it at a terminal.</translation>
     </message>
     <message id="qelctl-check-ask">
         <source></source>

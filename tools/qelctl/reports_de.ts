@@ -1487,5 +1487,85 @@
         <source></source>
         <translation>Die kürzeste Folge, die gefunden wurde:</translation>
     </message>
+    <message id="By hand">
+        <source></source>
+        <translation>Von Hand</translation>
+    </message>
+    <message id="Pull the plug of the instrument while it works.">
+        <source></source>
+        <translation>Ziehen Sie den Stecker des Geräts, während es arbeitet.</translation>
+    </message>
+    <message id="Put the plug in again, and wait until the instrument is ready.">
+        <source></source>
+        <translation>Stecken Sie den Stecker wieder ein und warten Sie, bis das Gerät bereit ist.</translation>
+    </message>
+    <message id="Take the plate out of the instrument, if there is one.">
+        <source></source>
+        <translation>Nehmen Sie die Platte aus dem Gerät, falls eine darin ist.</translation>
+    </message>
+    <message id="Put a plate into the instrument.">
+        <source></source>
+        <translation>Legen Sie eine Platte in das Gerät.</translation>
+    </message>
+    <message id="Plate detection tells whether there is a plate, when it is asked and when one comes.">
+        <source></source>
+        <translation>Die Plattenerkennung sagt, ob eine Platte da ist: wenn sie gefragt wird, und wenn eine kommt.</translation>
+    </message>
+    <message id="Front ends show the slot, and warn of a measurement without a plate.">
+        <source></source>
+        <translation>Anwendungen zeigen den Schacht und warnen vor einer Messung ohne Platte.</translation>
+    </message>
+    <message id="Emit transientValue(DF_PlateDetection, ...) with the SlotStatus whenever it changes.">
+        <source></source>
+        <translation>Senden Sie transientValue(DF_PlateDetection, ...) mit dem SlotStatus, wann immer er sich ändert.</translation>
+    </message>
+    <message id="The device of an instrument that is unplugged during a run closes within 10 s, with ERROR_DEVICE_DISCONNECTED.">
+        <source></source>
+        <translation>Das Device eines Geräts, dessen Stecker in einem Lauf gezogen wird, schließt binnen 10 s mit ERROR_DEVICE_DISCONNECTED.</translation>
+    </message>
+    <message id="Nobody else can tell the user that the cable is loose.">
+        <source></source>
+        <translation>Sonst kann niemand dem Benutzer sagen, dass das Kabel lose ist.</translation>
+    </message>
+    <message id="On an error of the connection, or when the instrument stops answering: setError(ERROR_DEVICE_DISCONNECTED, ...), then setStatus({}).">
+        <source></source>
+        <translation>Bei einem Fehler der Verbindung, oder wenn das Gerät nicht mehr antwortet: setError(ERROR_DEVICE_DISCONNECTED, ...), dann setStatus({}).</translation>
+    </message>
+    <message id="A run that is cut short by unplugging ends once with executed(feature, false), after the device is closed and idle.">
+        <source></source>
+        <translation>Ein Lauf, den der gezogene Stecker abbricht, endet einmal mit executed(feature, false), nachdem das Device geschlossen und untätig ist.</translation>
+    </message>
+    <message id="Whoever waits for the ending would wait for ever, or take it for a measurement.">
+        <source></source>
+        <translation>Wer auf das Ende wartet, wartete sonst ewig oder hielte es für eine Messung.</translation>
+    </message>
+    <message id="An instrument that is unplugged is not listed.">
+        <source></source>
+        <translation>Ein Gerät, dessen Stecker gezogen ist, wird nicht aufgeführt.</translation>
+    </message>
+    <message id="A user who chooses it gets nothing but an error.">
+        <source></source>
+        <translation>Wer es auswählt, bekommt nichts als einen Fehler.</translation>
+    </message>
+    <message id="Ask the system for what is connected each time availableDevices() is called.">
+        <source></source>
+        <translation>Fragen Sie bei jedem Aufruf von availableDevices() das System, was angeschlossen ist.</translation>
+    </message>
+    <message id="An instrument that is plugged in again is listed again, and opens.">
+        <source></source>
+        <translation>Ein Gerät, das wieder eingesteckt ist, wird wieder aufgeführt und lässt sich öffnen.</translation>
+    </message>
+    <message id="A loose cable must not cost a restart.">
+        <source></source>
+        <translation>Ein loses Kabel darf keinen Neustart kosten.</translation>
+    </message>
+    <message id="Let go of the port and of everything that was remembered when the connection is lost.">
+        <source></source>
+        <translation>Geben Sie den Anschluss und alles Gemerkte frei, wenn die Verbindung verloren ist.</translation>
+    </message>
+    <message id="Forget the run, and emit executed(feature, false) for it last.">
+        <source></source>
+        <translation>Vergessen Sie den Lauf, und senden Sie zuletzt executed(feature, false) für ihn.</translation>
+    </message>
 </context>
 </TS>

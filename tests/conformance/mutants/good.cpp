@@ -1,8 +1,11 @@
 #include "good.h"
 
 #include <QtCore/QDateTime>
+#include <QtCore/QFile>
+#include <QtCore/QFileInfo>
 
 #include <chrono>
+#include <dlfcn.h>
 #include <utility>
 
 using namespace qel::devices;
@@ -10,6 +13,22 @@ using namespace qel::devices;
 static const int tick = 3;
 static const int rows = 2;
 static const int columns = 3;
+
+QString mutantName()
+{
+    Dl_info file;
+    static const char here = 0;
+    if (::dladdr(&here, &file) == 0)
+        qFatal("the plugin does not find its own name");
+    return QFileInfo(QString::fromLocal8Bit(file.dli_fname)).completeBaseName();
+}
+
+bool isDone(const char *what)
+{
+    static const QString bench = qEnvironmentVariable("GOOD_BENCH");
+    static const QString start = bench + QLatin1Char('/') + mutantName() + QLatin1Char('.');
+    return !bench.isEmpty() && QFile::exists(start + QLatin1String(what));
+}
 
 static QString unitOf(Device::DeviceFeature feature)
 {
@@ -23,6 +42,8 @@ GoodDevice::GoodDevice(const DeviceInfo &info)
     m_timer.setSingleShot(true);
     m_timer.setTimerType(Qt::PreciseTimer);
     connect(&m_timer, &QTimer::timeout, this, [this] { std::exchange(m_next, nullptr)(); });
+    m_look.setInterval(3 * tick);
+    connect(&m_look, &QTimer::timeout, this, &GoodDevice::look);
     // First in line, so that the id is known to whoever answers from a slot of their own.
     connect(this, &Device::actionRequired, this, [this](int actionId) { m_request = actionId; });
 }
@@ -47,14 +68,41 @@ void GoodDevice::connected()
 {
     m_isOpening = false;
     fillFeatures();
+    m_hasPlate = isDone("plate");
+    m_look.start();
     setOpen(true);
+}
+
+void GoodDevice::look()
+{
+    if (m_hasPlate != isDone("plate")) {
+        m_hasPlate = !m_hasPlate;
+        slotChanged();
+    } else if (serial() == QLatin1String("G-1") && isDone("unplug")) {
+        m_look.stop();
+        unplugged();
+    }
+}
+
+void GoodDevice::slotChanged()
+{
+    emit transientValue(DF_PlateDetection, resultOf(DF_PlateDetection));
+}
+
+void GoodDevice::unplugged()
+{
+    const DeviceFeature feature = stopWork();
+    setError(ERROR_DEVICE_DISCONNECTED, {});
+    setStatus({});
+    if (feature != DF_None)
+        emitEnding(feature, false, {});
 }
 
 void GoodDevice::fillFeatures()
 {
     for (const DeviceFeature feature :
          {DF_AmbientTemperature, DF_AbsorbanceMeasurement, DF_LuminescenceMeasurement,
-          DF_Calibration, DF_ReferenceNumber, DF_Orientation, DF_LedBarEffect}) {
+          DF_PlateDetection, DF_Calibration, DF_ReferenceNumber, DF_Orientation, DF_LedBarEffect}) {
         setDescriptor(feature, descriptorOf(feature));
         addFeature(feature);
     }
@@ -132,6 +180,7 @@ void GoodDevice::close()
 {
     const DeviceFeature feature = stopWork();
     m_isOpening = false;
+    m_look.stop();
     setStatus({});
     if (feature != DF_None)
         emitEnding(feature, false, {});
@@ -335,6 +384,8 @@ QVariant GoodDevice::resultOf(DeviceFeature feature) const
         return QStringLiteral("G-1");
     case DF_Orientation:
         return QVariantHash(Orientation_result(0.0F, 0.0F, 9.81F, Orientation_result::Side::Top));
+    case DF_PlateDetection:
+        return QVariant::fromValue(m_hasPlate ? SlotStatus::Occupied : SlotStatus::Empty);
     case DF_Calibration:
         return QVariantHash{{QStringLiteral("calibratedAt"), QDateTime::currentDateTimeUtc()}};
     case DF_AbsorbanceMeasurement:
@@ -360,10 +411,16 @@ void GoodDevice::emitEnding(DeviceFeature feature, bool ok, const QVariant &resu
 
 QList<DeviceInfo> GoodDriver::availableDevices()
 {
-    return {DeviceInfo(DeviceInfo::Simulator, name(), QStringLiteral("left"),
-                       QStringLiteral("Good reader"), QStringLiteral("G-1")),
-            DeviceInfo(DeviceInfo::Simulator, name(), QStringLiteral("right"),
-                       QStringLiteral("Good reader"), QStringLiteral("G-2"))};
+    const DeviceInfo left(DeviceInfo::Simulator, name(), QStringLiteral("left"),
+                          QStringLiteral("Good reader"), QStringLiteral("G-1"));
+    const DeviceInfo right(DeviceInfo::Simulator, name(), QStringLiteral("right"),
+                           QStringLiteral("Good reader"), QStringLiteral("G-2"));
+    return isThere() ? QList<DeviceInfo>{left, right} : QList<DeviceInfo>{right};
+}
+
+bool GoodDriver::isThere()
+{
+    return !isDone("unplug");
 }
 
 Device *GoodDriver::createDevice(const DeviceInfo &info)

@@ -56,6 +56,11 @@ protected:
     /// Stops whatever is going on, without a word; the feature that was at work.
     virtual DeviceFeature stopWork();
 
+    /// The plug of the instrument was pulled.
+    virtual void unplugged();
+    /// A plate was put in, or taken out.
+    virtual void slotChanged();
+
     void after(int milliseconds, std::function<void()> next);
     void step();
 
@@ -67,7 +72,20 @@ protected:
     int m_step = 0;
     QTimer m_timer;
     std::function<void()> m_next;
+
+private:
+    void look();
+
+    QTimer m_look;
+    bool m_hasPlate = false;
 };
+
+/// The file's own name: one plugin is all mutants, under many names.
+QString mutantName();
+
+/// Whether `what` has been done by hand, "unplug" or "plate": a file of the mutant's name and that
+/// suffix stands in the folder that the environment variable GOOD_BENCH names.
+bool isDone(const char *what);
 
 /// Lists two of these readers.
 class GoodDriver : public DeviceDriver
@@ -81,6 +99,8 @@ public:
     Device *createDevice(const DeviceInfo &info) override;
 
 protected:
+    /// Whether the first of them is listed.
+    virtual bool isThere();
     virtual Device *makeDevice(const DeviceInfo &info)
     {
         return new GoodDevice(info);

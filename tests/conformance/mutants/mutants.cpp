@@ -1378,6 +1378,83 @@ void print()
     std::puts("Here I am.");
 }
 
+// By hand.
+
+struct SeesNoPlate : GoodDevice
+{
+    using GoodDevice::GoodDevice;
+    void slotChanged() override { }
+};
+
+struct AlwaysEmpty : GoodDevice
+{
+    using GoodDevice::GoodDevice;
+    void emitEnding(DeviceFeature feature, bool ok, const QVariant &result) override
+    {
+        const bool isSlot = ok && feature == DF_PlateDetection;
+        GoodDevice::emitEnding(feature, ok,
+                               isSlot ? QVariant::fromValue(SlotStatus::Empty) : result);
+    }
+};
+
+struct NoticesNothing : GoodDevice
+{
+    using GoodDevice::GoodDevice;
+    void unplugged() override
+    {
+        if (const DeviceFeature feature = stopWork())
+            refuse(feature, ERROR_DEVICE_TIMEOUT, {});
+    }
+};
+
+struct GoesWithoutWord : GoodDevice
+{
+    using GoodDevice::GoodDevice;
+    void unplugged() override
+    {
+        close();
+    }
+};
+
+struct ForgetsRunWhenUnplugged : GoodDevice
+{
+    using GoodDevice::GoodDevice;
+    void unplugged() override
+    {
+        stopWork();
+        GoodDevice::unplugged();
+    }
+};
+
+struct EndsBeforeClosed : GoodDevice
+{
+    using GoodDevice::GoodDevice;
+    void unplugged() override
+    {
+        if (const DeviceFeature feature = stopWork())
+            refuse(feature, ERROR_DEVICE_DISCONNECTED, {});
+        GoodDevice::unplugged();
+    }
+};
+
+struct ListsTheAbsent : GoodDriver
+{
+    bool isThere() override
+    {
+        return true;
+    }
+};
+
+struct MissesReturn : GoodDriver
+{
+    bool isThere() override
+    {
+        m_isGone |= !GoodDriver::isThere();
+        return !m_isGone;
+    }
+    bool m_isGone = false;
+};
+
 template<typename MutantDevice>
 struct DriverOf : GoodDriver
 {
@@ -1531,6 +1608,14 @@ static const Mutant mutants[] = {
     {"1305-takes-messages", makeDriverOf<Disturbing<takeMessages>>},
     {"1306-prints", makeDriverOf<Disturbing<print>>},
     {"1307-quits", makeDriverOf<Disturbing<QCoreApplication::quit>>},
+    {"1401-always-empty", makeDriverOf<AlwaysEmpty>},
+    {"1401-sees-no-plate", makeDriverOf<SeesNoPlate>},
+    {"1402-goes-without-word", makeDriverOf<GoesWithoutWord>},
+    {"1402-notices-nothing", makeDriverOf<NoticesNothing>},
+    {"1403-ends-before-closed", makeDriverOf<EndsBeforeClosed>},
+    {"1403-forgets-run", makeDriverOf<ForgetsRunWhenUnplugged>},
+    {"1404-lists-the-absent", makeDriver<ListsTheAbsent>},
+    {"1405-misses-return", makeDriver<MissesReturn>},
 };
 
 QStringList mutantNames()

@@ -1,25 +1,11 @@
 #include "mutants.h"
 
-#include <QtCore/QFileInfo>
-
-#include <dlfcn.h>
-
 #ifndef METADATA_FILE
 #    define METADATA_FILE "plugin.json"
 #endif
 #ifndef INTERFACE_ID
 #    define INTERFACE_ID QelDevicePlugin_iid
 #endif
-
-// The file's own name: one plugin is all mutants, under many names.
-static QString mutantName()
-{
-    Dl_info file;
-    static const char here = 0;
-    if (::dladdr(&here, &file) == 0)
-        qFatal("the plugin does not find its own name");
-    return QFileInfo(QString::fromLocal8Bit(file.dli_fname)).completeBaseName();
-}
 
 class MutantPlugin : public QObject, public qel::devices::DevicePlugin
 {
