@@ -8,6 +8,7 @@
 #
 # TRANSLATIONS are id-based catalogues, named plugin_LANGUAGE.ts. Compiled, they stand in the plugin's
 # resources under ":/qel/devices/NAME", where the library finds them. This needs Qt's linguist tools.
+# A text that one of them has and another one lacks stops the build.
 #
 # The build puts the plugin into the folder "devicedrivers" beside the executables of the project, the
 # installation puts it where the library looks under the prefix: into the folder "devicedrivers" of
@@ -30,6 +31,7 @@ function(qel_add_driver name)
     endif()
     _qel_check_metadata(${name} "${driver_METADATA}")
     _qel_check_catalogue_names(${name} "${driver_TRANSLATIONS}")
+    _qel_check_catalogue_texts(${name} "${driver_TRANSLATIONS}")
 
     add_library(${name} MODULE ${driver_SOURCES})
     target_link_libraries(${name} PRIVATE Qel::Devices Qt5::Core)
@@ -96,6 +98,54 @@ function(_qel_check_catalogue_names name catalogues)
                 " found at run time; call it plugin_LANGUAGE.ts, plugin_de.ts for instance")
         endif()
     endforeach()
+endfunction()
+
+# The ids with a text in `catalogue`, as the list `ids`.
+function(_qel_texts_of catalogue ids)
+    file(READ "${catalogue}" xml)
+    # What means something to lists is of no interest here.
+    string(REGEX REPLACE "[][;]" "_" xml "${xml}")
+    string(REPLACE "<message" ";<message" messages "${xml}")
+    set(found "")
+    foreach(message IN LISTS messages)
+        if(message MATCHES "^<message[^>]* id=\"([^\"]*)\"")
+            set(id "${CMAKE_MATCH_1}")
+            set(none "<translation[^>]*(/>|>[ \t\r\n]*</translation>|type=\"(vanished|obsolete)\")")
+            if(message MATCHES "<translation" AND NOT message MATCHES "${none}")
+                list(APPEND found "${id}")
+            endif()
+        endif()
+    endforeach()
+    set(${ids} "${found}" PARENT_SCOPE)
+endfunction()
+
+function(_qel_check_catalogue_texts name catalogues)
+    set(all "")
+    set(files "")
+    foreach(catalogue IN LISTS catalogues)
+        get_filename_component(path "${catalogue}" ABSOLUTE)
+        # One that the build makes is not there yet.
+        if(EXISTS "${path}")
+            set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${path}")
+            _qel_texts_of("${path}" ids)
+            set("ids_of_${path}" "${ids}")
+            list(APPEND files "${path}")
+            list(APPEND all ${ids})
+        endif()
+    endforeach()
+    list(REMOVE_DUPLICATES all)
+    set(missing "")
+    foreach(path IN LISTS files)
+        foreach(id IN LISTS all)
+            if(NOT id IN_LIST "ids_of_${path}")
+                string(APPEND missing "\n  '${id}' in '${path}'")
+            endif()
+        endforeach()
+    endforeach()
+    if(missing)
+        message(FATAL_ERROR "qel_add_driver(${name}): users of one language would see an id instead of"
+            " a sentence; these texts are missing:${missing}")
+    endif()
 endfunction()
 
 function(_qel_place_driver name folder)

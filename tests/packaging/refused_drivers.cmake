@@ -48,6 +48,29 @@ refused(number "${metadata}" "the key \"version\" in '[^']*/plugin.json' must ho
 refused(catalogue_name "${metadata} TRANSLATIONS catalogue_de.ts"
     "the catalogue 'catalogue_de.ts' would not be found at run time"
     "{\"manufacturer\": \"m\\u00fcller; [x] \\\\\", ${rest}}")
+# catalogue(FILE ID TEXT...): a catalogue with these texts.
+function(catalogue file)
+    set(messages "")
+    while(ARGN)
+        list(POP_FRONT ARGN id text)
+        string(APPEND messages "<message id=\"${id}\">\n<source></source>\n"
+            "<translation>${text}</translation>\n</message>\n")
+    endwhile()
+    file(WRITE ${SCRATCH_DIR}/${file} "<TS version=\"2.1\">\n<context>\n${messages}</context></TS>\n")
+endfunction()
+
+set(catalogues "${metadata} TRANSLATIONS plugin_en.ts plugin_de.ts plugin.ts")
+foreach(row IN ITEMS lacking_text empty_text)
+    catalogue(${row}/plugin_en.ts r-a "One [1]" r-b "Two" r-c "Three")
+    catalogue(${row}/plugin.ts r-a "One" r-b "Two" r-c "Three")
+endforeach()
+catalogue(lacking_text/plugin_de.ts r-a "Eins")
+catalogue(empty_text/plugin_de.ts r-a "Eins" r-b " " r-c "Drei")
+refused(lacking_text "${catalogues}"
+    ".*these texts are missing: 'r-b' in '[^']*/plugin_de.ts' 'r-c' in '[^']*/plugin_de.ts' "
+    "{\"manufacturer\": \"m\", ${rest}}")
+refused(empty_text "${catalogues}" ".*these texts are missing: 'r-b' in '[^']*/plugin_de.ts' [^']*$"
+    "{\"manufacturer\": \"m\", ${rest}}")
 refused(misspelt "SOURCE x.cpp ${metadata}" "cannot make sense of 'SOURCE;x.cpp'")
 
 if(failures GREATER 0)
