@@ -3,12 +3,12 @@
 #include "tool.h"
 
 #include <qelfrontend/platecsv.h>
+#include <qelfrontend/runjson.h>
 #include <qelfrontend/wells.h>
 
 #include <qelvalues/features.h>
 #include <qelvalues/names.h>
 #include <qelvalues/settings.h>
-#include <qelvalues/valuecodec.h>
 
 #include <QtCore/QFile>
 #include <QtCore/QJsonArray>
@@ -36,19 +36,16 @@ Found readDocuments(const QByteArray &data, const DeviceInfo &device, Device::De
 {
     Found found;
     for (int start = 0, end = 0; (end = data.indexOf('\n', start)) >= 0; start = end + 1) {
-        values::Problem problem;
-        const auto json = values::parseJson(data.mid(start, end - start), &problem);
-        const QJsonObject run = json ? json->toObject() : QJsonObject();
-        if (run.value(QStringLiteral("format")) != QLatin1String("qeldevices-run")
-            || run.value(QStringLiteral("feature")) != values::featureName(feature)) {
+        QString problem;
+        const auto run = readRunDocument(data.mid(start, end - start), &problem);
+        if (!run || run->record.feature != feature) {
             found.problemAt = start;
             return found;
         }
-        const QJsonObject from = run.value(QStringLiteral("device")).toObject();
-        found.isOther |= from.value(QStringLiteral("serial")).toString() != device.serial()
-            || from.value(QStringLiteral("driver")).toString() != device.driver();
+        const DeviceInfo &from = run->record.device;
+        found.isOther |= from.serial() != device.serial() || from.driver() != device.driver();
         ++found.earlier.runs;
-        found.earlier.settings = run.value(QStringLiteral("configuration")).toObject();
+        found.earlier.settings = run->json.value(QStringLiteral("configuration")).toObject();
         found.length = end + 1;
     }
     if (found.length < data.size() && data.at(int(found.length)) != '{')
