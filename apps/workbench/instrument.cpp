@@ -1,5 +1,6 @@
 #include "instrument.h"
 
+#include "plaintext.h"
 #include "text.h"
 
 #include <qelfrontend/configuration.h>
@@ -56,8 +57,10 @@ void Instrument::setAttached(bool attached)
     if (attached) {
         m_problem.clear();
         // Another device for what may be another instrument in the same place.
-        if (!isBusy() && m_state != Opening)
+        if (!isBusy() && m_state != Opening) {
             m_device.reset();
+            m_firmware.clear();
+        }
     }
     if (!isBusy() && m_state != Opening)
         setState(restingState());
@@ -118,6 +121,13 @@ int Instrument::unkeptCount() const
     return m_unkept.size();
 }
 
+QString Instrument::firmware() const
+{
+    return m_firmware.isValid()
+        ? plainText(m_firmware).replace(QLatin1Char('\n'), QStringLiteral(", "))
+        : QString();
+}
+
 QList<Device::DeviceFeature> Instrument::features() const
 {
     return isOpen() ? offeredFeatures(*m_device) : QList<Device::DeviceFeature>();
@@ -161,6 +171,20 @@ void Instrument::open()
     request.deadline = std::chrono::seconds(60);
     begin(request);
     setState(Opening);
+}
+
+void Instrument::readFirmware()
+{
+    if (isBusy() || m_run || !isOpen())
+        return;
+    m_problem.clear();
+    m_order = Order();
+    m_order.feature = Device::DF_FirmwareInfo;
+    RunRequest request;
+    request.feature = m_order.feature;
+    request.deadline = std::chrono::seconds(60);
+    begin(request);
+    setState(Measuring);
 }
 
 void Instrument::start(const Order &order)
@@ -270,6 +294,10 @@ void Instrument::onRunFinished(const Outcome &delivered)
             m_problem = text("qelworkbench-cancelled");
         m_isCancelled = true;
     }
+    const bool isFirmware =
+        m_order.feature == Device::DF_FirmwareInfo || m_order.feature == Device::DF_FirmwareUpdate;
+    if (isFirmware && outcome.result.isValid())
+        m_firmware = outcome.result;
     if (m_isSeries && (outcome.isResult() || outcome.delivered.isValid()))
         onMeasured(outcome);
     if (m_isSeries)

@@ -75,8 +75,13 @@ public:
     QList<qel::devices::Device::DeviceFeature> features() const;
     QVariant descriptor(qel::devices::Device::DeviceFeature feature) const;
 
+    /// What it has said of its firmware, for people; empty before it was asked.
+    QString firmware() const;
+
     /// Opens the device, unless it is open or about to be.
     void open();
+    /// Asks it for its firmware, unless it is at work. Nothing of it is kept.
+    void readFirmware();
     /// Starts a run or a series, unless one is under way.
     void start(const Order &order);
     /// Ends it; finished runs are kept.
@@ -128,6 +133,7 @@ private:
     bool m_isSeries = false; // a run or series of an order, not just opening
     bool m_isCancelled = false;
     QString m_problem;
+    QVariant m_firmware;
     double m_progress = -1;
     QElapsedTimer m_clock;
     Order m_order;

@@ -1,3 +1,4 @@
+#include "driverinspection.h"
 #include "mainwindow.h"
 #include "roomystyle.h"
 #include "startup.h"
@@ -8,6 +9,8 @@
 
 int main(int argc, char *argv[])
 {
+    if (qelworkbench::isLoadTrial(argc, argv))
+        return qelworkbench::runLoadTrial(argc, argv);
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
     QApplication application(argc, argv);

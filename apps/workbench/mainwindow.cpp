@@ -58,7 +58,7 @@ MainWindow::MainWindow(const CommandLine &line, QWidget *parent)
     , m_tabs(new QTabWidget)
     , m_measure(new MeasurePane)
     , m_historyPane(new HistoryPane(&m_history))
-    , m_trust(new TrustPane)
+    , m_trust(new TrustPane(&m_instruments, line.plugins))
     , m_heldUp(new QLabel)
 {
     setWindowIcon(QIcon(QStringLiteral(":/qel/workbench/qelworkbench.svg")));

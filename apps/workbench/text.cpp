@@ -29,11 +29,17 @@ void useLanguage(const QLocale &locale)
     const QLocale chosen(isGerman ? QLocale::German : QLocale::English);
     QLocale::setDefault(chosen);
     qel::frontend::installTranslations(chosen);
-    static QTranslator *const translator = new QTranslator(QCoreApplication::instance());
-    QCoreApplication::removeTranslator(translator);
-    if (translator->load(chosen, QStringLiteral("workbench"), QStringLiteral("_"),
-                         QStringLiteral(":/qel/workbench")))
-        QCoreApplication::installTranslator(translator);
+    // In the second the English text is the id, so that English needs none.
+    static const std::pair<const char *, QTranslator *> catalogues[] = {
+        {"workbench", new QTranslator(QCoreApplication::instance())},
+        {"reports", new QTranslator(QCoreApplication::instance())},
+    };
+    for (const auto &[name, translator] : catalogues) {
+        QCoreApplication::removeTranslator(translator);
+        if (translator->load(chosen, QString::fromLatin1(name), QStringLiteral("_"),
+                             QStringLiteral(":/qel/workbench")))
+            QCoreApplication::installTranslator(translator);
+    }
 }
 
 QString sentence(QString problem)

@@ -5,10 +5,8 @@
 #include "text.h"
 
 #include <qelfrontend/provenance.h>
-#include <qelinspection/inspection.h>
 #include <qelvalues/names.h>
 
-#include <qeldevices/devicebroker.h>
 #include <qeldevices/qeldevices_global.h>
 
 #include <QtCore/QDateTime>
@@ -25,8 +23,6 @@
 #include <QtWidgets/QPushButton>
 
 namespace qelworkbench {
-
-using namespace qel::inspection;
 
 namespace {
 
@@ -49,43 +45,43 @@ QPlainTextEdit *makeText(QWidget *parent)
     return edit;
 }
 
-QString verdictText(Verdict verdict)
-{
-    switch (verdict) {
-    case Verdict::Usable:
-        return text("qelworkbench-usable");
-    case Verdict::UsableWithWarnings:
-        return text("qelworkbench-usable-with-warnings");
-    case Verdict::NotUsable:
-        break;
-    }
-    return text("qelworkbench-not-usable");
-}
-
 } // namespace
 
-TrustPane::TrustPane(QWidget *parent)
+TrustPane::TrustPane(const Instruments *instruments, const QStringList &pluginFolders,
+                     QWidget *parent)
     : QWidget(parent)
+    , m_instruments(instruments)
+    , m_drivers(pluginFolders)
     , m_instrumentTitle(makeTitle(this))
     , m_identity(new QLabel(this))
+    , m_firmware(new QPushButton(this))
     , m_driversTitle(makeTitle(this))
     , m_findings(makeText(this))
     , m_logTitle(makeTitle(this))
     , m_log(makeText(this))
     , m_inspect(new QPushButton(this))
+    , m_try(new QPushButton(this))
     , m_save(new QPushButton(this))
 {
     m_identity->setTextInteractionFlags(Qt::TextSelectableByMouse);
     m_identity->setTextFormat(Qt::PlainText);
     m_identity->setWordWrap(true);
     m_log->setMaximumBlockCount(5000);
+    m_identity->setObjectName(QStringLiteral("identity"));
+    m_firmware->setObjectName(QStringLiteral("firmware"));
+    m_findings->setObjectName(QStringLiteral("findings"));
+    m_try->setObjectName(QStringLiteral("tryDrivers"));
     m_save->setObjectName(QStringLiteral("report"));
     auto *buttons = new QHBoxLayout;
     buttons->addStretch();
     buttons->addWidget(m_inspect);
+    buttons->addWidget(m_try);
     buttons->addWidget(m_save);
     auto *layout = new QVBoxLayout(this);
-    layout->addWidget(m_instrumentTitle);
+    auto *top = new QHBoxLayout;
+    top->addWidget(m_instrumentTitle, 1);
+    top->addWidget(m_firmware);
+    layout->addLayout(top);
     layout->addWidget(m_identity);
     layout->addSpacing(8);
     layout->addWidget(m_driversTitle);
@@ -97,7 +93,13 @@ TrustPane::TrustPane(QWidget *parent)
 
     m_log->setPlainText(Log::instance()->lines().join(QLatin1Char('\n')));
     connect(Log::instance(), &Log::added, m_log, &QPlainTextEdit::appendPlainText);
-    connect(m_inspect, &QPushButton::clicked, this, &TrustPane::inspect);
+    connect(&m_drivers, &DriverInspection::changed, this, &TrustPane::showDrivers);
+    connect(m_inspect, &QPushButton::clicked, &m_drivers, &DriverInspection::inspect);
+    connect(m_try, &QPushButton::clicked, this, &TrustPane::tryDrivers);
+    connect(m_firmware, &QPushButton::clicked, this, [this] {
+        if (m_instrument)
+            m_instrument->readFirmware();
+    });
     connect(m_save, &QPushButton::clicked, this, &TrustPane::saveReport);
     retranslate();
 }
@@ -125,6 +127,8 @@ QStringList TrustPane::instrumentLines() const
     if (const auto plugin = qel::frontend::pluginOfDriver(info.driver()))
         lines.append(text("qelworkbench-fact-plugin", plugin->fileName, plugin->version,
                           plugin->manufacturer));
+    if (!m_instrument->firmware().isEmpty())
+        lines.append(text("qelworkbench-fact-firmware", m_instrument->firmware()));
     lines.append(text("qelworkbench-fact-state", Instruments::stateText(*m_instrument)));
     return lines;
 }
@@ -132,38 +136,35 @@ QStringList TrustPane::instrumentLines() const
 void TrustPane::showInstrument()
 {
     m_identity->setText(instrumentLines().join(QLatin1Char('\n')));
+    m_firmware->setEnabled(
+        m_instrument && m_instrument->state() == Instrument::Ready
+        && m_instrument->features().contains(qel::devices::Device::DF_FirmwareInfo));
 }
 
-void TrustPane::inspect()
+// Drivers that are asked for their instruments may disturb one that measures.
+void TrustPane::tryDrivers()
 {
-    m_drivers.clear();
-    const QStringList folders = pluginFolders();
-    for (const QString &folder : folders) {
-        const FolderReport report = inspectFolder(folder);
-        m_drivers.append(report.exists && !report.files.isEmpty()
-                             ? folder
-                             : text("qelworkbench-no-drivers-in", folder));
-        for (const FileReport &file : report.files) {
-            m_drivers.append(
-                QStringLiteral("  %1: %2")
-                    .arg(file.path.mid(folder.size() + 1), verdictText(file.verdict())));
-            for (const FileFinding &finding : file.findings) {
-                m_drivers.append(QStringLiteral("      ") + finding.text.english());
-                m_drivers.append(QStringLiteral("      → ") + finding.remedy.english());
-            }
-        }
-    }
-    m_drivers.append(
-        text("qelworkbench-drivers-loaded",
-             qel::devices::DeviceBroker::availableDrivers().join(QStringLiteral(", "))));
-    m_findings->setPlainText(m_drivers.join(QLatin1Char('\n')));
+    if (m_instruments->isAnyBusy())
+        Q_EMIT said(text("qelworkbench-try-busy"), false);
+    else
+        m_drivers.tryLoading();
+}
+
+void TrustPane::showDrivers()
+{
+    m_try->setEnabled(!m_drivers.isTrying());
+    m_inspect->setEnabled(!m_drivers.isTrying());
+    QStringList lines = m_drivers.lines();
+    if (m_drivers.isTrying())
+        lines.prepend(text("qelworkbench-trying"));
+    m_findings->setPlainText(lines.join(QLatin1Char('\n')));
 }
 
 void TrustPane::showEvent(QShowEvent *event)
 {
     // Files are looked at when somebody wants to know, not at each start.
-    if (m_drivers.isEmpty())
-        inspect();
+    if (m_drivers.lines().isEmpty())
+        m_drivers.inspect();
     QWidget::showEvent(event);
 }
 
@@ -176,7 +177,7 @@ QString TrustPane::report() const
                       m_instrumentTitle->text()};
     lines += instrumentLines();
     lines += {QString(), m_driversTitle->text()};
-    lines += m_drivers;
+    lines += m_drivers.lines();
     lines += {QString(), m_logTitle->text()};
     lines += Log::instance()->lines();
     return lines.join(QLatin1Char('\n')) + QLatin1Char('\n');
@@ -184,8 +185,8 @@ QString TrustPane::report() const
 
 void TrustPane::saveReport()
 {
-    if (m_drivers.isEmpty())
-        inspect();
+    if (m_drivers.lines().isEmpty())
+        m_drivers.inspect();
     const QString folder = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
     const QString path = QFileDialog::getSaveFileName(
         this, m_save->text(), folder + QStringLiteral("/qelworkbench-report.txt"));
@@ -216,10 +217,12 @@ void TrustPane::retranslate()
     m_findings->setAccessibleName(m_driversTitle->text());
     m_log->setAccessibleName(m_logTitle->text());
     m_inspect->setText(text("qelworkbench-inspect"));
+    m_try->setText(text("qelworkbench-try"));
+    m_try->setToolTip(text("qelworkbench-try-tip"));
+    m_firmware->setText(text("qelworkbench-read-firmware"));
     m_save->setText(text("qelworkbench-report"));
     showInstrument();
-    if (!m_drivers.isEmpty())
-        inspect();
+    showDrivers();
 }
 
 } // namespace qelworkbench

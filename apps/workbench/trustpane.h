@@ -1,7 +1,8 @@
 #ifndef QELWORKBENCH_TRUSTPANE_H
 #define QELWORKBENCH_TRUSTPANE_H
 
-#include "instrument.h"
+#include "driverinspection.h"
+#include "instruments.h"
 
 #include <QtCore/QPointer>
 #include <QtWidgets/QWidget>
@@ -9,7 +10,6 @@
 class QLabel;
 class QPlainTextEdit;
 class QPushButton;
-class QTextBrowser;
 
 namespace qelworkbench {
 
@@ -20,7 +20,9 @@ class TrustPane : public QWidget
     Q_OBJECT
 
 public:
-    explicit TrustPane(QWidget *parent = nullptr);
+    /// @param pluginFolders searched for drivers in addition to the library's own
+    TrustPane(const Instruments *instruments, const QStringList &pluginFolders,
+              QWidget *parent = nullptr);
 
     void setInstrument(Instrument *instrument);
     /// All that the pane shows, as plain text.
@@ -35,20 +37,24 @@ protected:
 
 private:
     void retranslate();
-    void inspect();
+    void tryDrivers();
+    void showDrivers();
     void showInstrument();
     void saveReport();
     QStringList instrumentLines() const;
 
+    const Instruments *m_instruments;
     QPointer<Instrument> m_instrument;
-    QStringList m_drivers; // lines of the inspection
+    DriverInspection m_drivers;
     QLabel *m_instrumentTitle;
     QLabel *m_identity;
+    QPushButton *m_firmware;
     QLabel *m_driversTitle;
     QPlainTextEdit *m_findings;
     QLabel *m_logTitle;
     QPlainTextEdit *m_log;
     QPushButton *m_inspect;
+    QPushButton *m_try;
     QPushButton *m_save;
 };
 

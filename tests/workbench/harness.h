@@ -58,6 +58,12 @@ public:
             QTRY_VERIFY_WITH_TIMEOUT(find<QPushButton>("start")->isEnabled(), 20000);
     }
 
+    /// A folder that is searched for drivers in addition.
+    void addPlugins(const QString &folder)
+    {
+        m_line.plugins.append(folder);
+    }
+
     void close()
     {
         m_window.reset();

@@ -3,6 +3,7 @@
 #include "../plugins/testdriver.h"
 
 #include <choices.h>
+#include <driverinspection.h>
 #include <log.h>
 #include <plateview.h>
 #include <resultview.h>
@@ -21,6 +22,7 @@
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QMenuBar>
 #include <QtWidgets/QMessageBox>
+#include <QtWidgets/QPlainTextEdit>
 #include <QtWidgets/QSpinBox>
 #include <QtWidgets/QStatusBar>
 #include <QtWidgets/QTabWidget>
@@ -143,6 +145,7 @@ private Q_SLOTS:
     void languages();
     void everythingHasAName();
     void closedDuringARun();
+    void instrumentAndDriversAreExplained();
 
 private:
     int kept() const
@@ -576,5 +579,37 @@ void TestWindow::closedDuringARun()
     QCOMPARE(asked, 2);
 }
 
-QTEST_MAIN(TestWindow)
+void TestWindow::instrumentAndDriversAreExplained()
+{
+    qputenv("ROGUE", "load crash");
+    m_bench->setUpOne("absorbance-96");
+    m_bench->addPlugins(QStringLiteral(ROGUE_FOLDER));
+    m_bench->addPlugins(QStringLiteral(DRIVER_FOLDER));
+    m_bench->open();
+    m_bench->find<QTabWidget>("panes")->setCurrentIndex(2);
+    m_bench->click("firmware");
+    QTRY_VERIFY(m_bench->find<QLabel>("identity")->text().contains("Version: 2.4.0"));
+    QCOMPARE(kept(), 0);
+    const auto findings = [this] {
+        return m_bench->find<QPlainTextEdit>("findings")->toPlainText();
+    };
+    QVERIFY2(findings().contains("rogue.so: can be used"), qPrintable(findings()));
+    m_bench->click("tryDrivers");
+    QTRY_VERIFY_WITH_TIMEOUT(m_bench->find<QPushButton>("tryDrivers")->isEnabled(), 60000);
+    QVERIFY2(findings().contains("rogue.so: cannot be used"), qPrintable(findings()));
+    QVERIFY2(findings().contains("simulator.so: can be used (simulator)"), qPrintable(findings()));
+    useLanguage(QLocale(QLocale::German));
+    QTRY_VERIFY2(findings().contains("lässt sich nicht laden"), qPrintable(findings()));
+    qunsetenv("ROGUE");
+}
+
+int main(int argc, char *argv[])
+{
+    if (isLoadTrial(argc, argv))
+        return runLoadTrial(argc, argv);
+    QApplication application(argc, argv);
+    TestWindow test;
+    return QTest::qExec(&test, argc, argv);
+}
+
 #include "tst_window.moc"

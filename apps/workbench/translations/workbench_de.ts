@@ -279,6 +279,10 @@
         <source></source>
         <translation>Treiber: %1</translation>
     </message>
+    <message id="qelworkbench-fact-firmware">
+        <source></source>
+        <translation>Firmware: %1</translation>
+    </message>
     <message id="qelworkbench-fact-location">
         <source></source>
         <translation>Ort: %1 (%2)</translation>
@@ -566,6 +570,10 @@ Das Ergebnis erscheint hier.</translation>
         <source></source>
         <translation>Lesung:</translation>
     </message>
+    <message id="qelworkbench-read-firmware">
+        <source></source>
+        <translation>Firmware auslesen</translation>
+    </message>
     <message id="qelworkbench-refuse">
         <source></source>
         <translation>Das geht nicht</translation>
@@ -813,6 +821,22 @@ Das Ergebnis erscheint hier.</translation>
     <message id="qelworkbench-title-simulated">
         <source></source>
         <translation>Plattenleser – SIMULIERTE GERÄTE, zum Üben</translation>
+    </message>
+    <message id="qelworkbench-try">
+        <source></source>
+        <translation>Treiber probeweise laden</translation>
+    </message>
+    <message id="qelworkbench-try-busy">
+        <source></source>
+        <translation>Treiber werden nicht probiert, während ein Gerät misst: Es könnte gestört werden.</translation>
+    </message>
+    <message id="qelworkbench-try-tip">
+        <source></source>
+        <translation>Lädt jeden Treiber in einem eigenen Prozess und fragt ihn nach seinen Geräten. Einer, der abstürzt oder hängt, fällt so auf und richtet nichts an.</translation>
+    </message>
+    <message id="qelworkbench-trying">
+        <source></source>
+        <translation>Die Treiber werden probeweise geladen …</translation>
     </message>
     <message id="qelworkbench-unexpected-argument">
         <source></source>

@@ -279,6 +279,10 @@
         <source></source>
         <translation>Driver: %1</translation>
     </message>
+    <message id="qelworkbench-fact-firmware">
+        <source></source>
+        <translation>Firmware: %1</translation>
+    </message>
     <message id="qelworkbench-fact-location">
         <source></source>
         <translation>Place: %1 (%2)</translation>
@@ -566,6 +570,10 @@ The result appears here.</translation>
         <source></source>
         <translation>Read:</translation>
     </message>
+    <message id="qelworkbench-read-firmware">
+        <source></source>
+        <translation>Read firmware</translation>
+    </message>
     <message id="qelworkbench-refuse">
         <source></source>
         <translation>I cannot do that</translation>
@@ -813,6 +821,22 @@ The result appears here.</translation>
     <message id="qelworkbench-title-simulated">
         <source></source>
         <translation>Plate readers – SIMULATED INSTRUMENTS, for training</translation>
+    </message>
+    <message id="qelworkbench-try">
+        <source></source>
+        <translation>Load drivers on trial</translation>
+    </message>
+    <message id="qelworkbench-try-busy">
+        <source></source>
+        <translation>Drivers are not tried while an instrument measures: it might be disturbed.</translation>
+    </message>
+    <message id="qelworkbench-try-tip">
+        <source></source>
+        <translation>Loads each driver in a process of its own and asks it for its instruments. One that crashes or hangs is found that way, and harms nothing.</translation>
+    </message>
+    <message id="qelworkbench-trying">
+        <source></source>
+        <translation>Loading the drivers on trial …</translation>
     </message>
     <message id="qelworkbench-unexpected-argument">
         <source></source>
