@@ -249,11 +249,11 @@
     </message>
     <message id="qelfrontend-document-other">
         <source></source>
-        <translation>Das ist kein Dokument eines Laufs mit einem Ergebnis</translation>
+        <translation>Das ist kein Dokument eines Laufs mit einem Ergebnis.</translation>
     </message>
     <message id="qelfrontend-document-version">
         <source></source>
-        <translation>Das Dokument hat die Version %1, dieses Programm liest die Version %2</translation>
+        <translation>Das Dokument hat die Version %1, dieses Programm liest die Version %2.</translation>
     </message>
     <message id="qelfrontend-run-gone">
         <source></source>

@@ -249,11 +249,11 @@
     </message>
     <message id="qelfrontend-document-other">
         <source></source>
-        <translation>this is no document of a run that has a result</translation>
+        <translation>This is no document of a run that has a result.</translation>
     </message>
     <message id="qelfrontend-document-version">
         <source></source>
-        <translation>the document is of version %1, this program reads version %2</translation>
+        <translation>The document is of version %1, this program reads version %2.</translation>
     </message>
     <message id="qelfrontend-run-gone">
         <source></source>

@@ -93,7 +93,7 @@ int runConnect(const QStringList &arguments)
         driver, "addConnection", Q_RETURN_ARG(QStringList, answer),
         Q_ARG(QString, QFileInfo(line.positional().at(0)).absoluteFilePath()));
     if (answer.value(0).isEmpty())
-        return fail(RunFailed, sentence(answer.value(1)));
+        return fail(RunFailed, answer.value(1));
     awaitServers(driver);
     const QString server = answer.at(0);
     const auto servers = serversOf(driver);
@@ -147,9 +147,9 @@ int runServers(const QStringList &arguments)
     for (const QVariant &entry : servers) {
         const QString absence = stringOf(entry, "absence");
         const int count = entry.toMap().value(QStringLiteral("instruments")).toInt();
-        rows.append({stringOf(entry, "name"), stringOf(entry, "address"),
-                     absence.isEmpty() ? text("qelctl-server-there", QString::number(count))
-                                       : sentence(absence)});
+        rows.append(
+            {stringOf(entry, "name"), stringOf(entry, "address"),
+             absence.isEmpty() ? text("qelctl-server-there", QString::number(count)) : absence});
         entries.append(QJsonObject{{QStringLiteral("name"), stringOf(entry, "name")},
                                    {QStringLiteral("address"), stringOf(entry, "address")},
                                    {QStringLiteral("absence"), absence},
@@ -218,7 +218,7 @@ int fetchResult(QObject *driver, const CommandLine &line)
     const QVariant kept = found.value(0);
     QString problem = stringOf(kept, "problem");
     if (!problem.isEmpty())
-        return fail(RunFailed, sentence(problem));
+        return fail(RunFailed, problem);
     const QJsonObject document = documentOf(kept);
     if (document.isEmpty())
         return fail(NoSuchDevice, text("qelctl-no-such-result", full));

@@ -49,7 +49,7 @@ std::optional<QJsonObject> readConfigurationOption(const QString &value)
     const auto parsed = parseJson(json, &problem);
     if (parsed && parsed->isObject())
         return parsed->toObject();
-    const QString reason = parsed ? QString() : sentence(explain(problem));
+    const QString reason = parsed ? QString() : explain(problem);
     complain(text("qelctl-run-config-no-object", reason).trimmed());
     return std::nullopt;
 }
@@ -239,7 +239,7 @@ int perform(CommandLine *line, const QStringList &arguments, Request *request)
     QString problem;
     const auto feature = selectFeature(line->positional().at(1), &problem);
     if (!feature)
-        return fail(NoSuchDevice, sentence(problem));
+        return fail(NoSuchDevice, problem);
     request->feature = *feature;
     if (!isFormatFor(request->format, request->feature))
         return fail(BadUsage, text("qelctl-run-no-plate", featureArgument(request->feature)));

@@ -59,7 +59,6 @@ RunRequest Series::makeRunRequest()
             problems.append(text("qelctl-run-resume-setting", m_output->path(), other));
         }
         m_configurationRefused = true;
-        std::transform(problems.begin(), problems.end(), problems.begin(), &sentence);
         *problem = problems.join(QLatin1Char(' '));
         return std::optional<QVariant>();
     };

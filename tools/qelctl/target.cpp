@@ -36,7 +36,7 @@ std::unique_ptr<Device> createTarget(const QString &argument, bool exact)
             complain(text("qelctl-taken", titleOf(*info)));
     }
     if (!info) {
-        complain(sentence(problem));
+        complain(problem);
         return nullptr;
     }
     const TrailMark mark(info->driver(), "createDevice()");
@@ -115,10 +115,9 @@ static ExitCode codeFor(const Outcome &outcome)
 int report(const Outcome &outcome, const QString &device)
 {
     QString line = device + QStringLiteral(": ")
-        + (outcome.kind == Outcome::Unfinished ? text("qelctl-run-unfinished")
-                                               : sentence(outcome.sentence));
+        + (outcome.kind == Outcome::Unfinished ? text("qelctl-run-unfinished") : outcome.sentence);
     if (!outcome.additionalInfo.isEmpty())
-        line += QLatin1Char(' ') + sentence(outcome.additionalInfo);
+        line += QLatin1Char(' ') + outcome.additionalInfo;
     return fail(codeFor(outcome), line);
 }
 

@@ -59,14 +59,4 @@ int fail(ExitCode code, const QString &message)
     return code;
 }
 
-QString sentence(QString problem)
-{
-    if (problem.isEmpty())
-        return problem;
-    problem[0] = problem.at(0).toUpper();
-    const bool isOpen = !problem.contains(QLatin1Char('\n')) && !problem.endsWith(QLatin1Char('.'))
-        && !problem.endsWith(QLatin1Char('?'));
-    return isOpen ? problem + QLatin1Char('.') : problem;
-}
-
 } // namespace qelctl

@@ -68,10 +68,6 @@ void complain(const QString &message);
 /// What complain() has printed last; empty when nothing.
 QString lastComplaint();
 
-/// Half a sentence such as "there is no setting" as a whole one: a capital in front, a full stop
-/// behind, unless a list follows.
-QString sentence(QString problem);
-
 /// As complain(), and returns `code`: for the last line of a command that fails.
 int fail(ExitCode code, const QString &message);
 
