@@ -28,6 +28,12 @@
 #include <QtWidgets/QTabWidget>
 #include <QtWidgets/QTableView>
 
+#include <cerrno>
+#include <csignal>
+
+#include <sys/mount.h>
+#include <sys/resource.h>
+
 using namespace qelworkbench;
 using qel::devices::Device;
 using qel::devices::DeviceBroker;
@@ -115,6 +121,57 @@ protected:
             SlowDevice::painted = static_cast<QStatusBar *>(bar)->currentMessage();
         return false;
     }
+};
+
+// A disk of its own for a folder, which can be full. Where the process may not mount one, files
+// that may not become longer stand for it.
+class SmallDisk
+{
+public:
+    explicit SmallDisk(QString folder)
+        : m_folder(std::move(folder))
+    {
+        QDir().mkpath(m_folder);
+        const QByteArray path = QFile::encodeName(m_folder);
+        m_isMounted = mount("tmpfs", path.constData(), "tmpfs", 0, "size=512k") == 0;
+    }
+    ~SmallDisk()
+    {
+        clear();
+        if (m_isMounted)
+            umount2(QFile::encodeName(m_folder).constData(), MNT_DETACH);
+    }
+    void fill()
+    {
+        if (!m_isMounted) {
+            std::signal(SIGXFSZ, SIG_IGN);
+            const rlimit none{1, RLIM_INFINITY};
+            setrlimit(RLIMIT_FSIZE, &none);
+            return;
+        }
+        QFile filler(fillerPath());
+        QVERIFY(filler.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
+        while (filler.write(QByteArray(4096, '.')) == 4096) { }
+    }
+    void clear()
+    {
+        const rlimit all{RLIM_INFINITY, RLIM_INFINITY};
+        setrlimit(RLIMIT_FSIZE, &all);
+        QFile::remove(fillerPath());
+    }
+    QString reason() const
+    {
+        return qt_error_string(m_isMounted ? ENOSPC : EFBIG);
+    }
+
+private:
+    QString fillerPath() const
+    {
+        return m_folder + QStringLiteral("/filler");
+    }
+
+    const QString m_folder;
+    bool m_isMounted;
 };
 
 } // namespace
@@ -480,19 +537,26 @@ void TestWindow::faults()
 void TestWindow::fullDisk()
 {
     m_bench->setUpOne("absorbance-96");
+    SmallDisk disk(m_bench->folder());
     m_bench->open();
-    // As good as full: nothing can be written there.
-    QFile blocker(m_bench->folder());
-    QVERIFY(blocker.open(QIODevice::WriteOnly));
+    m_bench->find<QSpinBox>("count")->setValue(3);
+    m_bench->find<QDoubleSpinBox>("interval")->setValue(0);
+    disk.fill();
     start();
     QTRY_VERIFY(!m_bench->instrument()->isBusy());
-    QCOMPARE(m_bench->instrument()->unkeptCount(), 1);
+    QCOMPARE(m_bench->instrument()->unkeptCount(), 3);
     QVERIFY2(banner().contains("not on disk"), qPrintable(banner()));
-    QVERIFY(blocker.remove());
+    QVERIFY2(banner().contains(disk.reason()), qPrintable(banner()));
+    QCOMPARE(kept(), 0); // not even a part
+    m_bench->click("again");
+    QCOMPARE(m_bench->instrument()->unkeptCount(), 3);
+    disk.clear();
     m_bench->click("again");
     QCOMPARE(m_bench->instrument()->unkeptCount(), 0);
-    QCOMPARE(kept(), 1);
+    QCOMPARE(kept(), 3);
+    QCOMPARE(m_bench->window()->history()->runs(0).size(), 3);
     QVERIFY(m_bench->find<PlateView>("plate")->isVisible());
+    m_bench->close();
 }
 
 void TestWindow::seriesKeepsEveryRun()
