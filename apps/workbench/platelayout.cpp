@@ -27,7 +27,7 @@ bool PlateLayout::isContent(const QString &content)
         return true;
     const QString standard = QStringLiteral("standard ");
     bool isNumber = false;
-    const double concentration = content.mid(standard.size()).toDouble(&isNumber);
+    const double concentration = content.midRef(standard.size()).toDouble(&isNumber);
     return content.startsWith(standard) && isNumber && std::isfinite(concentration)
         && concentration >= 0;
 }

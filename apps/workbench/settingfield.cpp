@@ -10,21 +10,18 @@
 namespace qelworkbench {
 
 using namespace qel::frontend;
+using qel::values::Kind;
 
-static QVariant setting(const QVariant &descriptor, const QString &key)
-{
-    return descriptor.toHash().value(QStringLiteral("settings")).toHash().value(key);
-}
-
-SettingField::SettingField(const QString &key, const QVariant &descriptor, QWidget *parent)
+SettingField::SettingField(qel::values::Setting setting, const QVariant &descriptor,
+                           QWidget *parent)
     : QWidget(parent)
-    , m_key(key)
+    , m_setting(std::move(setting))
     , m_descriptor(descriptor)
     , m_hint(new QLabel(this))
 {
     m_hint->setWordWrap(true);
     m_hint->setContentsMargins(2, 0, 0, 4);
-    m_hint->setObjectName(key + QStringLiteral("Hint"));
+    m_hint->setObjectName(m_setting.key + QStringLiteral("Hint"));
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins({});
     layout->setSpacing(2);
@@ -40,25 +37,20 @@ void SettingField::setInput(QWidget *input, QWidget *focus)
 
 QJsonValue SettingField::defaultValue() const
 {
-    const QVariant value = entry().value(QStringLiteral("default"));
-    if (!value.isValid())
+    if (!m_setting.fallback.isValid())
         return QJsonValue::Undefined;
-    return writeConfiguration(QVariantHash{{m_key, value}}, m_descriptor).value(m_key);
-}
-
-QVariantHash SettingField::entry() const
-{
-    return setting(m_descriptor, m_key).toHash();
+    return writeConfiguration(QVariantHash{{m_setting.key, m_setting.fallback}}, m_descriptor)
+        .value(m_setting.key);
 }
 
 bool SettingField::hasOwnLabel() const
 {
-    return entry().value(QStringLiteral("type")).toString() == QLatin1String("bool");
+    return m_setting.kind == Kind::Bool;
 }
 
 QString SettingField::key() const
 {
-    return m_key;
+    return m_setting.key;
 }
 
 QString SettingField::problem() const
@@ -72,7 +64,7 @@ bool SettingField::addTo(QJsonObject *configuration)
     QString ignored;
     const QJsonValue entered = value(&ignored);
     if (m_problem.isEmpty() && !entered.isUndefined())
-        configuration->insert(m_key, entered);
+        configuration->insert(m_setting.key, entered);
     return m_problem.isEmpty();
 }
 
@@ -85,13 +77,13 @@ void SettingField::check()
         QStringList others;
         QStringList all;
         const QJsonObject own =
-            entered.isUndefined() ? QJsonObject() : QJsonObject{{m_key, entered}};
+            entered.isUndefined() ? QJsonObject() : QJsonObject{{m_setting.key, entered}};
         const QJsonValue standard = defaultValue();
         if (!standard.isUndefined())
-            readConfiguration({{m_key, standard}}, m_descriptor, &others);
+            readConfiguration({{m_setting.key, standard}}, m_descriptor, &others);
         readConfiguration(own, m_descriptor, &all);
         for (const QString &one : qAsConst(all)) {
-            if (!others.contains(one) && one.contains(m_key))
+            if (!others.contains(one) && one.contains(m_setting.key))
                 problem = one;
         }
     }
@@ -103,17 +95,16 @@ void SettingField::check()
 void SettingField::retranslate()
 {
     if (focusProxy())
-        focusProxy()->setAccessibleName(settingTitle(m_key));
+        focusProxy()->setAccessibleName(settingTitle(m_setting.key));
     check();
 }
 
 void SettingField::showHint()
 {
     const bool isWrong = !m_problem.isEmpty();
-    const QString allowed = describeSetting(m_key, m_descriptor);
+    const QString allowed = describeSetting(m_setting.key, m_descriptor);
     m_hint->setText(isWrong ? m_problem : sentence(allowed));
-    const bool isObvious = entry().contains(QStringLiteral("choices"))
-        || entry().value(QStringLiteral("type")).toString() == QLatin1String("bool");
+    const bool isObvious = !m_setting.choices.isEmpty() || m_setting.kind == Kind::Bool;
     m_hint->setVisible(isWrong || !isObvious);
     QPalette colors = palette();
     const bool isDark = colors.color(QPalette::Window).lightness() < 128;

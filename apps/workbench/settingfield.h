@@ -1,6 +1,8 @@
 #ifndef QELWORKBENCH_SETTINGFIELD_H
 #define QELWORKBENCH_SETTINGFIELD_H
 
+#include <qelvalues/settings.h>
+
 #include <QtCore/QJsonObject>
 #include <QtCore/QVariant>
 #include <QtWidgets/QWidget>
@@ -36,7 +38,7 @@ Q_SIGNALS:
     void edited();
 
 protected:
-    SettingField(const QString &key, const QVariant &descriptor, QWidget *parent);
+    SettingField(qel::values::Setting setting, const QVariant &descriptor, QWidget *parent);
 
     /// Puts the input above the hint. The label's buddy and the screen reader's name go to `focus`.
     void setInput(QWidget *input, QWidget *focus);
@@ -47,11 +49,9 @@ protected:
 
     /// The default in the form of setValue(); undefined when there is none.
     QJsonValue defaultValue() const;
-    /// The descriptor's entry of this setting.
-    QVariantHash entry() const;
 
-    const QString m_key;
-    const QVariant m_descriptor;
+    const qel::values::Setting m_setting;
+    const QVariant m_descriptor; // of all settings together
 
 private:
     void showHint();

@@ -21,6 +21,8 @@
 namespace qelworkbench {
 
 using namespace qel::frontend;
+using qel::values::Kind;
+using qel::values::Setting;
 
 namespace {
 
@@ -29,7 +31,8 @@ QString plainText(const QJsonValue &value)
 {
     if (value.isArray()) {
         QStringList parts;
-        for (const QJsonValue part : value.toArray())
+        const QJsonArray array = value.toArray();
+        for (const QJsonValue &part : array)
             parts.append(plainText(part));
         return parts.join(QStringLiteral(", "));
     }
@@ -40,19 +43,17 @@ QString plainText(const QJsonValue &value)
 class TextField : public SettingField
 {
 public:
-    TextField(const QString &key, const QVariant &descriptor, QWidget *parent)
-        : SettingField(key, descriptor, parent)
-        , m_type(entry().value(QStringLiteral("type")).toString())
+    TextField(Setting setting, const QVariant &descriptor, QWidget *parent)
+        : SettingField(std::move(setting), descriptor, parent)
     {
         auto *input = new QWidget(this);
         auto *layout = new QHBoxLayout(input);
         layout->setContentsMargins({});
         m_edit = new QLineEdit(input);
-        m_edit->setObjectName(key);
+        m_edit->setObjectName(m_setting.key);
         layout->addWidget(m_edit);
-        const QString unit = m_type == QLatin1String("std::chrono::milliseconds")
-            ? QStringLiteral("ms")
-            : entry().value(QStringLiteral("unit")).toString();
+        const QString unit =
+            m_setting.kind == Kind::Milliseconds ? QStringLiteral("ms") : m_setting.unit;
         if (!unit.isEmpty())
             layout->addWidget(new QLabel(unit, input));
         if (isFile() || isWells()) {
@@ -88,32 +89,32 @@ protected:
     QJsonValue value(QString *problem) const override
     {
         QString entered = m_edit->text().trimmed();
-        if (entered.isEmpty() && m_type != QLatin1String("QString"))
+        if (entered.isEmpty() && m_setting.kind != Kind::Text)
             return QJsonValue::Undefined;
         if (isWells())
             return entered;
         if (isFile())
             return QLatin1Char('@') + entered;
         // A comma in a single number can only be a decimal one.
-        if (m_type == QLatin1String("double") || m_type == QLatin1String("float"))
+        if (m_setting.kind == Kind::Number)
             entered.replace(QLatin1Char(','), QLatin1Char('.'));
         entered.replace(QStringLiteral(", "), QStringLiteral(","));
         QJsonObject configuration;
-        if (!assignSetting(&configuration, m_key + QLatin1Char('=') + entered, m_descriptor,
+        if (!assignSetting(&configuration, m_setting.key + QLatin1Char('=') + entered, m_descriptor,
                            problem))
             return QJsonValue::Undefined;
-        return configuration.value(m_key);
+        return configuration.value(m_setting.key);
     }
 
 private:
     bool isFile() const
     {
-        return m_type == QLatin1String("QByteArray");
+        return m_setting.kind == Kind::Bytes;
     }
 
     bool isWells() const
     {
-        return m_type == QLatin1String("QVector<bool>");
+        return m_setting.kind == Kind::Wells;
     }
 
     void pick()
@@ -136,9 +137,9 @@ private:
         plate.rows = all.value(QStringLiteral("rows")).toInt();
         plate.columns = all.value(QStringLiteral("columns")).toInt();
         QDialog dialog(this);
-        dialog.setWindowTitle(settingTitle(m_key));
+        dialog.setWindowTitle(settingTitle(m_setting.key));
         auto *view = new PlateView(&dialog);
-        view->setAccessibleName(settingTitle(m_key));
+        view->setAccessibleName(settingTitle(m_setting.key));
         view->setPicture(plate);
         QString ignored;
         if (const auto wells = readWells(m_edit->text(), plate.rows, plate.columns, &ignored))
@@ -155,7 +156,6 @@ private:
             m_edit->setText(writeWells(view->selection(), plate.columns));
     }
 
-    const QString m_type;
     QLineEdit *m_edit;
     QPushButton *m_pick = nullptr;
 };
@@ -163,11 +163,11 @@ private:
 class FlagField : public SettingField
 {
 public:
-    FlagField(const QString &key, const QVariant &descriptor, QWidget *parent)
-        : SettingField(key, descriptor, parent)
+    FlagField(Setting setting, const QVariant &descriptor, QWidget *parent)
+        : SettingField(std::move(setting), descriptor, parent)
         , m_box(new QCheckBox(this))
     {
-        m_box->setObjectName(key);
+        m_box->setObjectName(m_setting.key);
         setInput(m_box, m_box);
         connect(m_box, &QCheckBox::toggled, this, [this] { check(); });
         setValue(defaultValue());
@@ -182,7 +182,7 @@ public:
     void retranslate() override
     {
         SettingField::retranslate();
-        m_box->setText(settingTitle(m_key));
+        m_box->setText(settingTitle(m_setting.key));
     }
 
 protected:
@@ -199,46 +199,42 @@ private:
 class ChoiceField : public SettingField
 {
 protected:
-    ChoiceField(const QString &key, const QVariant &descriptor, QWidget *parent)
-        : SettingField(key, descriptor, parent)
-        , m_choices(entry().value(QStringLiteral("choices")).toList())
-        , m_names(entry().value(QStringLiteral("names")).toStringList())
+    ChoiceField(Setting setting, const QVariant &descriptor, QWidget *parent)
+        : SettingField(std::move(setting), descriptor, parent)
     { }
 
     QString title(int choice) const
     {
-        const QString unit = entry().value(QStringLiteral("unit")).toString();
-        return choice < m_names.size()
-            ? m_names[choice]
-            : QStringLiteral("%1 %2").arg(m_choices[choice].toString(), unit).trimmed();
+        return choice < m_setting.names.size()
+            ? m_setting.names[choice]
+            : QStringLiteral("%1 %2")
+                  .arg(m_setting.choices[choice].toString(), m_setting.unit)
+                  .trimmed();
     }
 
     // The form in which readConfiguration() takes it.
     QJsonValue json(int choice) const
     {
-        return choice < m_names.size() ? QJsonValue(m_names[choice])
-                                       : QJsonValue::fromVariant(m_choices[choice]);
+        return choice < m_setting.names.size() ? QJsonValue(m_setting.names[choice])
+                                               : QJsonValue::fromVariant(m_setting.choices[choice]);
     }
 
     bool stands(int choice, const QJsonValue &value) const
     {
-        return value == json(choice) || value == QJsonValue::fromVariant(m_choices[choice]);
+        return value == json(choice) || value == QJsonValue::fromVariant(m_setting.choices[choice]);
     }
-
-    const QVariantList m_choices;
-    const QStringList m_names;
 };
 
 class OneOfField : public ChoiceField
 {
 public:
-    OneOfField(const QString &key, const QVariant &descriptor, QWidget *parent)
-        : ChoiceField(key, descriptor, parent)
+    OneOfField(Setting setting, const QVariant &descriptor, QWidget *parent)
+        : ChoiceField(std::move(setting), descriptor, parent)
         , m_box(new QComboBox(this))
     {
-        for (int i = 0; i < m_choices.size(); ++i)
+        for (int i = 0; i < m_setting.choices.size(); ++i)
             m_box->addItem(title(i));
-        m_box->setObjectName(key);
+        m_box->setObjectName(m_setting.key);
         setInput(m_box, m_box);
         connect(m_box, QOverload<int>::of(&QComboBox::currentIndexChanged), this,
                 [this] { check(); });
@@ -247,7 +243,7 @@ public:
 
     void setValue(const QJsonValue &value) override
     {
-        for (int i = 0; i < m_choices.size(); ++i) {
+        for (int i = 0; i < m_setting.choices.size(); ++i) {
             if (stands(i, value))
                 m_box->setCurrentIndex(i);
         }
@@ -268,15 +264,15 @@ private:
 class SeveralOfField : public ChoiceField
 {
 public:
-    SeveralOfField(const QString &key, const QVariant &descriptor, QWidget *parent)
-        : ChoiceField(key, descriptor, parent)
+    SeveralOfField(Setting setting, const QVariant &descriptor, QWidget *parent)
+        : ChoiceField(std::move(setting), descriptor, parent)
     {
         auto *input = new QWidget(this);
         auto *layout = new QGridLayout(input);
         layout->setContentsMargins({});
-        for (int i = 0; i < m_choices.size(); ++i) {
+        for (int i = 0; i < m_setting.choices.size(); ++i) {
             auto *box = new QCheckBox(title(i), input);
-            box->setObjectName(key + m_choices[i].toString());
+            box->setObjectName(m_setting.key + m_setting.choices[i].toString());
             layout->addWidget(box, i / 2, i % 2);
             connect(box, &QCheckBox::toggled, this, [this] { check(); });
             m_boxes.append(box);
@@ -290,7 +286,7 @@ public:
         const QJsonArray values = value.toArray();
         for (int i = 0; i < m_boxes.size(); ++i) {
             bool isSet = false;
-            for (const QJsonValue one : values)
+            for (const QJsonValue &one : values)
                 isSet = isSet || stands(i, one);
             m_boxes[i]->setChecked(isSet);
         }
@@ -315,11 +311,11 @@ private:
 class ColorField : public SettingField
 {
 public:
-    ColorField(const QString &key, const QVariant &descriptor, QWidget *parent)
-        : SettingField(key, descriptor, parent)
+    ColorField(Setting setting, const QVariant &descriptor, QWidget *parent)
+        : SettingField(std::move(setting), descriptor, parent)
         , m_button(new QPushButton(this))
     {
-        m_button->setObjectName(key);
+        m_button->setObjectName(m_setting.key);
         setInput(m_button, m_button);
         connect(m_button, &QPushButton::clicked, this, [this] {
             const QColor color = QColorDialog::getColor(QColor(m_button->text()), this);
@@ -350,23 +346,23 @@ private:
 
 } // namespace
 
-SettingField *makeSettingField(const QString &key, const QVariant &descriptor, QWidget *parent)
+SettingField *makeSettingField(const Setting &setting, const QVariant &descriptor, QWidget *parent)
 {
-    const QVariantHash entry =
-        descriptor.toHash().value(QStringLiteral("settings")).toHash().value(key).toHash();
-    const QString type = entry.value(QStringLiteral("type")).toString();
-    const bool takesSeveral = type.startsWith(QLatin1String("QList<"))
-        || type == QLatin1String("QVector<double>") || type == QLatin1String("QStringList")
-        || type == QLatin1String("qel::devices::LedBarEffect_config::Modes");
-    if (type == QLatin1String("bool"))
-        return new FlagField(key, descriptor, parent);
-    if (type == QLatin1String("qel::devices::LedBarEffect_config::Color"))
-        return new ColorField(key, descriptor, parent);
-    if (entry.value(QStringLiteral("choices")).toList().isEmpty())
-        return new TextField(key, descriptor, parent);
-    if (takesSeveral)
-        return new SeveralOfField(key, descriptor, parent);
-    return new OneOfField(key, descriptor, parent);
+    if (setting.kind == Kind::Bool)
+        return new FlagField(setting, descriptor, parent);
+    if (setting.kind == Kind::Color)
+        return new ColorField(setting, descriptor, parent);
+    if (setting.choices.isEmpty())
+        return new TextField(setting, descriptor, parent);
+    switch (setting.kind) {
+    case Kind::Integers:
+    case Kind::Numbers:
+    case Kind::Texts:
+    case Kind::Flags:
+        return new SeveralOfField(setting, descriptor, parent);
+    default:
+        return new OneOfField(setting, descriptor, parent);
+    }
 }
 
 } // namespace qelworkbench

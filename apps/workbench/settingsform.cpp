@@ -11,6 +11,8 @@
 
 namespace qelworkbench {
 
+using qel::values::Setting;
+
 SettingsForm::SettingsForm(QWidget *parent)
     : QWidget(parent)
     , m_layout(new QFormLayout(this))
@@ -28,15 +30,13 @@ bool SettingsForm::setDescriptor(const QVariant &descriptor)
     m_fields.clear();
     while (m_layout->rowCount() > 0)
         m_layout->removeRow(0);
-    const QVariantHash settings = descriptor.toHash().value(QStringLiteral("settings")).toHash();
-    QStringList keys = settings.keys();
-    std::sort(keys.begin(), keys.end());
+    QVector<Setting> settings = qel::values::settingsOf(descriptor);
     // What is measured before how.
-    std::stable_partition(keys.begin(), keys.end(), [&settings](const QString &key) {
-        return settings.value(key).toHash().value(QStringLiteral("type")) != QLatin1String("bool");
+    std::stable_partition(settings.begin(), settings.end(), [](const Setting &setting) {
+        return setting.kind != qel::values::Kind::Bool;
     });
-    for (const QString &key : qAsConst(keys)) {
-        SettingField *field = makeSettingField(key, descriptor, this);
+    for (const Setting &setting : qAsConst(settings)) {
+        SettingField *field = makeSettingField(setting, descriptor, this);
         if (field->hasOwnLabel()) {
             m_layout->addRow(field);
         } else {
