@@ -56,8 +56,8 @@ private:
 /// A plate and what the detector can tell of it.
 struct Detector
 {
-    int rows = 8;
-    int columns = 12;
+    int rows = 8;       ///< of wells
+    int columns = 12;   ///< of wells
     double minimum = 0; ///< of a value, in the feature's unit
     double maximum = 0; ///< of a value: one that reads so is saturated
 };
@@ -83,8 +83,8 @@ public:
     /// @param descriptor of the feature that runs
     PlateResult(const QVariantHash &descriptor, int reads, double temperature);
 
-    int rows() const;
-    int columns() const;
+    int rows() const;    ///< of wells
+    int columns() const; ///< of wells
     /// Keeps `value` of a well, counted from 0 row by row from A1. False where there is no such
     /// read or well; the value is not kept then.
     bool setValue(int read, int well, double value);

@@ -34,9 +34,9 @@ public:
     /// another one goes on
     explicit Instrument(const devices::DeviceInfo &info, const QString &busyDetails = {});
 
-    bool open() final;
-    void close() final;
-    void reset() final;
+    bool open() final;  ///< calls startOpening()
+    void close() final; ///< ends the run or the opening, then calls disconnectInstrument()
+    void reset() final; ///< ends the run and clears the error; the device stays open
     /// Does nothing; to be overridden where the instrument does not report by itself.
     void update() override;
 
@@ -101,9 +101,9 @@ protected:
     /// wants, unless set otherwise. Requests to the user do not count.
     void setOpeningLimit(std::chrono::milliseconds limit);
 
-    void executeImpl(DeviceFeature feature) final;
-    void confirmActionImpl(int actionId) final;
-    void abortActionImpl(int actionId) final;
+    void executeImpl(DeviceFeature feature) final; ///< calls startRun(), or refuses
+    void confirmActionImpl(int actionId) final;    ///< answers askUser()
+    void abortActionImpl(int actionId) final;      ///< ends what asked for the action
 
 private:
     struct Work

@@ -54,6 +54,7 @@ public:
         int repetitions = 0; ///< how often it is sent again; only for what does no harm twice
     };
 
+    /// Without a connection.
     explicit RequestLink(QObject *parent = nullptr);
 
     /// Uses `connection`, which is open or about to be, belongs to the caller, and is used by

@@ -26,8 +26,8 @@ struct PlateRead
 /// The result of a measuring feature.
 struct Plate
 {
-    int rows = 0;
-    int columns = 0;
+    int rows = 0;             ///< of wells
+    int columns = 0;          ///< of wells
     QString unit;             ///< of the values
     QVector<PlateRead> reads; ///< in the order of measurement; each has rows × columns values
     std::optional<std::chrono::milliseconds> integrationTime; ///< for each well

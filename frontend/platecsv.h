@@ -20,10 +20,10 @@ namespace qel::frontend {
 /// How values are written, and what goes beside them.
 struct CsvOptions
 {
-    char delimiter = ',';
-    char decimal = '.'; ///< the decimal point; never the delimiter
-    int run = 0;        ///< number of the run within its series, from 1; 0 for a single run
-    QString note;       ///< of the user
+    char delimiter = ','; ///< between the fields
+    char decimal = '.';   ///< the decimal point; never the delimiter
+    int run = 0;          ///< number of the run within its series, from 1; 0 for a single run
+    QString note;         ///< of the user
 };
 
 /// One grid for each read, separated by an empty line, in the layout of the `plater` format: the

@@ -36,7 +36,7 @@ struct QELFRONTEND_EXPORT Outcome
         DeviceGone,    ///< the device was closed, unplugged or deleted in the middle
     };
 
-    Kind kind = Unfinished;
+    Kind kind = Unfinished; ///< how it ended
     /// The device's error, if it reported one during the run; 0 otherwise. An error from before the
     /// run is never taken for the run's.
     int code = 0;

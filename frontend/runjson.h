@@ -17,13 +17,13 @@ namespace qel::frontend {
 /// All that is known of a run that is kept.
 struct RunRecord
 {
-    devices::DeviceInfo device;
+    devices::DeviceInfo device; ///< the instrument
     /// The plugin of the device's driver, as pluginOfDriver() finds it.
     std::optional<devices::DeviceBroker::DevicePluginInfo> plugin;
-    devices::Device::DeviceFeature feature;
-    QVariant descriptor;    ///< what the device said of the feature
-    QVariant configuration; ///< what the feature ran with
-    Outcome outcome;
+    devices::Device::DeviceFeature feature; ///< what ran
+    QVariant descriptor;                    ///< what the device said of the feature
+    QVariant configuration;                 ///< what the feature ran with
+    Outcome outcome;                        ///< how it ended, with the result
     int number = 0;    ///< of the run within its series, from 1; 0 for a single run
     int count = 0;     ///< of runs that the series is to have
     QString note = {}; ///< of the user
@@ -36,7 +36,7 @@ struct RunDocument
     /// there in the form of writeConfiguration() in `json`.
     RunRecord record;
     std::optional<Plate> plate; ///< of a measurement
-    QJsonObject json;
+    QJsonObject json;           ///< the document as it stands
 };
 
 /// The version of the document that runToJson() writes. It rises when a reader of the one before

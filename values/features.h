@@ -37,7 +37,7 @@ struct Shape
 /// What a feature takes and delivers.
 struct Feature
 {
-    devices::Device::DeviceFeature feature;
+    devices::Device::DeviceFeature feature; ///< which one
     /// Whether devices may offer it.
     bool isOffered;
     /// Whether it moves parts of the instrument or changes its firmware: not to be run unasked.

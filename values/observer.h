@@ -32,7 +32,7 @@ struct Event
         ActionConfirmed,
     };
 
-    Kind kind = OpenChanged;
+    Kind kind = OpenChanged; ///< the signal
     /// The feature that the signal is about; DF_None for signals about none.
     devices::Device::DeviceFeature feature = devices::Device::DF_None;
     /// What openChanged() and busyChanged() say, and whether an execution succeeded.

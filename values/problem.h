@@ -58,7 +58,7 @@ struct Problem
         ConfigurationType, ///< the whole configuration is no hash: its type
     };
 
-    Code code = JsonSyntax;
+    Code code = JsonSyntax; ///< what is wrong
     /// The place: "$.values[1]" in JSON, "result.values[1]" in what a device hands out. Empty for
     /// a whole JSON text.
     QString path;

@@ -22,7 +22,7 @@ namespace qel::values {
 /// checkSettings() says what is wrong with it.
 struct Setting
 {
-    QString key;
+    QString key;             ///< its name in the record
     QString typeName;        ///< registered name of its type
     int type = 0;            ///< the type, where a feature value may have it; otherwise 0
     Kind kind = Kind::Other; ///< of the type
