@@ -55,6 +55,7 @@ Report Checker::run(const std::function<void(const Result &)> &report)
     m_stuck.clear();
     m_ends.clear();
     m_sink = report;
+    m_reservation = std::make_unique<Reservation>();
     const QFileInfo file(m_request.fileName);
     if (!file.isFile()) {
         m_report.error = QStringLiteral("there is no file '%1'").arg(m_request.fileName);
@@ -77,6 +78,7 @@ Report Checker::run(const std::function<void(const Result &)> &report)
         else
             leaveOut(*pending.takeFirst());
     }
+    m_reservation.reset();
     std::sort(m_report.results.begin(), m_report.results.end(),
               [](const Result &a, const Result &b) { return a.rule->number < b.rule->number; });
     return m_report;
@@ -140,6 +142,8 @@ bool Checker::takeNote(isolation::ChildProcess *process, const QJsonObject &answ
         m_isInCall = false;
     } else if (answer.contains(keyStuck)) {
         m_stuck += stuckFromJson(answer.value(keyStuck).toObject());
+    } else if (answer.contains(keyReserve)) {
+        process->send(m_reservation->take(answer.value(keyReserve).toString()).toUtf8());
     } else if (answer.contains(keyAsk)) {
         const QByteArray sentence = answer.value(keyAsk).toString().toUtf8();
         // The checker's own sentences are the ids of their translations.

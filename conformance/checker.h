@@ -2,6 +2,7 @@
 #define QEL_CONFORMANCE_CHECKER_H
 
 #include "assignment.h"
+#include "reservation.h"
 #include "rule.h"
 
 #include <QtCore/QJsonObject>
@@ -112,6 +113,7 @@ private:
     Report m_report;
     std::optional<Unmet> m_unmet;
     std::function<void(const Result &)> m_sink;
+    std::unique_ptr<Reservation> m_reservation;
     // What the present process was last heard to call, and whether it was still in there.
     QString m_call;
     bool m_isInCall = false;

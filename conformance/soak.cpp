@@ -35,7 +35,8 @@ static QStringList strings(const QJsonValue &array)
     return list;
 }
 
-static Attempt attempt(const QString &program, const Assignment &assignment)
+static Attempt attempt(const QString &program, const Assignment &assignment,
+                       Reservation *reservation)
 {
     isolation::ChildProcess process;
     process.start(program, {QLatin1String(workerArgument)});
@@ -51,6 +52,8 @@ static Attempt attempt(const QString &program, const Assignment &assignment)
         const QJsonObject answer = QJsonDocument::fromJson(*message).object();
         if (answer.contains(keyCall))
             call = answer.value(keyCall).toString();
+        if (answer.contains(keyReserve))
+            process.send(reservation->take(answer.value(keyReserve).toString()).toUtf8());
         if (answer.contains(keySteps)) {
             attempt.steps = strings(answer.value(keySteps));
             ++attempt.sequences;
@@ -72,7 +75,8 @@ static Attempt attempt(const QString &program, const Assignment &assignment)
 }
 
 // Leaves out one step after the other as long as the fault stays.
-static Attempt shrink(const QString &program, Assignment assignment, Attempt found)
+static Attempt shrink(const QString &program, Assignment assignment, Attempt found,
+                      Reservation *reservation)
 {
     const int patience = 60000;
     QElapsedTimer clock;
@@ -82,7 +86,7 @@ static Attempt shrink(const QString &program, Assignment assignment, Attempt fou
         assignment.steps.removeAt(i);
         if (assignment.steps.isEmpty())
             break;
-        const Attempt shorter = attempt(program, assignment);
+        const Attempt shorter = attempt(program, assignment, reservation);
         if (!shorter.fault.isEmpty()) {
             const int sequences = found.sequences;
             found = shorter;
@@ -109,9 +113,10 @@ SoakReport soak(const Request &request, int seconds, quint32 seed)
     assignment.limits = request.limits;
     assignment.seed = seed;
     assignment.soakSeconds = seconds;
-    Attempt found = attempt(program, assignment);
+    Reservation reservation;
+    Attempt found = attempt(program, assignment, &reservation);
     if (!found.fault.isEmpty())
-        found = shrink(program, assignment, found);
+        found = shrink(program, assignment, found, &reservation);
     report.sequences = found.sequences;
     report.error = found.error;
     report.fault = found.fault;

@@ -27,11 +27,9 @@ using devices::DeviceDriver;
 using devices::DeviceInfo;
 using devices::DevicePlugin;
 
-Subject::Subject(const Assignment &assignment, std::function<void(const QJsonObject &)> tell,
-                 Ask ask)
+Subject::Subject(const Assignment &assignment, const Parent &parent)
     : m_assignment(assignment)
-    , m_tell(std::move(tell))
-    , m_ask(std::move(ask))
+    , m_parent(parent)
     , m_loader(assignment.fileName)
 {
     collectOutput();
@@ -116,8 +114,10 @@ DeviceInfo Subject::record()
     const QString &serial = m_assignment.serial;
     const QList<DeviceInfo> all = records();
     for (const DeviceInfo &info : all) {
-        if (serial.isEmpty() || info.serial() == serial)
+        if (serial.isEmpty() || info.serial() == serial) {
+            reserve(info);
             return info;
+        }
     }
     if (serial.isEmpty())
         throw Unmet{Needs::Instrument, QStringLiteral("the driver lists no instrument")};
@@ -125,6 +125,19 @@ DeviceInfo Subject::record()
         Needs::Instrument,
         QStringLiteral("the driver lists no instrument with the serial number '%1'").arg(serial),
         true};
+}
+
+// Each process has simulated ones of its own.
+void Subject::reserve(const DeviceInfo &record)
+{
+    if (m_isReserved || record.interface() == DeviceInfo::Simulator)
+        return;
+    const QString other =
+        m_parent.reserve(record.driver() + QLatin1Char('/')
+                         + (record.serial().isEmpty() ? record.location() : record.serial()));
+    if (!other.isEmpty())
+        throw Unmet{Needs::Instrument, other};
+    m_isReserved = true;
 }
 
 Device *Subject::create(const DeviceInfo &info)
@@ -189,14 +202,14 @@ void Subject::call(const QString &name, const std::function<void()> &work, Featu
 {
     if (isHung(name))
         throw Hindered{QStringLiteral("%1 does not return").arg(name)};
-    m_tell({{keyCall, name}, {keyFeature, int(feature)}});
+    m_parent.tell({{keyCall, name}, {keyFeature, int(feature)}});
     m_callClock.start();
     m_callName = name;
     ++m_callDepth;
     work();
     --m_callDepth;
     m_callClock.invalidate();
-    m_tell({{keyReturned, true}});
+    m_parent.tell({{keyReturned, true}});
 }
 
 void Subject::timed(const QString &name, const std::function<void()> &work, Feature feature)
@@ -314,14 +327,14 @@ bool Subject::permits(const QString &action)
             }
         }
     }
-    return m_ask(sentence, {});
+    return m_parent.ask(sentence, {});
 }
 
 void Subject::ask(const char *sentence, const std::function<void()> &meanwhile)
 {
     const QString text = QString::fromLatin1(sentence);
     // Who has said no is not asked again by the next rule.
-    if (m_undone.contains(text) || !m_ask(text, meanwhile)) {
+    if (m_undone.contains(text) || !m_parent.ask(text, meanwhile)) {
         m_undone += text;
         throw Hindered{QStringLiteral("nobody has done it: %1").arg(text)};
     }
@@ -330,7 +343,7 @@ void Subject::ask(const char *sentence, const std::function<void()> &meanwhile)
 void Subject::reportStuck(const Stuck &stuck)
 {
     m_assignment.stuck += stuck;
-    m_tell({{keyStuck, toJson(stuck)}});
+    m_parent.tell({{keyStuck, toJson(stuck)}});
 }
 
 QMap<QString, qint64> Subject::takeTimes()

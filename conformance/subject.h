@@ -32,12 +32,19 @@ class Subject
 public:
     using Feature = devices::Device::DeviceFeature;
 
-    /// What a person is to do, and what is called again and again until it is done.
-    using Ask = std::function<bool(const QString &, const std::function<void()> &)>;
+    /// The process that has started this one.
+    struct Parent
+    {
+        /// Takes what must be known even if this process ends.
+        std::function<void(const QJsonObject &)> tell;
+        /// Has a person do what the text says, and calls the function again and again until it is
+        /// done; whether it has been.
+        std::function<bool(const QString &, const std::function<void()> &)> ask;
+        /// Reserves an instrument; who else has it, in words, or empty.
+        std::function<QString(const QString &)> reserve;
+    };
 
-    /// @param tell passes on what the process that started this one must know even if this one ends
-    /// @param ask has a person do what the text says; whether it has been done
-    Subject(const Assignment &assignment, std::function<void(const QJsonObject &)> tell, Ask ask);
+    Subject(const Assignment &assignment, const Parent &parent);
     ~Subject();
     Q_DISABLE_COPY(Subject)
 
@@ -165,11 +172,12 @@ private:
     };
     void beat();
     void recoverFromQuit();
+    void reserve(const devices::DeviceInfo &record);
     void noteUnopened(const QString &why);
 
     Assignment m_assignment;
-    std::function<void(const QJsonObject &)> m_tell;
-    Ask m_ask;
+    Parent m_parent;
+    bool m_isReserved = false;
     QStringList m_undone; // what a person has refused to do
     QPluginLoader m_loader;
     bool m_isRegistered = false;

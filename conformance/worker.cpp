@@ -93,7 +93,14 @@ int runWorker(int argc, char **argv)
         }
         return *reply;
     };
-    subject = std::make_unique<Subject>(assignment, answer, ask);
+    const auto reserve = [&](const QString &instrument) {
+        answer({{keyReserve, instrument}});
+        const auto other = link.receive();
+        if (!other)
+            ::_exit(EXIT_FAILURE);
+        return QString::fromUtf8(*other);
+    };
+    subject = std::make_unique<Subject>(assignment, Subject::Parent{answer, ask, reserve});
     QObject::connect(&parent, &QSocketNotifier::activated, &parent, [&] {
         if (const auto message = link.receive()) {
             reply = *message == "yes";

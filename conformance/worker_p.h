@@ -9,6 +9,9 @@
 //  - a call says that the plugin is being called, "returned" that the call has ended;
 //  - "stuck" names a feature whose run has no end;
 //  - "ask" has a person do something; the worker waits for the message "yes" or "no";
+//  - "reserve" names the instrument that the worker is about to use, before it is used for the
+//  first
+//    time; the worker waits for the message who else uses it, which is empty when nobody does;
 //  - in a soak, "steps" is the sequence that begins, "fault" what the last one has shown, and
 //    "unmet" why none can be tried;
 //  - an empty one is a sign of life.
@@ -34,6 +37,7 @@ const QString keySteps = QStringLiteral("steps");
 const QString keyFault = QStringLiteral("fault");
 const QString keyUnmet = QStringLiteral("unmet");
 const QString keyAsk = QStringLiteral("ask");
+const QString keyReserve = QStringLiteral("reserve");
 
 // How a worker ends whose answers nobody can hear.
 constexpr int exitUnheard = 97;

@@ -118,6 +118,24 @@ class Check(ToolTest):
                 _, errors = self.run_tool("check", *arguments, code=code)
                 self.assertIn(words, errors)
 
+    def test_one_check_at_a_time(self):
+        """Who would disturb another check says so, and judges what needs no instrument."""
+        self.environment.update(GOOD_SERIAL="yes", XDG_RUNTIME_DIR=str(self.folder))
+        first = self.start("check", *rules(601), PLUGINS / "601-no-ending.so")
+        # Both are the first instrument of the driver "good".
+        second = ["check", *rules(101, 601), PLUGINS / "good.so"]
+        end = time.monotonic() + PATIENCE
+        while not list(self.folder.glob("*.lock")):
+            self.assertLess(time.monotonic(), end, "nothing is reserved")
+            time.sleep(0.05)
+        output, _ = self.run_tool(*second, code=9)
+        self.assertIn(f"another check is at work with the instrument, process {first.pid} ", output)
+        self.assertIn("1 rules hold", output)
+        self.run_tool(*second, "--device", "G-2")
+        first.send_signal(2)
+        first.wait(PATIENCE)
+        self.run_tool(*second)
+
     def test_interrupted(self):
         """Whoever holds the instrument lets go of it and ends, too."""
         process = self.start("check", *rules(601), PLUGINS / "601-no-ending.so")

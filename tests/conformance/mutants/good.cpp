@@ -411,9 +411,12 @@ void GoodDevice::emitEnding(DeviceFeature feature, bool ok, const QVariant &resu
 
 QList<DeviceInfo> GoodDriver::availableDevices()
 {
-    const DeviceInfo left(DeviceInfo::Simulator, name(), QStringLiteral("left"),
-                          QStringLiteral("Good reader"), QStringLiteral("G-1"));
-    const DeviceInfo right(DeviceInfo::Simulator, name(), QStringLiteral("right"),
+    // Whether checks must not share them.
+    const auto interface =
+        qEnvironmentVariableIsSet("GOOD_SERIAL") ? DeviceInfo::Serial : DeviceInfo::Simulator;
+    const DeviceInfo left(interface, name(), QStringLiteral("left"), QStringLiteral("Good reader"),
+                          QStringLiteral("G-1"));
+    const DeviceInfo right(interface, name(), QStringLiteral("right"),
                            QStringLiteral("Good reader"), QStringLiteral("G-2"));
     return isThere() ? QList<DeviceInfo>{left, right} : QList<DeviceInfo>{right};
 }
