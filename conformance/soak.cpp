@@ -3,6 +3,7 @@
 #include "worker_p.h"
 
 #include <qelisolation/childprocess.h>
+#include <qelvalues/printable.h>
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QElapsedTimer>
@@ -139,13 +140,13 @@ QString toText(const SoakReport &report)
         + QLatin1Char('\n');
     if (report.fault.isEmpty())
         return text + translated("What must hold at any time did.") + QLatin1Char('\n');
-    text += translated("FAILED: %1").arg(report.fault) + QLatin1Char('\n');
+    text += translated("FAILED: %1").arg(values::printable(report.fault)) + QLatin1Char('\n');
     text += translated("The shortest sequence found:") + QLatin1Char('\n');
     for (const QString &step : report.steps)
         text += QStringLiteral("  %1\n").arg(step);
     text += translated("signals of the device:") + QLatin1Char('\n');
     for (const QString &line : report.signalsSeen)
-        text += QStringLiteral("  %1\n").arg(line);
+        text += QStringLiteral("  %1\n").arg(values::printable(line));
     return text;
 }
 

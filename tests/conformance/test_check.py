@@ -109,6 +109,7 @@ class Check(ToolTest):
                 (["--guided", good], 2, "terminal"),
                 (["--soak", "soon", good], 2, "'soon'"),
                 (["--soak", "1s", "--seed", "x", good], 2, "'x'"),
+                (["--soak", "1s", "--format", "json", good], 2, "--format does not go with --soak"),
                 ([PLUGINS / "none.so"], 2, "none.so"),
                 ([PLUGINS], 2, "plugins"),
                 ([good, good], 2, ""),

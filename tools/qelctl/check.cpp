@@ -184,9 +184,14 @@ int run(const QStringList &arguments)
             return fail(BadUsage, text("qelctl-check-no-such-limit", value));
         request.limits.run = 1000 * seconds;
     }
-    if (line.has(QStringLiteral("soak")))
+    if (line.has(QStringLiteral("soak"))) {
+        for (const char *other : {"rule", "guided", "format"}) {
+            if (line.has(QLatin1String(other)))
+                return fail(BadUsage, text("qelctl-check-not-in-soak", QLatin1String(other)));
+        }
         return soakFor(request, line.value(QStringLiteral("soak")),
                        line.value(QStringLiteral("seed")));
+    }
     const auto rules = readRules(line.values(QStringLiteral("rule")));
     if (!rules)
         return BadUsage;

@@ -695,6 +695,10 @@ Regeln zählen nicht.</translation>
         <source></source>
         <translation>%1 Erledigt? [J/n]</translation>
     </message>
+    <message id="qelctl-check-not-in-soak">
+        <source></source>
+        <translation>--%1 und --soak schließen sich aus: --soak versucht Folgen statt Regeln und gibt Text aus. Lassen Sie eines von beiden weg.</translation>
+    </message>
     <message id="qelctl-check-no-such-duration">
         <source></source>
         <translation>„%1“ ist keine Dauer. Geben Sie etwa 90s, 10m oder 2h an.</translation>

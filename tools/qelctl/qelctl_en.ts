@@ -694,6 +694,10 @@ do not count.</translation>
         <source></source>
         <translation>%1 Done? [Y/n]</translation>
     </message>
+    <message id="qelctl-check-not-in-soak">
+        <source></source>
+        <translation>--%1 does not go with --soak, which tries sequences instead of rules and prints text. Leave out one of the two.</translation>
+    </message>
     <message id="qelctl-check-no-such-duration">
         <source></source>
         <translation>'%1' is no duration: give 90s, 10m or 2h, for instance</translation>
