@@ -1,6 +1,5 @@
 #include "tour.h"
 
-#include <QtCore/QDir>
 #include <QtCore/QThreadPool>
 
 #include <algorithm>
@@ -220,13 +219,6 @@ static void checkDeletionWithin(Subject &subject)
     }
 }
 
-static int entriesOf(const char *folder)
-{
-    return QDir(QLatin1String(folder))
-        .entryList(QDir::AllEntries | QDir::System | QDir::Hidden | QDir::NoDotAndDotDot)
-        .size();
-}
-
 static void dieAtWork(Subject &subject)
 {
     Instrument instrument(subject);
@@ -262,16 +254,16 @@ static void checkLeftovers(Subject &subject)
     // What the first life builds for all later ones is no leftover.
     liveOnce(subject);
     dieAtWork(subject);
-    const int threads = entriesOf("/proc/self/task");
-    const int files = entriesOf("/proc/self/fd");
+    const int threads = threadCount();
+    const int files = openFileCount();
     if (threads == 0)
         throw NotApplicable{QStringLiteral("this system does not tell threads and open files")};
     for (int i = 0; i < 2; ++i) {
         liveOnce(subject);
         dieAtWork(subject);
     }
-    const int moreThreads = entriesOf("/proc/self/task") - threads;
-    const int moreFiles = entriesOf("/proc/self/fd") - files;
+    const int moreThreads = threadCount() - threads;
+    const int moreFiles = openFileCount() - files;
     if (moreThreads > 0 || moreFiles > 0)
         throw Broken{QStringLiteral("four more lives left %1 threads and %2 open files")
                          .arg(moreThreads)

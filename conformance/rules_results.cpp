@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
 
 namespace qel::conformance {
 
@@ -203,10 +204,51 @@ static void checkTimes(Subject &subject)
         throw NotApplicable{QStringLiteral("no result with a time")};
 }
 
-static void checkGravity(Subject &subject)
+namespace {
+
+// As the accelerometer of an instrument at rest measures it: it points up.
+struct Gravity
 {
-    const double gravity = 9.81;
-    const double tolerance = 1.5;
+    double x, y, z;
+
+    explicit Gravity(const QVariantHash &result)
+        : x(result.value(QLatin1String(Orientation_result::ACCELERATION_X)).toDouble())
+        , y(result.value(QLatin1String(Orientation_result::ACCELERATION_Y)).toDouble())
+        , z(result.value(QLatin1String(Orientation_result::ACCELERATION_Z)).toDouble())
+    { }
+    double length() const
+    {
+        return std::sqrt(x * x + y * y + z * z);
+    }
+    // Its part in the direction of a side; nothing for no side in particular.
+    std::optional<double> towards(Orientation_result::Side side) const
+    {
+        using Side = Orientation_result::Side;
+        switch (side) {
+        case Side::Top:
+            return z;
+        case Side::Bottom:
+            return -z;
+        case Side::Back:
+            return y;
+        case Side::Front:
+            return -y;
+        case Side::Right:
+            return x;
+        case Side::Left:
+            return -x;
+        case Side::Unknown:
+            break;
+        }
+        return std::nullopt;
+    }
+};
+
+} // namespace
+
+// Holds every orientation to what `fault` says of it, empty where it is right.
+static void judgeOrientations(Subject &subject, QString (*fault)(const QVariantHash &result))
+{
     Offences offences;
     bool found = false;
     const auto runs = soundRuns(subject);
@@ -214,17 +256,43 @@ static void checkGravity(Subject &subject)
         if (run.feature != Device::DF_Orientation)
             continue;
         found = true;
-        const QVariantHash result = run.ending().value.toHash();
-        const double x = result.value(QLatin1String(Orientation_result::ACCELERATION_X)).toDouble();
-        const double y = result.value(QLatin1String(Orientation_result::ACCELERATION_Y)).toDouble();
-        const double z = result.value(QLatin1String(Orientation_result::ACCELERATION_Z)).toDouble();
-        const double length = std::sqrt(x * x + y * y + z * z);
-        if (!(std::abs(length - gravity) <= tolerance))
-            offences.add(QStringLiteral("the acceleration is %1 m/s2 long").arg(length), run);
+        const QString text = fault(run.ending().value.toHash());
+        if (!text.isEmpty())
+            offences.add(text, run);
     }
     offences.conclude();
     if (!found)
         throw NotApplicable{QStringLiteral("no orientation was measured")};
+}
+
+static void checkGravity(Subject &subject)
+{
+    judgeOrientations(subject, [](const QVariantHash &result) {
+        const double gravity = 9.81;
+        const double tolerance = 1.5;
+        const double length = Gravity(result).length();
+        return std::abs(length - gravity) <= tolerance
+            ? QString()
+            : QStringLiteral("the acceleration is %1 m/s2 long").arg(length);
+    });
+}
+
+static void checkTopSide(Subject &subject)
+{
+    judgeOrientations(subject, [](const QVariantHash &result) {
+        const Gravity gravity(result);
+        const auto side = result.value(QLatin1String(Orientation_result::TOP_SIDE))
+                              .value<Orientation_result::Side>();
+        const auto upwards = gravity.towards(side);
+        // Whatever is tilted by more than 60 degrees does not face up.
+        return !upwards || *upwards >= gravity.length() / 2
+            ? QString()
+            : QStringLiteral("'topSide' is %1, but the acceleration is %2, %3, %4")
+                  .arg(int(side))
+                  .arg(gravity.x)
+                  .arg(gravity.y)
+                  .arg(gravity.z);
+    });
 }
 
 QVector<Rule> resultRules()
@@ -259,6 +327,12 @@ QVector<Rule> resultRules()
          "The acceleration at rest has the length of gravity in m/s2.",
          "In other units, g for instance, tilts are computed wrongly.",
          "Multiply what the sensor says in g by 9.81.", checkGravity},
+        {1106, group, Severity::Recommendation, false, Needs::Open,
+         "The side that faces up is the one that the acceleration at rest points to.",
+         "One of the two is wrong, and the user is told to turn an instrument that stands upright.",
+         "Turn the axes of the sensor into those of the instrument: x to its right, y to its back, "
+         "z up.",
+         checkTopSide},
         {1201, configurations, Severity::Failure, true, Needs::Open,
          "What the descriptor names as default holds where the configuration lacks the setting.",
          "The form shows the default, and the user believes that it was measured with it.",

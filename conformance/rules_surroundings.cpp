@@ -1,6 +1,12 @@
 #include "tour.h"
 
+#include <QtCore/QMap>
+
+#include <algorithm>
+
 namespace qel::conformance {
+
+using devices::Device;
 
 static const char group[] = "Surroundings";
 
@@ -60,6 +66,35 @@ static void checkQuit(Subject &subject)
     });
 }
 
+// Something of each run stays: a thread or a file more after each of at least three.
+static void checkRunsLeaveNothing(Subject &subject)
+{
+    const Tour &tour = subject.tour();
+    const QVector<Run> all = tour.runs + tour.chains;
+    Offences offences;
+    QMap<Device::DeviceFeature, QVector<Run>> byFeature;
+    for (const Run &run : all) {
+        if (run.kind != Run::Forbidden)
+            byFeature[run.feature] += run;
+    }
+    for (const QVector<Run> &runs : qAsConst(byFeature)) {
+        int between = 0;
+        for (int i = 1; i < runs.size(); ++i)
+            between += runs.at(i).endingCount();
+        const int threads = runs.constLast().threadsAfter - runs.constFirst().threadsAfter;
+        const int files = runs.constLast().filesAfter - runs.constFirst().filesAfter;
+        if (between > 1 && (threads >= between || files >= between))
+            offences.add(QStringLiteral("%1 more runs have left %2 threads and %3 open files")
+                             .arg(between)
+                             .arg(std::max(threads, 0))
+                             .arg(std::max(files, 0)),
+                         runs.constLast());
+    }
+    offences.conclude();
+    if (all.isEmpty())
+        throw NotApplicable{QStringLiteral("no feature may be run")};
+}
+
 QVector<Rule> surroundingsRules()
 {
     return {
@@ -96,6 +131,10 @@ QVector<Rule> surroundingsRules()
          "A driver does not end the application: no QCoreApplication::quit() or exit().",
          "Whatever else the application is doing is lost.", "Report an error with setError().",
          checkQuit},
+        {1308, group, Severity::Failure, false, Needs::Open,
+         "A run leaves no thread and no open file behind.",
+         "After some hundred plates the process can open no more files, and all fails at once.",
+         "Close what a run opens on every way out of it.", checkRunsLeaveNothing},
     };
 }
 

@@ -112,6 +112,23 @@ QString Surroundings::messageHandlerChange() const
         : QStringLiteral("qInstallMessageHandler() was called");
 }
 
+static int entriesOf(const char *folder)
+{
+    return QDir(QLatin1String(folder))
+        .entryList(QDir::AllEntries | QDir::System | QDir::Hidden | QDir::NoDotAndDotDot)
+        .size();
+}
+
+int threadCount()
+{
+    return entriesOf("/proc/self/task");
+}
+
+int openFileCount()
+{
+    return entriesOf("/proc/self/fd");
+}
+
 void collectOutput()
 {
     std::fflush(stdout);

@@ -33,6 +33,11 @@ private:
     QtMessageHandler m_messageHandler;
 };
 
+/// The threads of this process; 0 where the system does not tell.
+int threadCount();
+/// The files that this process has open; 0 where the system does not tell.
+int openFileCount();
+
 /// Has whatever is printed on the standard output of this process collected from now on.
 void collectOutput();
 /// The beginning of what has been collected.

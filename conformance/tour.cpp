@@ -21,6 +21,12 @@ int Run::endingIndex() const
     return ending == events.cend() ? -1 : int(std::distance(events.cbegin(), ending));
 }
 
+int Run::endingCount() const
+{
+    return int(std::count_if(events.cbegin(), events.cend(),
+                             [](const Event &event) { return event.kind == Event::Executed; }));
+}
+
 bool Run::hasRequest() const
 {
     return std::any_of(events.cbegin(), events.cend(),
@@ -161,6 +167,8 @@ void Guide::end(Instrument &instrument, Run *run, int start)
     run->endedAt = QDateTime::currentDateTimeUtc();
     run->events = instrument.seen().events(start);
     run->isEnded = run->endingIndex() >= 0;
+    run->threadsAfter = threadCount();
+    run->filesAfter = openFileCount();
     if (!instrument.device())
         return;
     run->isOpenAfter = instrument->isOpen();

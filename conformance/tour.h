@@ -36,6 +36,8 @@ struct Run
     QVariant descriptorAfter;
     QVariant configurationAfter;
     QVector<Event> events;
+    int threadsAfter = 0; ///< of the whole process
+    int filesAfter = 0;   ///< that the whole process has open
 
     /// The index of the first ending among the events; -1 without one.
     int endingIndex() const;
@@ -44,6 +46,8 @@ struct Run
     {
         return events.at(endingIndex());
     }
+    /// How many endings there are, of whatever feature.
+    int endingCount() const;
     bool isSuccess() const
     {
         return isEnded && ending().flag;

@@ -1567,5 +1567,29 @@
         <source></source>
         <translation>Vergessen Sie den Lauf, und senden Sie zuletzt executed(feature, false) für ihn.</translation>
     </message>
+    <message id="The side that faces up is the one that the acceleration at rest points to.">
+        <source></source>
+        <translation>Die Seite, die nach oben zeigt, ist die, in deren Richtung die Beschleunigung in Ruhe zeigt.</translation>
+    </message>
+    <message id="One of the two is wrong, and the user is told to turn an instrument that stands upright.">
+        <source></source>
+        <translation>Eines von beiden ist falsch, und der Benutzer soll ein Gerät umdrehen, das richtig steht.</translation>
+    </message>
+    <message id="Turn the axes of the sensor into those of the instrument: x to its right, y to its back, z up.">
+        <source></source>
+        <translation>Rechnen Sie die Achsen des Sensors in die des Geräts um: x nach rechts, y nach hinten, z nach oben.</translation>
+    </message>
+    <message id="A run leaves no thread and no open file behind.">
+        <source></source>
+        <translation>Ein Lauf lässt keinen Thread und keine offene Datei zurück.</translation>
+    </message>
+    <message id="After some hundred plates the process can open no more files, and all fails at once.">
+        <source></source>
+        <translation>Nach einigen hundert Platten kann der Prozess keine Datei mehr öffnen, und alles scheitert auf einmal.</translation>
+    </message>
+    <message id="Close what a run opens on every way out of it.">
+        <source></source>
+        <translation>Schließen Sie, was ein Lauf öffnet, auf jedem Weg aus ihm heraus.</translation>
+    </message>
 </context>
 </TS>

@@ -14,6 +14,7 @@
 #include <cstdio>
 #include <fcntl.h>
 #include <thread>
+#include <unistd.h>
 #include <utility>
 
 using namespace qel::devices;
@@ -1073,6 +1074,17 @@ struct StoredResult
     }
 };
 
+struct AxesMixedUp : GoodDevice
+{
+    using GoodDevice::GoodDevice;
+    QVariant resultOf(DeviceFeature feature) const override
+    {
+        return feature == DF_Orientation
+            ? QVariantHash(Orientation_result(9.81F, 0, 0, Orientation_result::Side::Top))
+            : GoodDevice::resultOf(feature);
+    }
+};
+
 struct AccelerationInG : GoodDevice
 {
     using GoodDevice::GoodDevice;
@@ -1378,6 +1390,23 @@ void print()
     std::puts("Here I am.");
 }
 
+struct RunLeavesFile : GoodDevice
+{
+    using GoodDevice::GoodDevice;
+    ~RunLeavesFile() override
+    {
+        for (const int file : qAsConst(m_files))
+            ::close(file);
+    }
+    void start(DeviceFeature feature) override
+    {
+        if (feature == DF_AmbientTemperature)
+            m_files += ::open("/dev/null", O_RDONLY | O_CLOEXEC);
+        GoodDevice::start(feature);
+    }
+    QVector<int> m_files;
+};
+
 // By hand.
 
 struct SeesNoPlate : GoodDevice
@@ -1599,6 +1628,7 @@ static const Mutant mutants[] = {
     {"1103-sorted-wavelengths", makeDriverOf<Misreport<SortedWavelengths>>},
     {"1104-stored-result", makeDriverOf<Misreport<StoredResult>>},
     {"1105-acceleration-in-g", makeDriverOf<AccelerationInG>},
+    {"1106-axes-mixed-up", makeDriverOf<AxesMixedUp>},
     {"1201-second-default", makeDriverOf<SecondDefault>},
     {"1202-reads-settings-late", makeDriverOf<ReadsSettingsLate>},
     {"1301-sets-locale", makeDriverOf<Disturbing<setLocale>>},
@@ -1608,6 +1638,7 @@ static const Mutant mutants[] = {
     {"1305-takes-messages", makeDriverOf<Disturbing<takeMessages>>},
     {"1306-prints", makeDriverOf<Disturbing<print>>},
     {"1307-quits", makeDriverOf<Disturbing<QCoreApplication::quit>>},
+    {"1308-run-leaves-file", makeDriverOf<RunLeavesFile>},
     {"1401-always-empty", makeDriverOf<AlwaysEmpty>},
     {"1401-sees-no-plate", makeDriverOf<SeesNoPlate>},
     {"1402-goes-without-word", makeDriverOf<GoesWithoutWord>},
