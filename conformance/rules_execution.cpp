@@ -6,6 +6,7 @@
 #include <qelvalues/results.h>
 
 #include <algorithm>
+#include <functional>
 #include <iterator>
 
 namespace qel::conformance {
@@ -31,22 +32,41 @@ static QVector<Run> forbiddenRuns(Subject &subject)
     return runs;
 }
 
+// Collects what `faults` says of each of the runs.
+static void judge(const QVector<Run> &runs, const std::function<QStringList(const Run &)> &faults)
+{
+    Offences offences;
+    for (const Run &run : runs) {
+        const QStringList all = faults(run);
+        for (const QString &fault : all)
+            offences.add(fault, run);
+    }
+    offences.conclude();
+}
+
+// The runs among `runs` that `isMeant` picks; there must be some.
+static QVector<Run> only(const QVector<Run> &runs, const std::function<bool(const Run &)> &isMeant,
+                         const QString &none)
+{
+    QVector<Run> some;
+    std::copy_if(runs.cbegin(), runs.cend(), std::back_inserter(some), isMeant);
+    if (some.isEmpty())
+        throw NotApplicable{none};
+    return some;
+}
+
 static void checkOneEnding(Subject &subject)
 {
     Offences offences;
     const auto runs = subject.tour().runs;
     for (const Run &run : runs) {
-        int endings = 0;
         for (const Event &event : run.events) {
-            if (event.kind != Event::Executed)
-                continue;
-            ++endings;
-            if (event.feature != run.feature)
+            if (event.kind == Event::Executed && event.feature != run.feature)
                 offences.add(QStringLiteral("the ending names %1").arg(featureName(event.feature)),
                              run);
         }
-        if (endings > 1)
-            offences.add(QStringLiteral("%1 endings").arg(endings), run);
+        if (run.endingCount() > 1)
+            offences.add(QStringLiteral("%1 endings").arg(run.endingCount()), run);
     }
     // What comes of answered requests is another rule's matter.
     offences.addStuck(subject, 601);
@@ -56,34 +76,29 @@ static void checkOneEnding(Subject &subject)
 
 static void checkEndingIsLast(Subject &subject)
 {
-    Offences offences;
-    const auto runs = allowedRuns(subject);
-    for (const Run &run : runs) {
-        const int end = run.endingIndex();
+    judge(allowedRuns(subject), [](const Run &run) {
+        QStringList faults;
         if (run.ending().isBusy)
-            offences.add(QStringLiteral("the device is busy at the ending"), run);
-        for (int i = end + 1; i < run.events.size(); ++i) {
+            faults += QStringLiteral("the device is busy at the ending");
+        for (int i = run.endingIndex() + 1; i < run.events.size(); ++i) {
             const Event &event = run.events.at(i);
             const bool isPlate =
                 event.kind == Event::TransientValue && event.feature == Device::DF_PlateDetection;
             // Further endings are another rule's matter, and the device is idle in the end.
             const bool isIdle = event.kind == Event::BusyChanged && run.ending().isBusy;
             if (!isPlate && !isIdle && event.kind != Event::Executed)
-                offences.add(QStringLiteral("a signal follows the ending"), run);
+                faults += QStringLiteral("a signal follows the ending");
         }
-    }
-    offences.conclude();
+        return faults;
+    });
 }
 
 static void checkBusy(Subject &subject)
 {
-    Offences offences;
-    bool waited = false;
-    const auto runs = allowedRuns(subject);
-    for (const Run &run : runs) {
-        if (run.endingIndex() < run.eventsWithin)
-            continue;
-        waited = true;
+    const auto lasts = [](const Run &run) { return run.endingIndex() >= run.eventsWithin; };
+    const auto runs = only(allowedRuns(subject), lasts,
+                           QStringLiteral("every run ends before execute() returns"));
+    judge(runs, [](const Run &run) {
         bool isIdle = !run.isBusyOnReturn;
         for (int i = 0; i < run.endingIndex(); ++i) {
             const Event &event = run.events.at(i);
@@ -91,93 +106,74 @@ static void checkBusy(Subject &subject)
                 event.kind == Event::TransientValue || event.kind == Event::ActionRequired;
             isIdle |= isWork && event.feature != Device::DF_PlateDetection && !event.isBusy;
         }
-        if (isIdle)
-            offences.add(QStringLiteral("it is at work, and the device is not busy"), run);
-    }
-    offences.conclude();
-    if (!waited)
-        throw NotApplicable{QStringLiteral("every run ends before execute() returns")};
+        return isIdle ? QStringList(QStringLiteral("it is at work, and the device is not busy"))
+                      : QStringList();
+    });
 }
 
 static void checkResults(Subject &subject)
 {
-    Offences offences;
-    bool succeeded = false;
-    const auto runs = allowedRuns(subject);
-    for (const Run &run : runs) {
-        if (!run.isSuccess())
-            continue;
-        succeeded = true;
-        const QString fault = shapeFault(run);
-        if (!fault.isEmpty())
-            offences.add(fault, run);
-        // An old error that stayed is another rule's matter.
-        const int error = run.ending().errorCode;
-        if (error != 0 && error != run.oldError)
-            offences.add(QStringLiteral("success with error %1").arg(errorName(error)), run);
-    }
-    offences.conclude();
-    if (!succeeded)
-        throw NotApplicable{QStringLiteral("no run succeeded")};
+    const auto succeeds = [](const Run &run) { return run.isSuccess(); };
+    judge(only(allowedRuns(subject), succeeds, QStringLiteral("no run succeeded")),
+          [](const Run &run) {
+              QStringList faults;
+              const QString fault = shapeFault(run);
+              if (!fault.isEmpty())
+                  faults += fault;
+              // An old error that stayed is another rule's matter.
+              const int error = run.ending().errorCode;
+              if (error != 0 && error != run.oldError)
+                  faults += QStringLiteral("success with error %1").arg(errorName(error));
+              return faults;
+          });
 }
 
 static void checkWrongIsRefused(Subject &subject)
 {
-    Offences offences;
-    const auto runs = forbiddenRuns(subject);
-    for (const Run &run : runs) {
+    judge(forbiddenRuns(subject), [](const Run &run) -> QStringList {
         if (run.ending().flag)
-            offences.add(QStringLiteral("accepted"), run);
-        else if (run.ending().errorCode != devices::ERROR_DEVICE_INVALID_CONFIGURATION)
-            offences.add(
-                QStringLiteral("refused with error %1").arg(errorName(run.ending().errorCode)),
-                run);
-        else if (!run.isOpenAfter || run.isBusyAfter)
-            offences.add(QStringLiteral("the device is closed or busy afterwards"), run);
-    }
-    offences.conclude();
+            return {QStringLiteral("accepted")};
+        const int error = run.ending().errorCode;
+        if (error != devices::ERROR_DEVICE_INVALID_CONFIGURATION)
+            return {QStringLiteral("refused with error %1").arg(errorName(error))};
+        if (!run.isOpenAfter || run.isBusyAfter)
+            return {QStringLiteral("the device is closed or busy afterwards")};
+        return {};
+    });
 }
 
 static void checkFailureHasNoResult(Subject &subject)
 {
-    Offences offences;
-    const auto runs = subject.tour().allowed() + subject.tour().forbidden();
-    for (const Run &run : runs) {
+    const Tour &tour = subject.tour();
+    judge(tour.allowed() + tour.forbidden(), [](const Run &run) -> QStringList {
         if (!run.ending().flag && run.ending().value.isValid())
-            offences.add(QStringLiteral("the failed run has a result"), run);
-    }
-    offences.conclude();
+            return {QStringLiteral("the failed run has a result")};
+        return {};
+    });
 }
 
 static void checkRunClearsError(Subject &subject)
 {
-    Offences offences;
-    bool found = false;
-    const auto runs = allowedRuns(subject);
-    for (const Run &run : runs) {
-        if (run.oldError == 0 || !run.isSuccess())
-            continue;
-        found = true;
+    const auto isMeant = [](const Run &run) { return run.oldError != 0 && run.isSuccess(); };
+    const auto runs = only(allowedRuns(subject), isMeant,
+                           QStringLiteral("no run that succeeded began with an error"));
+    judge(runs, [](const Run &run) -> QStringList {
         // The same error again could be one of its own.
         bool isOld = run.ending().errorCode == run.oldError;
         for (const Event &event : run.events)
             isOld |= event.kind == Event::TransientValue && event.errorCode == run.oldError;
         if (isOld)
-            offences.add(QStringLiteral("the old error %1 stayed").arg(errorName(run.oldError)),
-                         run);
-    }
-    offences.conclude();
-    if (!found)
-        throw NotApplicable{QStringLiteral("no run that succeeded began with an error")};
+            return {QStringLiteral("the old error %1 stayed").arg(errorName(run.oldError))};
+        return {};
+    });
 }
 
 static void checkSettingsUntouched(Subject &subject)
 {
-    Offences offences;
-    const auto runs = allowedRuns(subject);
-    for (const Run &run : runs) {
+    judge(allowedRuns(subject), [](const Run &run) {
+        QStringList faults;
         if (run.kind == Run::Changed)
-            continue;
+            return faults;
         const auto changed = [&](Event::Kind kind) {
             return std::any_of(run.events.cbegin(), run.events.cend(), [&](const Event &event) {
                 return event.kind == kind && event.feature == run.feature;
@@ -185,72 +181,89 @@ static void checkSettingsUntouched(Subject &subject)
         };
         if (!isSame(run.configurationAfter, run.configuration)
             || changed(Event::ConfigurationChanged))
-            offences.add(QStringLiteral("the run changed the configuration"), run);
+            faults += QStringLiteral("the run changed the configuration");
         if (!isSame(run.descriptorAfter, run.descriptor) || changed(Event::DescriptorChanged))
-            offences.add(QStringLiteral("the run changed the descriptor"), run);
-    }
-    offences.conclude();
+            faults += QStringLiteral("the run changed the descriptor");
+        return faults;
+    });
 }
 
-static QString progressFault(const Run &run)
+// The runs that have progress to show; one that was refused at once has none.
+static QVector<Run> runsWithProgress(Subject &subject)
 {
-    double last = -1;
+    return only(
+        allowedRuns(subject),
+        [](const Run &run) { return values::isMoving(run.feature) && run.isSuccess(); },
+        QStringLiteral("no run that shows progress succeeded"));
+}
+
+static QVector<double> progressOf(const Run &run)
+{
+    QVector<double> all;
+    for (int i = 0; i < run.endingIndex(); ++i) {
+        const Event &event = run.events.at(i);
+        if (event.kind == Event::TransientValue && event.feature == run.feature)
+            all += event.value.toHash().value(QStringLiteral("progress")).toDouble();
+    }
+    return all;
+}
+
+static QStringList progressFaults(const Run &run)
+{
     for (int i = 0; i < run.endingIndex(); ++i) {
         const Event &event = run.events.at(i);
         if (event.kind != Event::TransientValue || event.feature != run.feature)
             continue;
         const auto problems = values::checkTransient(run.feature, event.value);
         if (!problems.isEmpty())
-            return toString(problems);
-        const double now = event.value.toHash().value(QStringLiteral("progress")).toDouble();
-        if (now < last)
-            return QStringLiteral("the progress falls from %1 to %2").arg(last).arg(now);
-        last = now;
+            return {toString(problems)};
     }
-    if (last < 0)
-        return QStringLiteral("there is no progress");
-    return last < 1 ? QStringLiteral("the last progress is %1").arg(last) : QString();
+    const QVector<double> progress = progressOf(run);
+    const auto fall =
+        std::adjacent_find(progress.cbegin(), progress.cend(), std::greater<double>());
+    if (fall != progress.cend())
+        return {QStringLiteral("the progress falls from %1 to %2").arg(fall[0]).arg(fall[1])};
+    if (progress.isEmpty())
+        return {QStringLiteral("there is no progress")};
+    if (progress.constLast() < 1)
+        return {QStringLiteral("the last progress is %1").arg(progress.constLast())};
+    return {};
 }
 
 static void checkProgress(Subject &subject)
 {
-    Offences offences;
-    bool found = false;
-    const auto runs = allowedRuns(subject);
-    for (const Run &run : runs) {
-        // A run that was refused at once has no progress to show.
-        if (!values::isMoving(run.feature) || !run.isSuccess())
-            continue;
-        found = true;
-        const QString fault = progressFault(run);
-        if (!fault.isEmpty())
-            offences.add(fault, run);
-    }
-    offences.conclude();
-    if (!found)
-        throw NotApplicable{QStringLiteral("no run that shows progress succeeded")};
+    judge(runsWithProgress(subject), progressFaults);
+}
+
+static void checkProgressBegins(Subject &subject)
+{
+    judge(runsWithProgress(subject), [](const Run &run) -> QStringList {
+        const QVector<double> progress = progressOf(run);
+        // What lies outside of 0 to 1, falls, or is missing is another rule's matter.
+        if (progressFaults(run).isEmpty() && progress.constFirst() >= 0.5)
+            return {QStringLiteral("the first progress is %1").arg(progress.constFirst())};
+        return {};
+    });
 }
 
 static void checkSecondRun(Subject &subject)
 {
     Offences offences;
     const auto &overlap = subject.tour().overlap;
-    if (overlap) {
-        QVector<Event> endings;
-        std::copy_if(overlap->events.cbegin(), overlap->events.cend(), std::back_inserter(endings),
-                     [](const Event &event) { return event.kind == Event::Executed; });
-        if (endings.size() != 2)
-            offences.add(QStringLiteral("%1 endings").arg(endings.size()), *overlap);
+    if (overlap && overlap->endingCount() != 2) {
+        offences.add(QStringLiteral("%1 endings").arg(overlap->endingCount()), *overlap);
+    } else if (overlap) {
+        const Event &first = overlap->ending();
         // A code that is none is another rule's matter.
-        else if (endings.constFirst().flag
-                 || (endings.constFirst().errorCode != devices::ERROR_DEVICE_NOT_READY
-                     && endings.constFirst().errorCode <= devices::ERROR_DEVICE_API_TOO_NEW))
-            offences.add(QStringLiteral("the first ending is not that of the second run, refused "
-                                        "with ERROR_DEVICE_NOT_READY, but %1 with error %2")
-                             .arg(endings.constFirst().flag ? QStringLiteral("a success")
-                                                            : QStringLiteral("a failure"),
-                                  errorName(endings.constFirst().errorCode)),
-                         *overlap);
+        const bool isOtherError = first.errorCode != devices::ERROR_DEVICE_NOT_READY
+            && first.errorCode <= devices::ERROR_DEVICE_API_TOO_NEW;
+        if (first.flag || isOtherError)
+            offences.add(
+                QStringLiteral("the first ending is not that of the second run, refused "
+                               "with ERROR_DEVICE_NOT_READY, but %1 with error %2")
+                    .arg(first.flag ? QStringLiteral("a success") : QStringLiteral("a failure"),
+                         errorName(first.errorCode)),
+                *overlap);
     }
     offences.addStuck(subject, 610);
     offences.conclude();
@@ -260,47 +273,20 @@ static void checkSecondRun(Subject &subject)
 
 static void checkFailureSaysWhy(Subject &subject)
 {
-    Offences offences;
-    const auto runs = allowedRuns(subject);
-    for (const Run &run : runs) {
+    judge(allowedRuns(subject), [](const Run &run) -> QStringList {
         // A run whose request was declined is none that failed by itself.
         if (run.isSuccess() || run.hasRequest())
-            continue;
+            return {};
+        if (run.ending().errorCode == 0)
+            return {QStringLiteral("the run fails without an error")};
         const bool isSet = std::any_of(
             run.events.cbegin(), run.events.cbegin() + run.endingIndex(), [](const Event &event) {
                 return event.kind == Event::ErrorChanged && event.errorCode;
             });
-        if (run.ending().errorCode == 0)
-            offences.add(QStringLiteral("the run fails without an error"), run);
-        else if (!isSet)
-            offences.add(QStringLiteral("the run fails with the error of an earlier one"), run);
-    }
-    offences.conclude();
-}
-
-static void checkProgressBegins(Subject &subject)
-{
-    Offences offences;
-    bool found = false;
-    const auto runs = allowedRuns(subject);
-    for (const Run &run : runs) {
-        if (!values::isMoving(run.feature) || !run.isSuccess())
-            continue;
-        const auto first =
-            std::find_if(run.events.cbegin(), run.events.cend(), [&](const Event &event) {
-                return event.kind == Event::TransientValue && event.feature == run.feature;
-            });
-        if (first == run.events.cend())
-            continue;
-        found = true;
-        const double progress = first->value.toHash().value(QStringLiteral("progress")).toDouble();
-        // What lies outside of 0 to 1, or falls, is another rule's matter.
-        if (progress >= 0.5 && progress <= 1 && progressFault(run).isEmpty())
-            offences.add(QStringLiteral("the first progress is %1").arg(progress), run);
-    }
-    offences.conclude();
-    if (!found)
-        throw NotApplicable{QStringLiteral("no run that shows progress succeeded")};
+        if (!isSet)
+            return {QStringLiteral("the run fails with the error of an earlier one")};
+        return {};
+    });
 }
 
 static void checkIdleIsSilent(Subject &subject)
@@ -317,43 +303,30 @@ static void checkIdleIsSilent(Subject &subject)
 
 static void checkFeatureStays(Subject &subject)
 {
-    Offences offences;
-    const auto runs = allowedRuns(subject);
-    for (const Run &run : runs) {
+    judge(allowedRuns(subject), [](const Run &run) -> QStringList {
         if (run.isOpenAfter && !run.isOfferedAfter)
-            offences.add(QStringLiteral("the feature is gone after the run"), run);
-    }
-    offences.conclude();
-}
-
-static int endingsOf(Subject &subject, Device::DeviceFeature feature)
-{
-    int endings = 0;
-    const auto &runs = subject.tour().runs;
-    for (const Run &run : runs) {
-        if (run.feature != feature || run.kind != Run::Short)
-            continue;
-        for (const Event &event : run.events)
-            endings += event.kind == Event::Executed ? 1 : 0;
-    }
-    return endings;
+            return {QStringLiteral("the feature is gone after the run")};
+        return {};
+    });
 }
 
 static void checkChain(Subject &subject)
 {
     Offences offences;
-    const auto chains = subject.tour().chains;
-    for (const Run &run : chains) {
-        int endings = 0;
-        for (const Event &event : run.events)
-            endings += event.kind == Event::Executed ? 1 : 0;
+    const Tour &tour = subject.tour();
+    for (const Run &run : tour.chains) {
         // A run that has two endings by itself is another rule's matter.
-        if (endings > 2 && endingsOf(subject, run.feature) == 1)
-            offences.add(QStringLiteral("%1 endings").arg(endings), run);
+        const bool isOneByItself =
+            std::none_of(tour.runs.cbegin(), tour.runs.cend(), [&](const Run &other) {
+                return other.feature == run.feature && other.kind == Run::Short
+                    && other.endingCount() != 1;
+            });
+        if (run.endingCount() > 2 && isOneByItself)
+            offences.add(QStringLiteral("%1 endings").arg(run.endingCount()), run);
     }
     offences.addStuck(subject, 615);
     offences.conclude();
-    if (chains.isEmpty())
+    if (tour.chains.isEmpty())
         throw NotApplicable{QStringLiteral("no feature may be run")};
 }
 
