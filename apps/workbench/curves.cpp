@@ -46,7 +46,7 @@ Curves::Curves(QWidget *parent)
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins({});
     layout->addWidget(m_plot);
-    m_plot->setMinimumSize(240, 160); // its own hint grows with the scales
+    m_plot->setMinimumSize(240, 110); // its own hint grows with the scales
     m_plot->setCanvasBackground(Qt::white);
     static_cast<QwtPlotCanvas *>(m_plot->canvas())->setFrameStyle(QFrame::NoFrame);
     auto *grid = new QwtPlotGrid;

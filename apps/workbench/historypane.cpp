@@ -64,7 +64,7 @@ HistoryPane::HistoryPane(History *history, QWidget *parent)
     m_table->setShowGrid(false);
     m_table->setAlternatingRowColors(true);
     m_table->setWordWrap(false);
-    m_table->setMinimumHeight(140);
+    m_table->setMinimumHeight(60);
     m_table->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     m_table->setTabKeyNavigation(false);
     m_table->verticalHeader()->hide();
@@ -75,8 +75,8 @@ HistoryPane::HistoryPane(History *history, QWidget *parent)
     const int digit = fontMetrics().horizontalAdvance(QLatin1Char('0'));
     m_table->setColumnWidth(History::Time, 17 * digit);
     m_table->setColumnWidth(History::Name, 15 * digit);
-    m_table->setColumnWidth(History::Measurement, 22 * digit);
-    m_table->setColumnWidth(History::Instrument, 22 * digit);
+    m_table->setColumnWidth(History::Measurement, 18 * digit);
+    m_table->setColumnWidth(History::Instrument, 20 * digit);
 
     auto *head = new QHBoxLayout;
     head->addWidget(m_search, 1);

@@ -22,6 +22,7 @@
 #include <QtWidgets/QProgressBar>
 #include <QtWidgets/QPushButton>
 #include <QtWidgets/QScrollArea>
+#include <QtWidgets/QScrollBar>
 #include <QtWidgets/QSpinBox>
 #include <QtWidgets/QSplitter>
 
@@ -130,7 +131,12 @@ QWidget *MeasurePane::makeForm()
     m_scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_scroll->setFrameShape(QFrame::NoFrame);
     m_scroll->setFocusPolicy(Qt::NoFocus);
-    m_scroll->setWidget(m_form);
+    auto *scrolled = new QWidget;
+    auto *column = new QVBoxLayout(scrolled);
+    column->setContentsMargins({});
+    column->setSpacing(10);
+    m_scroll->setWidget(scrolled);
+    scrolled->setAutoFillBackground(false);
     m_scroll->viewport()->setAutoFillBackground(false);
     m_form->setAutoFillBackground(false);
 
@@ -172,6 +178,11 @@ QWidget *MeasurePane::makeForm()
     m_progressText = new QLabel(form);
     m_progressText->setWordWrap(true);
 
+    column->addWidget(m_form);
+    column->addWidget(m_series);
+    column->addWidget(m_nameLabel);
+    column->addWidget(m_name);
+    column->addStretch();
     auto *buttons = new QHBoxLayout;
     buttons->addWidget(m_start, 2);
     buttons->addWidget(m_cancel, 1);
@@ -181,9 +192,6 @@ QWidget *MeasurePane::makeForm()
     layout->addWidget(m_title);
     layout->addLayout(top);
     layout->addWidget(m_scroll, 1);
-    layout->addWidget(m_series);
-    layout->addWidget(m_nameLabel);
-    layout->addWidget(m_name);
     layout->addLayout(buttons);
     layout->addWidget(m_progress);
     layout->addWidget(m_progressText);
@@ -289,6 +297,9 @@ void MeasurePane::showForm()
     if (isNew && m_instrument)
         recallSettings();
     orderTabs();
+    // Nothing of it is ever scrolled to the side.
+    m_scroll->setMinimumWidth(m_scroll->widget()->minimumSizeHint().width()
+                              + m_scroll->verticalScrollBar()->sizeHint().width());
     m_series->setVisible(isMeasuring);
     m_nameLabel->setVisible(isMeasuring);
     m_name->setVisible(isMeasuring);

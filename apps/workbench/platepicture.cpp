@@ -116,8 +116,8 @@ void PlatePicture::paintWell(QPainter *painter, const QRectF &circle, double val
                                     inner.bottomLeft()};
         painter->drawPolygon(triangle, 3);
     } else {
-        // White would be lost on white.
-        painter->setPen(isDifference ? QPen(line, 1) : QPen(Qt::NoPen));
+        // White would be lost on white, and the darkest violet in a dark window.
+        painter->setPen(circle.width() > 8 ? QPen(line, 1) : QPen(Qt::NoPen));
         painter->setBrush(color(share));
         painter->drawEllipse(circle);
     }

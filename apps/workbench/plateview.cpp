@@ -130,7 +130,7 @@ QSize PlateView::sizeHint() const
 
 QSize PlateView::minimumSizeHint() const
 {
-    return {260, 180};
+    return {220, 110};
 }
 
 bool PlateView::event(QEvent *event)

@@ -110,7 +110,7 @@ QWidget *ResultView::makeHeader()
     m_runLabel = new QLabel(header);
     m_run = new QSlider(Qt::Horizontal, header);
     m_run->setObjectName(QStringLiteral("runOfSeries"));
-    m_run->setMinimumWidth(120);
+    m_run->setMinimumWidth(60);
     m_runLabel->setBuddy(m_run);
     m_copy = new QPushButton(header);
     m_copy->setObjectName(QStringLiteral("copy"));
@@ -127,13 +127,18 @@ QWidget *ResultView::makeHeader()
     titles->addWidget(m_title, 1);
     titles->addWidget(m_copy);
     titles->addWidget(m_export);
+    for (QWidget *unused : {static_cast<QWidget *>(m_readLabel), static_cast<QWidget *>(m_read),
+                            static_cast<QWidget *>(m_runLabel), static_cast<QWidget *>(m_run)})
+        unused->hide();
+    auto *choice = new QHBoxLayout;
+    choice->addWidget(m_readLabel);
+    choice->addWidget(m_read);
+    choice->addWidget(m_runLabel);
+    choice->addWidget(m_run);
+    choice->addStretch();
     auto *controls = new QHBoxLayout;
-    controls->addWidget(m_readLabel);
-    controls->addWidget(m_read);
-    controls->addWidget(m_runLabel);
-    controls->addWidget(m_run);
-    controls->addStretch();
     controls->addWidget(m_blank);
+    controls->addStretch();
     controls->addWidget(m_brushButton);
     controls->addWidget(m_layoutButton);
     auto *layout = new QVBoxLayout(header);
@@ -141,6 +146,7 @@ QWidget *ResultView::makeHeader()
     layout->setSpacing(4);
     layout->addLayout(titles);
     layout->addWidget(m_subtitle);
+    layout->addLayout(choice);
     layout->addLayout(controls);
     return header;
 }

@@ -42,6 +42,7 @@ QPlainTextEdit *makeText(QWidget *parent)
     edit->setTabChangesFocus(true);
     edit->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
     edit->setLineWrapMode(QPlainTextEdit::NoWrap);
+    edit->setMinimumHeight(48);
     return edit;
 }
 
@@ -72,24 +73,20 @@ TrustPane::TrustPane(const Instruments *instruments, const QStringList &pluginFo
     m_findings->setObjectName(QStringLiteral("findings"));
     m_try->setObjectName(QStringLiteral("tryDrivers"));
     m_save->setObjectName(QStringLiteral("report"));
-    auto *buttons = new QHBoxLayout;
-    buttons->addStretch();
-    buttons->addWidget(m_inspect);
-    buttons->addWidget(m_try);
-    buttons->addWidget(m_save);
     auto *layout = new QVBoxLayout(this);
-    auto *top = new QHBoxLayout;
-    top->addWidget(m_instrumentTitle, 1);
-    top->addWidget(m_firmware);
-    layout->addLayout(top);
+    const auto addHead = [layout](QLabel *title, std::initializer_list<QPushButton *> buttons) {
+        auto *head = new QHBoxLayout;
+        head->addWidget(title, 1);
+        for (QPushButton *button : buttons)
+            head->addWidget(button);
+        layout->addLayout(head);
+    };
+    addHead(m_instrumentTitle, {m_firmware});
     layout->addWidget(m_identity);
-    layout->addSpacing(8);
-    layout->addWidget(m_driversTitle);
+    addHead(m_driversTitle, {m_inspect, m_try});
     layout->addWidget(m_findings, 1);
-    layout->addSpacing(8);
-    layout->addWidget(m_logTitle);
+    addHead(m_logTitle, {m_save});
     layout->addWidget(m_log, 2);
-    layout->addLayout(buttons);
 
     m_log->setPlainText(Log::instance()->lines().join(QLatin1Char('\n')));
     connect(Log::instance(), &Log::added, m_log, &QPlainTextEdit::appendPlainText);

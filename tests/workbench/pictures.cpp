@@ -1,4 +1,4 @@
-// Takes the pictures of the documentation: pictures FOLDER LANGUAGE
+// Takes the pictures of the documentation: pictures FOLDER LANGUAGE [WIDTH HEIGHT]
 
 #include "harness.h"
 
@@ -15,6 +15,7 @@
 #include <QtWidgets/QDoubleSpinBox>
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QSpinBox>
+#include <QtWidgets/QStatusBar>
 #include <QtWidgets/QTabWidget>
 #include <QtWidgets/QTableView>
 
@@ -33,6 +34,8 @@ public:
 
     void take(const char *name) const
     {
+        // Which names a folder of this machine.
+        m_bench.window()->statusBar()->clearMessage();
         QTest::qWait(100);
         const QString path = QStringLiteral("%1/workbench-%2-%3.png")
                                  .arg(m_folder, QString::fromLatin1(name), m_language);
@@ -89,13 +92,14 @@ void measure(const Bench &bench, const QString &name, int count = 1)
     QTRY_VERIFY_WITH_TIMEOUT(!bench.window()->instruments()->isAnyBusy(), 60000);
 }
 
-void takeAll(Bench &bench, const QString &folder, const QString &language)
+void takeAll(Bench &bench, const QString &folder, const QString &language, QSize size)
 {
     const Camera camera(bench, folder, language);
     bench.open();
-    bench.window()->resize(1200, 780);
+    bench.window()->resize(size);
     QTRY_COMPARE_WITH_TIMEOUT(bench.window()->instruments()->rowCount(), 3, 20000);
     bench.find<QCheckBox>("wavelengths450")->setChecked(true);
+    measure(bench, QStringLiteral("ELISA 16"));
     measure(bench, QStringLiteral("ELISA 17"));
     auto *plate = bench.find<PlateView>("plate");
     QVector<bool> blanks(96);
@@ -138,6 +142,11 @@ void takeAll(Bench &bench, const QString &folder, const QString &language)
     auto *history = bench.find<QTableView>("history");
     history->setCurrentIndex(history->model()->index(2, 0));
     camera.take("history");
+    history->selectionModel()->select(history->model()->index(3, 0),
+                                      QItemSelectionModel::Select | QItemSelectionModel::Rows);
+    camera.take("side-by-side");
+    bench.find<QTabWidget>("comparison")->setCurrentIndex(1);
+    camera.take("difference");
     panes->setCurrentIndex(0);
 
     QPalette dark(QColor(0x35, 0x35, 0x35), QColor(0x2a, 0x2a, 0x2a));
@@ -155,14 +164,16 @@ int main(int argc, char *argv[])
 {
     QApplication application(argc, argv);
     const QStringList arguments = QCoreApplication::arguments();
-    if (arguments.size() != 3)
-        qFatal("usage: pictures FOLDER LANGUAGE");
+    if (arguments.size() != 3 && arguments.size() != 5)
+        qFatal("usage: pictures FOLDER LANGUAGE [WIDTH HEIGHT]");
+    const QSize size = arguments.size() == 5 ? QSize(arguments[3].toInt(), arguments[4].toInt())
+                                             : QSize(1200, 780);
     QApplication::setStyle(new RoomyStyle(QStringLiteral("Fusion")));
     Bench bench;
     bench.setUp(laboratory(), 0.02);
     useLanguage(QLocale(arguments[2]));
     Log::instance();
     qel::frontend::startLibrary({QStringLiteral(DRIVER_FOLDER)});
-    takeAll(bench, arguments[1], arguments[2]);
+    takeAll(bench, arguments[1], arguments[2], size);
     return 0;
 }

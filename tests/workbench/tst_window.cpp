@@ -188,6 +188,7 @@ private Q_SLOTS:
     void firstMeasurement();
     void comparison();
     void contentIsPainted();
+    void byKeyboardAlone_data();
     void byKeyboardAlone();
     void choicesAreRemembered();
     void wrongInput();
@@ -355,8 +356,18 @@ void TestWindow::contentIsPainted()
     QCOMPARE(plate->selection().count(true), 2);
 }
 
+void TestWindow::byKeyboardAlone_data()
+{
+    QTest::addColumn<QLocale>("locale");
+    QTest::newRow("English") << QLocale(QLocale::English);
+    QTest::newRow("German") << QLocale(QLocale::German);
+}
+
+// Measured, looked at, found again and compared.
 void TestWindow::byKeyboardAlone()
 {
+    QFETCH(QLocale, locale);
+    useLanguage(locale);
     m_bench->setUpOne("absorbance-96");
     m_bench->open();
     QApplication::setActiveWindow(m_bench->window());
@@ -376,6 +387,16 @@ void TestWindow::byKeyboardAlone()
     QVERIFY(hasStarted);
     QVERIFY(seen.contains(m_bench->find<QCheckBox>("wavelengths450")));
     QTRY_COMPARE(kept(), 1);
+    QTRY_COMPARE(QApplication::focusWidget()->objectName(), "start");
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Space);
+    QTRY_COMPARE(kept(), 2);
+
+    QTest::keyClick(m_bench->window(), Qt::Key_F, Qt::ControlModifier);
+    for (int step = 0; step < 6 && QApplication::focusWidget()->objectName() != "history"; ++step)
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Home, Qt::ControlModifier);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Down, Qt::ShiftModifier);
+    QVERIFY(m_bench->find<PlateView>("plateA")->isVisible());
 }
 
 void TestWindow::choicesAreRemembered()

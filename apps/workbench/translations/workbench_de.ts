@@ -365,7 +365,7 @@
     </message>
     <message id="qelworkbench-inspect">
         <source></source>
-        <translation>Treiber erneut prüfen</translation>
+        <translation>Erneut prüfen</translation>
     </message>
     <message id="qelworkbench-instrument">
         <source></source>
@@ -616,11 +616,11 @@ Das Ergebnis erscheint hier.</translation>
     </message>
     <message id="qelworkbench-series-count">
         <source></source>
-        <translation>Anzahl Durchgänge:</translation>
+        <translation>Durchgänge:</translation>
     </message>
     <message id="qelworkbench-series-interval">
         <source></source>
-        <translation>Ein Durchgang alle:</translation>
+        <translation>Einer alle:</translation>
     </message>
     <message id="qelworkbench-series-of">
         <source></source>
@@ -824,7 +824,7 @@ Das Ergebnis erscheint hier.</translation>
     </message>
     <message id="qelworkbench-try">
         <source></source>
-        <translation>Treiber probeweise laden</translation>
+        <translation>Probeweise laden</translation>
     </message>
     <message id="qelworkbench-try-busy">
         <source></source>

@@ -365,7 +365,7 @@
     </message>
     <message id="qelworkbench-inspect">
         <source></source>
-        <translation>Check the drivers again</translation>
+        <translation>Check again</translation>
     </message>
     <message id="qelworkbench-instrument">
         <source></source>
@@ -824,7 +824,7 @@ The result appears here.</translation>
     </message>
     <message id="qelworkbench-try">
         <source></source>
-        <translation>Load drivers on trial</translation>
+        <translation>Load on trial</translation>
     </message>
     <message id="qelworkbench-try-busy">
         <source></source>
