@@ -4,8 +4,9 @@ from __future__ import annotations
 
 import os
 import time
-from typing import IO, Any, Optional
+from typing import Any, Optional
 
+from . import _native
 from ._results import Path, Result
 
 
@@ -19,10 +20,10 @@ class Series:
         self._count = count
         self._next = 0.0  # when, by the monotonic clock; 0 before the first
         # At once, so that nobody loses a measurement to a mistyped path.
-        self._file: Optional[IO[bytes]] = None
+        self._file: Optional[_native.KeptFile] = None
         if keep is not None:
-            self._file = open(keep, "ab+")
-            self._end_torn_line(self._file)
+            self._file = _native.KeptFile(os.fspath(keep))
+            self._before = "\n" if _is_torn(keep) else ""
 
     def is_unfinished(self) -> bool:
         return self._count is None or self._count > 0
@@ -39,22 +40,21 @@ class Series:
     def kept(self, result: Result) -> Result:
         """The result, once it is on the disk."""
         if self._file:
-            self._file.write(result._ending.json(True).encode() + b"\n")
-            self._file.flush()
-            os.fsync(self._file.fileno())
+            self._file.add(self._before + result._ending.json(True) + "\n")
+            self._before = ""
         return result
-
-    # What a power cut has left behind stays a line of its own.
-    @staticmethod
-    def _end_torn_line(file: IO[bytes]) -> None:
-        if file.seek(0, os.SEEK_END) > 0:
-            file.seek(-1, os.SEEK_END)
-            if file.read() != b"\n":
-                file.write(b"\n")
 
     def __enter__(self) -> Series:
         return self
 
     def __exit__(self, *error: Any) -> None:
-        if self._file:
-            self._file.close()
+        self._file = None
+
+
+# What others have left behind stays a line of its own.
+def _is_torn(path: Path) -> bool:
+    if not os.path.isfile(path) or os.path.getsize(path) == 0:
+        return False
+    with open(path, "rb") as file:
+        file.seek(-1, os.SEEK_END)
+        return file.read() != b"\n"

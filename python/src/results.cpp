@@ -7,6 +7,7 @@
 #include <qelfrontend/plate.h>
 #include <qelfrontend/platecsv.h>
 #include <qelfrontend/problems.h>
+#include <qelfrontend/resultfile.h>
 #include <qelfrontend/selection.h>
 #include <qelvalues/features.h>
 #include <qelvalues/names.h>
@@ -116,10 +117,49 @@ py::str jsonOf(const Ending &ending, bool inOneLine)
         inOneLine ? QJsonDocument::Compact : QJsonDocument::Indented)));
 }
 
+[[noreturn]] void raiseOSError(const QString &problem, const QString &path)
+{
+    PyErr_SetString(PyExc_OSError, (path + QStringLiteral(": ") + problem).toUtf8().constData());
+    throw py::error_already_set();
+}
+
+// The file of a series, which is continued where there is one.
+class KeptFile
+{
+public:
+    explicit KeptFile(const std::string &path)
+        : m_path(QString::fromStdString(path))
+    {
+        QString problem;
+        m_file = ResultFile::open(m_path, ResultFile::Existing::Continue, &problem);
+        if (!m_file)
+            raiseOSError(problem, m_path);
+    }
+
+    void add(const std::string &text)
+    {
+        QString problem;
+        bool isKept = false;
+        {
+            const py::gil_scoped_release release;
+            isKept = m_file->add(QByteArray::fromStdString(text), &problem);
+        }
+        if (!isKept)
+            raiseOSError(problem, m_path);
+    }
+
+private:
+    const QString m_path;
+    std::unique_ptr<ResultFile> m_file;
+};
+
 } // namespace
 
 void bindResults(py::module_ &module)
 {
+    py::class_<KeptFile>(module, "KeptFile")
+        .def(py::init<const std::string &>())
+        .def("add", &KeptFile::add);
     py::class_<Ending, std::shared_ptr<Ending>>(module, "Ending")
         .def_property_readonly(
             "kind", [](const Ending &ending) { return kindName(ending.record.outcome.kind); })

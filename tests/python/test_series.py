@@ -34,6 +34,18 @@ def test_failure_keeps_what_there_is(lab, tmp_path):
     assert [len(plate.reads) for plate in plates] == [1, 1, 4]
 
 
+def test_file_belongs_to_one_series(reader, tmp_path):
+    kept = tmp_path / "run.jsonl"
+    first = reader.series(every=0, count=2, keep=kept)
+    assert not kept.exists()  # nothing, or something whole
+    next(first)
+    with pytest.raises(OSError, match="run.jsonl: "):
+        reader.series(every=0, keep=kept)
+    assert len(list(first)) == 1
+    assert len(list(reader.series(every=0, count=1, keep=kept))) == 1
+    assert len(qel.read_series(kept)) == 3
+
+
 def test_mistakes_come_before_the_first_run(reader, tmp_path):
     with pytest.raises(OSError):
         reader.series(every=1, keep=tmp_path / "no" / "such")
