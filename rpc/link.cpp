@@ -57,6 +57,12 @@ void Link::disconnect()
     m_instruments.clear();
 }
 
+void Link::giveUp(const QString &why)
+{
+    disconnect();
+    emit lost(why);
+}
+
 bool Link::isReady() const
 {
     return m_isReady;
@@ -100,9 +106,8 @@ void Link::read()
     if (!isOver)
         return;
     const grpc::Status status = watch->status();
-    disconnect();
-    emit lost(status.ok() ? QStringLiteral("the other side has ended the connection")
-                          : fromWire(status.error_message()));
+    giveUp(status.ok() ? QStringLiteral("the other side has ended the connection")
+                       : fromWire(status.error_message()));
 }
 
 void Link::hear(const wire::Told &told)
@@ -132,10 +137,10 @@ void Link::introduce(const wire::Told &told)
 {
     const QString problem = mismatch(told.hello());
     if (!problem.isEmpty()) {
-        disconnect();
-        emit lost(problem);
+        giveUp(problem);
         return;
     }
+    m_grace = std::chrono::milliseconds(told.grace());
     m_plugins.assign(told.plugins().begin(), told.plugins().end());
     m_drivers.clear();
     for (const std::string &driver : told.drivers())
@@ -195,6 +200,11 @@ std::optional<std::vector<wire::KeptResult>> Link::keptResults(const QString &na
     m_watch->send(std::move(ask));
     waitFor(m_hasResults, time);
     return m_hasResults ? std::optional(std::exchange(m_results, {})) : std::nullopt;
+}
+
+std::chrono::milliseconds Link::grace() const
+{
+    return m_grace;
 }
 
 std::shared_ptr<DriveClient> Link::drive()

@@ -34,8 +34,10 @@ public:
 
     /// Begins to talk over `channel`, in place of what was before.
     void connectTo(std::shared_ptr<grpc::Channel> channel);
-    /// Ends every stream. Devices on the way see it as the loss of the far side.
+    /// Ends the connection. Devices on the way see it as the loss of the far side.
     void disconnect();
+    /// The same, and says so: lost() with `why`.
+    void giveUp(const QString &why);
 
     /// Whether the far side has introduced itself and is there.
     bool isReady() const;
@@ -52,6 +54,9 @@ public:
     QStringList drivers() const;
     /// The far plugins, as they introduced themselves.
     const std::vector<wire::Plugin> &plugins() const;
+
+    /// For how long a device there outlives its stream; 0 is not at all.
+    std::chrono::milliseconds grace() const;
 
     /// Opens a stream for one device; null while the far side is away.
     std::shared_ptr<DriveClient> drive();
@@ -99,6 +104,7 @@ private:
     QList<devices::DeviceInfo> m_instruments;
     QStringList m_drivers;
     std::vector<wire::Plugin> m_plugins;
+    std::chrono::milliseconds m_grace{0};
     std::chrono::milliseconds m_deadline{2000};
 };
 

@@ -16,8 +16,6 @@ namespace qel::rpc {
 using namespace devices;
 using Feature = Device::DeviceFeature;
 
-static const char lostText[] = "qel-remote-lost";
-static const char silentText[] = "qel-remote-silent";
 static const char awayText[] = "qel-remote-away";
 static const char valueText[] = "qel-remote-value";
 
@@ -31,8 +29,6 @@ RemoteDevice::RemoteDevice(const DeviceInfo &info, const DeviceInfo &farInfo, Li
     , m_farInfo(farInfo)
     , m_link(link)
 {
-    m_deadline.setSingleShot(true);
-    connect(&m_deadline, &QTimer::timeout, this, &RemoteDevice::watchDeadline);
     connect(this, &Device::configurationChanged, this, &RemoteDevice::sendConfiguration);
     // The first receiver: an answer from another one may come before the id has been returned.
     connect(this, &Device::actionRequired, this,
@@ -41,49 +37,33 @@ RemoteDevice::RemoteDevice(const DeviceInfo &info, const DeviceInfo &farInfo, Li
 
 RemoteDevice::~RemoteDevice()
 {
-    if (!m_stream)
+    if (!m_session)
         return;
-    m_stream->detach();
+    m_session->disconnect(this);
     // Whoever deletes the device over a result has got it.
     while (!m_unconfirmed.isEmpty())
         confirmReceipt(m_unconfirmed.constFirst());
-    m_stream->hangUp();
 }
 
-// Ends with a device that has a stream, or with the error that says why it has none.
+// Ends with a device that has a session, or with the error that says why it has none.
 bool RemoteDevice::connectFar()
 {
-    if (m_stream)
+    if (m_session)
         return true;
-    if (m_link)
-        m_stream = m_link->drive();
-    if (!m_stream) {
+    auto session = std::make_unique<FarSession>(toWire(m_farInfo), m_link);
+    if (!session->start()) {
         setError(ERROR_DEVICE_DISCONNECTED, QLatin1String(awayText));
         return false;
     }
-    m_stream->attach(this, [this] { read(); });
-    m_lastCall = 0;
+    m_session = std::move(session);
+    connect(m_session.get(), &FarSession::told, this, &RemoteDevice::hear);
+    connect(m_session.get(), &FarSession::answered, this, &RemoteDevice::hearAnswer);
+    connect(m_session.get(), &FarSession::lost, this, &RemoteDevice::lose);
     m_isFarBusy = false;
-    wire::Command command;
-    *command.mutable_attach()->mutable_hello() = hello();
-    *command.mutable_attach()->mutable_record() = toWire(m_farInfo);
-    send(std::move(command), QStringLiteral("createDevice()"));
     const auto configured = m_configured;
     for (const int feature : configured)
         sendConfiguration(Feature(feature));
     return true;
-}
-
-quint64 RemoteDevice::send(wire::Command command, const QString &name)
-{
-    command.set_number(++m_lastCall);
-    Call call{m_lastCall, command.what_case(), name, {}};
-    call.age.start();
-    m_calls.push_back(std::move(call));
-    if (!m_deadline.isActive())
-        m_deadline.start(m_link ? m_link->deadline() : std::chrono::milliseconds(0));
-    m_stream->send(std::move(command));
-    return m_lastCall;
 }
 
 // The far side forgets the result then.
@@ -93,7 +73,7 @@ void RemoteDevice::confirmReceipt(quint64 number)
         return;
     wire::Command command;
     command.set_received(number);
-    m_stream->send(std::move(command));
+    m_session->call(std::move(command), QStringLiteral("executed()"));
 }
 
 bool RemoteDevice::open()
@@ -105,18 +85,18 @@ bool RemoteDevice::open()
     wire::Command command;
     command.mutable_open();
     m_isOpening = true;
-    send(std::move(command), QStringLiteral("open()"));
+    m_session->call(std::move(command), QStringLiteral("open()"));
     return true;
 }
 
 void RemoteDevice::close()
 {
-    if (!m_stream)
+    if (!m_session)
         return;
     m_isOpening = false;
     wire::Command command;
     command.mutable_close();
-    m_interruption = send(std::move(command), QStringLiteral("close()"));
+    m_interruption = m_session->call(std::move(command), QStringLiteral("close()"));
 }
 
 void RemoteDevice::update()
@@ -125,23 +105,23 @@ void RemoteDevice::update()
         return;
     wire::Command command;
     command.mutable_update();
-    send(std::move(command), QStringLiteral("update()"));
+    m_session->call(std::move(command), QStringLiteral("update()"));
 }
 
 void RemoteDevice::reset()
 {
-    if (!m_stream) {
+    if (!m_session) {
         setError(NO_DEVICE_ERROR, QString());
         return;
     }
     wire::Command command;
     command.mutable_reset();
-    m_interruption = send(std::move(command), QStringLiteral("reset()"));
+    m_interruption = m_session->call(std::move(command), QStringLiteral("reset()"));
 }
 
 void RemoteDevice::executeImpl(DeviceFeature feature)
 {
-    if (!m_stream) {
+    if (!m_session) {
         emit executed(feature, false, QVariant());
         return;
     }
@@ -158,26 +138,26 @@ void RemoteDevice::executeImpl(DeviceFeature feature)
     m_runs.append(feature);
     wire::Command command;
     command.set_execute(feature);
-    send(std::move(command), nameOf(feature));
+    m_session->call(std::move(command), nameOf(feature));
     setBusy(true);
 }
 
 void RemoteDevice::confirmActionImpl(int actionId)
 {
-    if (!m_stream || !m_farActions.contains(actionId))
+    if (!m_session || !m_farActions.contains(actionId))
         return;
     wire::Command command;
     command.set_confirm(m_farActions.value(actionId));
-    send(std::move(command), QStringLiteral("confirmAction()"));
+    m_session->call(std::move(command), QStringLiteral("confirmAction()"));
 }
 
 void RemoteDevice::abortActionImpl(int actionId)
 {
-    if (!m_stream || !m_farActions.contains(actionId))
+    if (!m_session || !m_farActions.contains(actionId))
         return;
     wire::Command command;
     command.set_abort(m_farActions.value(actionId));
-    send(std::move(command), QStringLiteral("abortAction()"));
+    m_session->call(std::move(command), QStringLiteral("abortAction()"));
 }
 
 void RemoteDevice::sendConfiguration(DeviceFeature feature)
@@ -192,49 +172,8 @@ void RemoteDevice::sendConfiguration(DeviceFeature feature)
     const QString problem = fromWire(command.configuration().value().problem());
     if (!problem.isEmpty())
         m_unsendable.insert(feature, problem);
-    else if (m_stream)
-        send(std::move(command), QStringLiteral("setConfiguration()"));
-}
-
-void RemoteDevice::read()
-{
-    const std::shared_ptr<DriveClient> stream = m_stream;
-    if (!stream)
-        return;
-    const QPointer<RemoteDevice> self(this);
-    const bool isOver = stream->hasEnded();
-    const auto events = stream->take();
-    for (const wire::Event &event : events) {
-        hear(event);
-        if (!self || m_stream != stream)
-            return;
-    }
-    if (!isOver)
-        return;
-    const grpc::Status status = stream->status();
-    if (!status.ok())
-        qCDebug(LogCDriver) << "The connection to" << location()
-                            << "has ended:" << fromWire(status.error_message());
-    lose(QLatin1String(lostText));
-}
-
-void RemoteDevice::watchDeadline()
-{
-    const QPointer<RemoteDevice> self(this);
-    // This thread itself may have been held up, with the answers waiting.
-    read();
-    if (!self || m_calls.empty() || !m_link)
-        return;
-    const Call &oldest = m_calls.front();
-    const auto left = m_link->deadline() - std::chrono::milliseconds(oldest.age.elapsed());
-    if (left.count() > 0) {
-        m_deadline.start(left);
-        return;
-    }
-    const QString call = oldest.name;
-    lose(QLatin1String(silentText));
-    if (self && m_link)
-        m_link->reportSilence(call);
+    else if (m_session)
+        m_session->call(std::move(command), QStringLiteral("setConfiguration()"));
 }
 
 // What the contract calls unplugged. Each step may end in the deletion of the device.
@@ -242,11 +181,8 @@ void RemoteDevice::lose(const QString &infoTrId)
 {
     const QPointer<RemoteDevice> self(this);
     const bool wasUsed = isOpen() || isBusy() || m_isOpening;
-    m_stream->detach();
-    m_stream->cancel();
-    m_stream = nullptr;
-    m_calls.clear();
-    m_deadline.stop();
+    // It has just said so itself.
+    m_session.release()->deleteLater();
     m_interruption = 0;
     m_isOpening = false;
     m_isFarBusy = false;
@@ -274,9 +210,6 @@ void RemoteDevice::hear(const wire::Event &event)
     switch (event.what_case()) {
     case wire::Event::kState:
         hearState(event.state());
-        break;
-    case wire::Event::kDone:
-        hearDone(event.done());
         break;
     case wire::Event::kOpen:
         hearOpen(event.open());
@@ -311,6 +244,8 @@ void RemoteDevice::hear(const wire::Event &event)
     case wire::Event::kAction:
         hearAction(event.action());
         break;
+    case wire::Event::kDone:
+    case wire::Event::kResumed:
     case wire::Event::WHAT_NOT_SET:
         break;
     }
@@ -327,8 +262,6 @@ void RemoteDevice::hearError(const wire::Error &error)
 void RemoteDevice::hearState(const wire::State &state)
 {
     const QPointer<RemoteDevice> self(this);
-    if (!m_calls.empty() && m_calls.front().what == wire::Command::kAttach)
-        m_calls.pop_front();
     setName(fromWire(state.name()));
     if (self)
         setSerial(fromWire(state.serial()));
@@ -346,35 +279,16 @@ void RemoteDevice::hearState(const wire::State &state)
         hearBusy(state.busy());
 }
 
-bool RemoteDevice::isWaitingFor(wire::Command::WhatCase what) const
+void RemoteDevice::hearAnswer(quint64 number, wire::Command::WhatCase what, bool result)
 {
-    for (const Call &call : m_calls) {
-        if (call.what == what)
-            return true;
-    }
-    return false;
-}
-
-void RemoteDevice::hearDone(const wire::Done &done)
-{
-    if (m_calls.empty() || m_calls.front().number != done.number())
-        return;
-    const Call call = m_calls.front();
-    m_calls.pop_front();
-    m_deadline.stop();
-    if (!m_calls.empty() && m_link) {
-        const auto left =
-            m_link->deadline() - std::chrono::milliseconds(m_calls.front().age.elapsed());
-        m_deadline.start(std::max(left, std::chrono::milliseconds(0)));
-    }
     const QPointer<RemoteDevice> self(this);
-    if (call.what == wire::Command::kExecute && !isWaitingFor(wire::Command::kExecute))
+    if (what == wire::Command::kExecute && !m_session->isWaitingFor(wire::Command::kExecute))
         setBusy(m_isFarBusy);
-    if (call.what == wire::Command::kOpen && !done.result() && errorCode() == NO_DEVICE_ERROR)
+    if (what == wire::Command::kOpen && !result && errorCode() == NO_DEVICE_ERROR)
         setError(ERROR_DEVICE_CANT_OPEN, QString());
-    if (self && call.what == wire::Command::kOpen && !done.result())
+    if (self && what == wire::Command::kOpen && !result)
         m_isOpening = false;
-    if (!self || call.number != m_interruption)
+    if (!self || number != m_interruption)
         return;
     m_interruption = 0;
     const auto withheld = std::exchange(m_withheld, {});
@@ -387,7 +301,7 @@ void RemoteDevice::hearDone(const wire::Done &done)
 void RemoteDevice::hearOpen(bool open)
 {
     // A close() is on its way.
-    if (open && m_interruption != 0 && isWaitingFor(wire::Command::kClose))
+    if (open && m_interruption != 0 && m_session->isWaitingFor(wire::Command::kClose))
         return;
     if (open) {
         m_isOpening = false;
@@ -407,7 +321,7 @@ void RemoteDevice::hearOpen(bool open)
 void RemoteDevice::hearBusy(bool busy)
 {
     m_isFarBusy = busy;
-    if (busy || !isWaitingFor(wire::Command::kExecute))
+    if (busy || !m_session->isWaitingFor(wire::Command::kExecute))
         setBusy(busy);
 }
 

@@ -1,18 +1,16 @@
 #ifndef RPC_REMOTEDEVICE_H
 #define RPC_REMOTEDEVICE_H
 
-#include "link.h"
+#include "farsession.h"
 
 #include <qeldevices/device.h>
 
-#include <QtCore/QElapsedTimer>
 #include <QtCore/QHash>
 #include <QtCore/QList>
 #include <QtCore/QPointer>
 #include <QtCore/QSet>
-#include <QtCore/QTimer>
 
-#include <deque>
+#include <memory>
 
 namespace qel::rpc {
 
@@ -23,8 +21,8 @@ namespace qel::rpc {
 /// near end does it: the device is busy from execute() on, and what the far one was still about to
 /// say when it is closed or reset is not heard any more.
 ///
-/// When the far side goes away or does not answer in time, the device is what the contract calls
-/// disconnected. It can be opened again once the far side is back.
+/// When the session with the far side is lost, the device is what the contract calls disconnected.
+/// It can be opened again once the far side is back.
 class RemoteDevice final : public devices::Device
 {
     Q_OBJECT
@@ -47,26 +45,15 @@ protected:
     void abortActionImpl(int actionId) override;
 
 private:
-    struct Call
-    {
-        quint64 number;
-        wire::Command::WhatCase what;
-        QString name; // for people
-        QElapsedTimer age;
-    };
-
     bool connectFar();
     void confirmReceipt(quint64 number);
-    quint64 send(wire::Command command, const QString &name);
     void sendConfiguration(DeviceFeature feature);
-    void read();
-    void watchDeadline();
     void lose(const QString &infoTrId);
     void end(DeviceFeature feature, bool ok, const QVariant &result);
 
     void hear(const wire::Event &event);
     void hearState(const wire::State &state);
-    void hearDone(const wire::Done &done);
+    void hearAnswer(quint64 number, wire::Command::WhatCase what, bool result);
     void hearOpen(bool open);
     void hearError(const wire::Error &error);
     void hearBusy(bool busy);
@@ -77,15 +64,11 @@ private:
     void hearTransient(const wire::FeatureValue &value);
     void hearExecuted(const wire::Executed &executed);
     void hearAction(const wire::Action &action);
-    bool isWaitingFor(wire::Command::WhatCase what) const;
 
     const devices::DeviceInfo m_farInfo;
     const QPointer<Link> m_link;
-    std::shared_ptr<DriveClient> m_stream;
-    QTimer m_deadline;
-    quint64 m_lastCall = 0;
-    std::deque<Call> m_calls; // sent and not yet answered
-    bool m_isOpening = false; // open() was called, and nothing has come of it yet
+    std::unique_ptr<FarSession> m_session; // null while there is none
+    bool m_isOpening = false;              // open() was called, and nothing has come of it yet
     bool m_isFarBusy = false;
     QSet<int> m_farFeatures;
     // The last close() or reset() that the far side has not carried out yet; 0 is none.

@@ -111,4 +111,16 @@ wire::Text textFor(const QString &id)
     return text;
 }
 
+void ToldTexts::complete(wire::Event *event)
+{
+    const std::string &mentioned = event->has_action() ? event->action().text()
+        : event->has_state()                           ? event->state().error().info()
+                                                       : event->error().info();
+    const QString id = fromWire(mentioned);
+    if (id.isEmpty() || m_ids.contains(id) || event->texts_size() > 0)
+        return;
+    m_ids.insert(id);
+    *event->add_texts() = textFor(id);
+}
+
 } // namespace qel::rpc

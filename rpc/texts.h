@@ -5,6 +5,7 @@
 
 #include <QtCore/QHash>
 #include <QtCore/QMap>
+#include <QtCore/QSet>
 #include <QtCore/QString>
 #include <QtCore/QTranslator>
 
@@ -35,6 +36,17 @@ private:
 /// What `id` says in every language of the catalogues of the library, of the plugins and of
 /// FarTexts.
 wire::Text textFor(const QString &id);
+
+/// Knows which ids a peer has been told the sentences of.
+class ToldTexts
+{
+public:
+    /// Adds to `event` the sentences of the ids in it, as far as they have not been told yet.
+    void complete(wire::Event *event);
+
+private:
+    QSet<QString> m_ids;
+};
 
 } // namespace qel::rpc
 

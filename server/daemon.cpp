@@ -25,6 +25,7 @@ Daemon::Daemon(Settings settings, QObject *parent)
     , m_settings(std::move(settings))
     , m_clients(m_settings.state)
     , m_gatekeeper(&m_clients, m_settings.state + QStringLiteral("/results"), m_settings.logsJson)
+    , m_server(&m_gatekeeper, m_settings.grace)
 {
     // The folder: the file is replaced with each change.
     connect(&m_watcher, &QFileSystemWatcher::directoryChanged, this, &Daemon::onClientsChanged);
@@ -33,11 +34,14 @@ Daemon::Daemon(Settings settings, QObject *parent)
 
 bool Daemon::start(QString *problem)
 {
-    if (!Identity::load(m_settings.state, problem) || !m_clients.load(problem))
+    if (!Identity::load(m_settings.state, problem))
+        return false;
+    // Before the clients are read: somebody may be invited just now.
+    m_watcher.addPath(m_settings.state);
+    if (!m_clients.load(problem))
         return false;
     if (!listenLocally(problem) || !listenOnNetwork(problem))
         return false;
-    m_watcher.addPath(m_settings.state);
     m_expiry.start(expiryInterval);
     startHosts();
     return true;
@@ -49,13 +53,11 @@ bool Daemon::listenLocally(QString *problem)
     const mode_t mask = ::umask(m_settings.isForGroup ? 0007 : 0077);
     QDir().mkpath(folder);
     QFile::remove(m_settings.socket);
-    m_local = std::make_unique<DeviceServer>(
-        std::vector<DeviceServer::Address>{
-            {rpc::toWire(QStringLiteral("unix:") + m_settings.socket),
-             grpc::InsecureServerCredentials()}},
-        &m_gatekeeper);
+    const bool isListening =
+        m_server.listen(rpc::toWire(QStringLiteral("unix:") + m_settings.socket),
+                        grpc::InsecureServerCredentials());
     ::umask(mask);
-    if (m_local->isListening()) {
+    if (isListening) {
         audit(m_settings.logsJson, QStringLiteral("listening"),
               {{QStringLiteral("address"), m_settings.socket}});
         return true;
@@ -70,7 +72,7 @@ bool Daemon::listenOnNetwork(QString *problem)
     const auto all = m_clients.all();
     const bool isInvited = std::any_of(
         all.cbegin(), all.cend(), [](const Client &client) { return client.refusal().isEmpty(); });
-    if (m_network || !isInvited)
+    if (m_isOnNetwork || !isInvited)
         return true;
     const auto identity = Identity::load(m_settings.state, problem);
     if (!identity)
@@ -80,16 +82,13 @@ bool Daemon::listenOnNetwork(QString *problem)
     options.pem_root_certs = identity->authority().toStdString();
     options.pem_key_cert_pairs = {
         {identity->server().key.toStdString(), identity->server().certificate.toStdString()}};
-    m_network = std::make_unique<DeviceServer>(
-        std::vector<DeviceServer::Address>{
-            {rpc::toWire(m_settings.address), grpc::SslServerCredentials(options)}},
-        &m_gatekeeper);
-    if (m_network->isListening()) {
+    m_isOnNetwork =
+        m_server.listen(rpc::toWire(m_settings.address), grpc::SslServerCredentials(options));
+    if (m_isOnNetwork) {
         audit(m_settings.logsJson, QStringLiteral("listening"),
               {{QStringLiteral("address"), m_settings.address}});
         return true;
     }
-    m_network.reset();
     *problem =
         QStringLiteral("cannot listen on '%1'; is there another server?").arg(m_settings.address);
     return false;
@@ -121,11 +120,8 @@ void Daemon::startHosts()
     for (const QString &file : qAsConst(files)) {
         auto *host = new rpc::DriverHost(file, this);
         host->registerDrivers();
-        connect(host->link(), &rpc::Link::instrumentsChanged, this, [this] {
-            m_local->tellInstruments();
-            if (m_network)
-                m_network->tellInstruments();
-        });
+        connect(host->link(), &rpc::Link::instrumentsChanged, &m_server,
+                &DeviceServer::tellInstruments);
     }
 }
 
@@ -134,8 +130,7 @@ void Daemon::onClientsChanged()
     QString problem;
     if (!m_clients.load(&problem) || !listenOnNetwork(&problem))
         audit(m_settings.logsJson, QStringLiteral("problem"), {{QStringLiteral("what"), problem}});
-    if (m_network)
-        m_network->checkPeers();
+    m_server.checkPeers();
 }
 
 } // namespace qel::server

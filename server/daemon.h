@@ -4,6 +4,7 @@
 #include "clients.h"
 #include "gatekeeper.h"
 
+#include <deviceserver.h>
 #include <driverhost.h>
 
 #include <QtCore/QFileSystemWatcher>
@@ -11,7 +12,7 @@
 #include <QtCore/QObject>
 #include <QtCore/QTimer>
 
-#include <memory>
+#include <chrono>
 
 namespace qel::server {
 
@@ -24,6 +25,7 @@ struct Settings
     QString address;         ///< where to listen on the network, "0.0.0.0:7735" for instance
     bool isForGroup = false; ///< the group of the process may use the socket
     bool logsJson = false;
+    std::chrono::seconds grace{30}; ///< for which a session outlives its connection
 };
 
 /// Serves every instrument of this machine, each driver plugin in a process of its own: over a
@@ -49,8 +51,8 @@ private:
     Gatekeeper m_gatekeeper;
     QFileSystemWatcher m_watcher;
     QTimer m_expiry;
-    std::unique_ptr<rpc::DeviceServer> m_local;
-    std::unique_ptr<rpc::DeviceServer> m_network;
+    bool m_isOnNetwork = false;
+    rpc::DeviceServer m_server; // goes first: what it tells its peers needs the rest
 };
 
 } // namespace qel::server

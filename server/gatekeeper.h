@@ -4,7 +4,7 @@
 #include "clients.h"
 #include "spool.h"
 
-#include <deviceserver.h>
+#include <gate.h>
 
 #include <QtCore/QHash>
 

@@ -108,6 +108,12 @@ static int serve(const QCommandLineParser &line)
     settings.address = line.value(QStringLiteral("listen"));
     settings.isForGroup = isSystemServer() && !line.isSet(QStringLiteral("socket"));
     settings.logsJson = line.isSet(QStringLiteral("log-json"));
+    bool isNumber = false;
+    settings.grace = std::chrono::seconds(line.value(QStringLiteral("grace")).toUInt(&isNumber));
+    if (!isNumber || settings.grace > std::chrono::hours(24))
+        return fail(BadUsage,
+                    QStringLiteral("--grace: '%1' is no number of seconds up to 86400")
+                        .arg(line.value(QStringLiteral("grace"))));
     quitOnSignals();
     Daemon daemon(settings);
     QString problem;
@@ -230,6 +236,8 @@ static void declare(QCommandLineParser *line)
     option("plugins", "A folder with driver plugins, in place of the usual ones.", "DIR");
     option("listen", "Where to listen once somebody was invited.", "ADDRESS:PORT",
            QStringLiteral("[::]:%1").arg(defaultPort));
+    option("grace", "For how long a session outlives its connection.", "SECONDS",
+           QStringLiteral("30"));
     line->addOption(
         QCommandLineOption(QStringLiteral("log-json"), QStringLiteral("Log as lines of JSON.")));
     option("host", "invite: how the client reaches this machine.", "ADDRESS[:PORT]");

@@ -1,7 +1,7 @@
 #ifndef SERVER_SPOOL_H
 #define SERVER_SPOOL_H
 
-#include <deviceserver.h>
+#include <gate.h>
 
 #include <QtCore/QByteArray>
 #include <QtCore/QString>

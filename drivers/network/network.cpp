@@ -101,6 +101,8 @@ Server::Server(Connection connection, QObject *parent)
         m_pause.start(m_nextPause);
         m_nextPause = std::min(2 * m_nextPause, longestPause);
     });
+    connect(&m_link, &rpc::Link::silent, this,
+            [this] { m_link.giveUp(QStringLiteral("it does not answer any more")); });
     start();
 }
 

@@ -2,103 +2,16 @@
 
 import json
 import os
-import pathlib
 import re
-import signal
 import stat
 import subprocess
-import tempfile
 import time
 import unittest
 
-QELCTL = os.environ["QELCTL"]
-SERVER = os.environ["QELDEVICESD"]
-CLIENT_PLUGINS = os.environ["CLIENT_PLUGINS"]
-SERVER_PLUGINS = os.environ["SERVER_PLUGINS"]
-
-# Enough for a machine that is busy with everything else; nothing waits for its end.
-PATIENCE = 60
+from harness import PATIENCE, SERVER_PLUGINS, ServerCase
 
 
-def free_port():
-    import socket
-    with socket.socket() as probe:
-        probe.bind(("127.0.0.1", 0))
-        return probe.getsockname()[1]
-
-
-class ServerTest(unittest.TestCase):
-    def setUp(self):
-        folder = tempfile.TemporaryDirectory()
-        self.addCleanup(folder.cleanup)
-        self.folder = pathlib.Path(folder.name)
-        self.state = self.folder / "state"
-        self.port = free_port()
-        self.log = self.folder / "log"
-        self.furnish(time_scale=0.1)
-        self.server_environment = {**os.environ,
-                                   "QELDEVICES_SIMULATOR": str(self.folder / "laboratory.json")}
-        self.server = None
-
-    def furnish(self, time_scale):
-        (self.folder / "laboratory.json").write_text(json.dumps({"instruments": [
-            {"model": "absorbance-96", "serial": "A-1", "timeScale": time_scale}]}))
-
-    def keeper(self, *arguments):
-        return subprocess.run([SERVER, "--state", str(self.state), *arguments],
-                              capture_output=True, text=True, timeout=PATIENCE)
-
-    def start(self):
-        with self.log.open("a") as log:
-            self.server = subprocess.Popen(
-                [SERVER, "--state", str(self.state), "--socket", str(self.folder / "run" / "socket"),
-                 "--plugins", SERVER_PLUGINS, "--listen", f"127.0.0.1:{self.port}"],
-                env=self.server_environment, stderr=log)
-        self.addCleanup(self.stop)
-        self.await_log("listening")
-
-    def stop(self):
-        if self.server:
-            self.server.send_signal(signal.SIGCONT)
-            self.server.terminate()
-            self.server.wait(PATIENCE)
-            self.server = None
-
-    def await_log(self, pattern):
-        end = time.monotonic() + PATIENCE
-        while not re.search(pattern, self.log.read_text()):
-            self.assertLess(time.monotonic(), end, f"no {pattern!r} in {self.log.read_text()!r}")
-            time.sleep(0.02)
-
-    def invite(self, name, *options):
-        invited = self.keeper("invite", name, "--host", f"127.0.0.1:{self.port}", *options)
-        self.assertEqual(invited.returncode, 0, invited.stderr)
-        file = self.folder / f"{name}.invitation"
-        file.write_text(invited.stdout)
-        return file
-
-    def command(self, user, *arguments):
-        home = self.folder / user
-        home.mkdir(exist_ok=True)
-        return ([QELCTL, "--plugins", CLIENT_PLUGINS, "--lang", "en", *arguments],
-                {**os.environ, "XDG_CONFIG_HOME": str(home), "QELDEVICES_SIMULATOR": "/dev/null"})
-
-    def tool(self, user, *arguments):
-        command, environment = self.command(user, *arguments)
-        return subprocess.run(command, env=environment, capture_output=True, text=True,
-                              timeout=PATIENCE)
-
-    def connect(self, user, *options):
-        file = self.invite(user, *options)
-        self.await_log(f"listening address='127.0.0.1:{self.port}'")
-        end = time.monotonic() + PATIENCE
-        while True:
-            connected = self.tool(user, "connect", str(file))
-            if "A-1" in connected.stdout:
-                return connected
-            # The server may still be starting its drivers.
-            self.assertLess(time.monotonic(), end, connected.stderr)
-
+class ServerTest(ServerCase):
     def test_three_commands(self):
         """invite, connect, run; and nobody listens on the network before the first of them."""
         self.start()

@@ -1,4 +1,5 @@
 #include <deviceserver.h>
+#include <gate.h>
 #include <link.h>
 #include <remotedevice.h>
 #include <texts.h>
@@ -71,6 +72,7 @@ public:
     void confirmActionImpl(int id) override
     {
         calls += QStringLiteral("confirm %1").arg(id);
+        onConfirm(this);
     }
     void abortActionImpl(int id) override
     {
@@ -79,6 +81,7 @@ public:
 
     static FarDevice *current;
     std::function<void(FarDevice *)> onExecute = [](FarDevice *device) { device->setBusy(true); };
+    std::function<void(FarDevice *)> onConfirm = [](FarDevice *) {};
     bool running = false;
     QStringList calls;
 };
@@ -111,7 +114,7 @@ class Pair
 {
 public:
     explicit Pair(Gate *gate = nullptr)
-        : server(std::make_unique<DeviceServer>(std::vector<DeviceServer::Address>{}, gate))
+        : server(std::make_unique<DeviceServer>(gate))
     {
         int ends[2];
         if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK, 0, ends) != 0)
@@ -170,6 +173,90 @@ public:
     QMap<QString, QVariant> results;
     QStringList left;
     int count = 0;
+};
+
+// Carries bytes between two sockets until it is cut.
+class Relay : public QObject
+{
+public:
+    Relay(int nearSocket, int farSocket)
+        : m_sockets{nearSocket, farSocket}
+    {
+        for (int from : {0, 1}) {
+            auto *notifier = new QSocketNotifier(m_sockets[from], QSocketNotifier::Read, this);
+            connect(notifier, &QSocketNotifier::activated, this, [this, from] { carry(from); });
+        }
+    }
+    ~Relay() override
+    {
+        cut();
+        for (int socket : m_sockets)
+            ::close(socket);
+    }
+
+    // From the near end is 0, from the far end 1.
+    void cutAfter(int from, qint64 bytes)
+    {
+        m_left[from] = bytes;
+    }
+    void cut()
+    {
+        for (auto *notifier : findChildren<QSocketNotifier *>())
+            notifier->setEnabled(false);
+        for (int socket : m_sockets)
+            ::shutdown(socket, SHUT_RDWR);
+    }
+
+    qint64 carried[2] = {0, 0};
+
+private:
+    void carry(int from)
+    {
+        char bytes[4096];
+        const auto count = ::recv(m_sockets[from], bytes, sizeof bytes, MSG_DONTWAIT);
+        const auto passed = std::min<qint64>(count, m_left[from]);
+        if (passed > 0)
+            ::send(m_sockets[1 - from], bytes, size_t(passed), MSG_NOSIGNAL);
+        carried[from] += std::max<qint64>(passed, 0);
+        m_left[from] -= passed;
+        if (count == 0 || passed < count)
+            cut();
+    }
+
+    int m_sockets[2];
+    qint64 m_left[2] = {std::numeric_limits<qint64>::max(), std::numeric_limits<qint64>::max()};
+};
+
+// A server that grants a grace, and a link that is made anew whenever it is lost.
+class Line
+{
+public:
+    explicit Line(Gate *gate, std::chrono::milliseconds grace = std::chrono::minutes(1))
+        : server(std::make_unique<DeviceServer>(gate, grace))
+    {
+        QObject::connect(&link, &Link::lost, &link, [this] {
+            if (connects)
+                QTimer::singleShot(0, &link, [this] { connect(); });
+        });
+        connect();
+    }
+
+    void connect()
+    {
+        int farEnds[2];
+        int nearEnds[2];
+        if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK, 0, farEnds) != 0
+            || ::socketpair(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK, 0, nearEnds) != 0)
+            qFatal("no sockets");
+        relay = std::make_unique<Relay>(nearEnds[1], farEnds[1]);
+        server->serveSocket(farEnds[0]);
+        link.connectTo(grpc::CreateInsecureChannelFromFd("test", nearEnds[0]));
+    }
+
+    bool connects = true;
+    std::unique_ptr<DeviceServer> server;
+    std::unique_ptr<Relay> relay;
+    Link link;
 };
 
 // Every signal of a device, in words.
@@ -250,9 +337,13 @@ private slots:
     void deletesTheFarDeviceWithTheNearOne();
     void keepsAResultUntilTheApplicationHasIt_data();
     void keepsAResultUntilTheApplicationHasIt();
+    void losesNothingWhereverTheConnectionIsCut();
+    void endsARunWhosePeerStaysAway();
 
 private:
     bool open();
+    void useLine(Line *line);
+    void runThrough(Line *line);
     static FarDevice *far()
     {
         return FarDevice::current;
@@ -317,7 +408,7 @@ void tst_Rpc::refusesAnotherVersion()
     QTRY_VERIFY_WITH_TIMEOUT(stream->hasEnded(), patience);
     QCOMPARE(stream->status().error_code(), grpc::StatusCode::FAILED_PRECONDITION);
     const QString why = fromWire(stream->status().error_message());
-    QVERIFY2(why.contains("version 3") && why.contains("v9.9") && why.contains("version 2"),
+    QVERIFY2(why.contains("version 4") && why.contains("v9.9") && why.contains("version 3"),
              qPrintable(why));
 }
 
@@ -623,6 +714,96 @@ void tst_Rpc::keepsAResultUntilTheApplicationHasIt()
     }
     m_device.reset();
     m_pair.reset();
+}
+
+void tst_Rpc::useLine(Line *line)
+{
+    m_device.reset();
+    QTRY_VERIFY_WITH_TIMEOUT(line->link.isReady(), patience);
+    m_device =
+        std::make_unique<RemoteDevice>(FarDriver::record(), FarDriver::record(), &line->link);
+    m_heard = std::make_unique<Heard>(m_device.get());
+}
+
+// A whole life, in which each side waits for the other.
+void tst_Rpc::runThrough(Line *line)
+{
+    useLine(line);
+    connect(m_device.get(), &Device::actionRequired, m_device.get(),
+            [this](int id) { m_device->confirmAction(id); });
+    m_device->open();
+    QVERIFY(QTest::qWaitFor([this] { return m_device->isOpen(); }, patience));
+    far()->onExecute = [](FarDevice *device) {
+        device->setBusy(true);
+        for (int i = 1; i <= 3; ++i)
+            emit device->transientValue(feature, i);
+        device->emitActionRequired("far-text");
+    };
+    far()->onConfirm = [](FarDevice *device) {
+        emit device->transientValue(feature, 4);
+        device->setBusy(false);
+        emit device->executed(feature, true, 5);
+    };
+    m_device->setConfiguration(feature, 6);
+    m_device->execute(feature);
+    QVERIFY(QTest::qWaitFor([this] { return m_heard->results == QVariantList{5}; }, patience));
+    m_device->update();
+    QVERIFY(QTest::qWaitFor([] { return far()->calls.constLast() == "update"; }, patience));
+}
+
+void tst_Rpc::losesNothingWhereverTheConnectionIsCut()
+{
+    OpenGate gate;
+    Line line(&gate);
+    runThrough(&line);
+    const QStringList undisturbed = m_heard->take();
+    QVERIFY(undisturbed.size() >= 12);
+    const qint64 lengths[] = {line.relay->carried[0], line.relay->carried[1]};
+    int cuts = 0;
+    for (int from : {0, 1}) {
+        for (qint64 bytes = 0; bytes < lengths[from]; bytes += 41) {
+            m_device.reset();
+            QTRY_VERIFY_WITH_TIMEOUT(!far() && line.link.isReady(), patience);
+            const Relay *former = line.relay.get();
+            line.relay->cutAfter(from, bytes);
+            runThrough(&line);
+            if (QTest::currentTestFailed())
+                qFatal("cut after %lld bytes from side %d", bytes, from);
+            QCOMPARE(m_heard->take(), undisturbed);
+            QCOMPARE(far()->calls.size(), 3);
+            // What leaves must be heard, or the far device stays for the time of the grace.
+            line.relay->cutAfter(from, std::numeric_limits<qint64>::max());
+            m_device->update();
+            QVERIFY(QTest::qWaitFor([] { return far()->calls.size() == 4; }, patience));
+            cuts += line.relay.get() != former;
+            QTRY_VERIFY_WITH_TIMEOUT(gate.results.isEmpty(), patience);
+        }
+    }
+    QVERIFY2(cuts >= 20, qPrintable(QString::number(cuts)));
+    QVERIFY(gate.left.isEmpty());
+    m_device.reset();
+}
+
+void tst_Rpc::endsARunWhosePeerStaysAway()
+{
+    OpenGate gate;
+    Line line(&gate, std::chrono::milliseconds(200));
+    useLine(&line);
+    QVERIFY(open());
+    m_device->execute(feature);
+    QTRY_VERIFY_WITH_TIMEOUT(far() && far()->isBusy(), patience);
+    line.connects = false;
+    far()->running = true;
+    line.relay->cut();
+    QTRY_VERIFY_WITH_TIMEOUT(far()->calls.contains("reset"), patience);
+    // It does not obey, and its result comes too late for its peer, but is there.
+    emit far()->executed(feature, true, 5);
+    QTRY_COMPARE_WITH_TIMEOUT(FarDevice::current, nullptr, patience);
+    QCOMPARE(gate.left, QStringList{"1-0"});
+    QTRY_COMPARE_WITH_TIMEOUT(m_heard->results.size(), 1, patience);
+    QCOMPARE(m_heard->take(),
+             (QStringList{"busy 1", "open 0", "busy 0", "error 32777", "executed 9 0"}));
+    m_device.reset();
 }
 
 QTEST_GUILESS_MAIN(tst_Rpc)

@@ -1,0 +1,429 @@
+#include "session.h"
+
+#include "wire.h"
+
+#include <qeldevices/devicebroker.h>
+#include <qeldevices/deviceerrors.h>
+
+#include <QtCore/QPointer>
+
+#include <algorithm>
+#include <utility>
+
+namespace qel::rpc {
+
+using namespace std::chrono_literals;
+using devices::Device;
+using devices::DeviceBroker;
+using devices::DeviceInfo;
+
+// For a run that nobody waits for any more to obey one step.
+constexpr std::chrono::milliseconds patience = 5s;
+
+Session::Session(std::shared_ptr<DriveServer> stream, QString peer, DeviceServer *server)
+    : QObject(server)
+    , m_server(server)
+    , m_gate(server->gate())
+    , m_peer(std::move(peer))
+    , m_stream(std::move(stream))
+{
+    connect(server, &DeviceServer::peersChecked, this, &Session::isLetIn);
+    m_grace.setSingleShot(true);
+    connect(&m_grace, &QTimer::timeout, this, &Session::abandon);
+    connect(&m_ladder, &QTimer::timeout, this, &Session::climb);
+    m_stream->attach(this, [this] { read(); });
+}
+
+Session::~Session()
+{
+    for (const QString &name : qAsConst(m_keptResults))
+        m_gate->noteKept(m_peer, name);
+    release();
+    if (!m_stream)
+        return;
+    m_stream->detach();
+    m_stream->finish(grpc::Status::OK);
+}
+
+void Session::read()
+{
+    const std::shared_ptr<DriveServer> stream = m_stream;
+    if (!stream)
+        return;
+    const QPointer<Session> self(this);
+    const bool isOver = stream->hasEnded();
+    ++m_reading;
+    const auto arrived = stream->take();
+    m_pending.insert(m_pending.end(), arrived.cbegin(), arrived.cend());
+    while (!m_pending.empty()) {
+        const wire::Command command = std::move(m_pending.front());
+        m_pending.pop_front();
+        if (!isLetIn())
+            break;
+        hear(command);
+        // A driver may run an event loop of its own, in which the peer goes on or goes away.
+        if (!self)
+            return;
+    }
+    --m_reading;
+    if ((isOver || m_hasLeft) && m_stream == stream)
+        loseStream();
+}
+
+void Session::hear(const wire::Command &command)
+{
+    if (!m_device) {
+        if (m_stream)
+            attach(command.attach(), command.heard());
+        return;
+    }
+    m_outbox.drop(command.heard());
+    // One that came again over a new stream.
+    if (command.number() <= m_heard)
+        return;
+    m_heard = command.number();
+    if (command.what_case() == wire::Command::kLeave) {
+        m_hasLeft = true;
+        return;
+    }
+    const QPointer<Session> self(this);
+    wire::Event done;
+    done.mutable_done()->set_number(command.number());
+    done.mutable_done()->set_result(call(command));
+    if (self)
+        send(std::move(done));
+}
+
+bool Session::isLetIn()
+{
+    const QString refusal = m_gate ? m_gate->refusal(m_peer) : QString();
+    if (!refusal.isEmpty())
+        refuse(grpc::StatusCode::PERMISSION_DENIED, refusal);
+    return refusal.isEmpty();
+}
+
+void Session::attach(const wire::Attach &attach, quint64 heard)
+{
+    const QString problem = mismatch(attach.hello());
+    if (!problem.isEmpty()) {
+        refuse(grpc::StatusCode::FAILED_PRECONDITION, problem);
+        return;
+    }
+    if (Session *const session = former(attach)) {
+        session->m_pending = std::exchange(m_pending, {});
+        session->resume(std::exchange(m_stream, nullptr), heard);
+        deleteLater();
+        return;
+    }
+    if (attach.again()) {
+        refuse(grpc::StatusCode::NOT_FOUND, QStringLiteral("the session is over"));
+        return;
+    }
+    const DeviceInfo info = fromWire(attach.record());
+    clearTheWay(info);
+    m_device.reset(DeviceBroker::createDevice(info));
+    if (!m_device) {
+        refuse(grpc::StatusCode::NOT_FOUND,
+               QStringLiteral("there is no instrument at '%1'").arg(info.location()));
+        return;
+    }
+    if (m_server->grace().count() > 0)
+        m_secret = fromWire(attach.session());
+    m_events.emplace(*m_device);
+    values::observe(m_device.get(), this, [this](const values::Event &said) { onSaid(said); });
+    send(m_events->state());
+}
+
+// The session that a peer attaches to again.
+Session *Session::former(const wire::Attach &attach) const
+{
+    const QString secret = fromWire(attach.session());
+    if (secret.isEmpty())
+        return nullptr;
+    const auto siblings = parent()->children();
+    for (QObject *sibling : siblings) {
+        auto *session = dynamic_cast<Session *>(sibling);
+        if (session && session->m_secret == secret && session->m_peer == m_peer
+            && !session->m_isAbandoned)
+            return session;
+    }
+    return nullptr;
+}
+
+// The peer may have noticed before this side that the former stream is of no use any more.
+void Session::resume(std::shared_ptr<DriveServer> stream, quint64 heard)
+{
+    loseStream();
+    m_grace.stop();
+    m_stream = std::move(stream);
+    m_stream->attach(this, [this] { read(); });
+    m_outbox.drop(heard);
+    wire::Event resumed;
+    resumed.mutable_resumed()->set_heard(m_heard);
+    m_stream->send(std::move(resumed));
+    m_outbox.forEach([this](const wire::Event &event) { m_stream->send(event); });
+    QMetaObject::invokeMethod(this, &Session::read, Qt::QueuedConnection);
+}
+
+// A peer that deletes a device and at once creates another on the same instrument finds it free,
+// and so does one that was started again after a crash.
+void Session::clearTheWay(const DeviceInfo &info)
+{
+    const auto siblings = parent()->children();
+    for (QObject *sibling : siblings) {
+        auto *session = dynamic_cast<Session *>(sibling);
+        const bool isSame = session && session != this && session->m_device
+            && session->m_peer == m_peer && session->m_device->location() == info.location()
+            && session->m_device->driver() == info.driver();
+        if (!isSame || session->m_reading != 0)
+            continue;
+        // It may be about to hear that the peer has left.
+        const QPointer<Session> former(session);
+        session->read();
+        if (former && former->m_runs.isEmpty() && (former->m_hasLeft || !former->m_stream))
+            delete former;
+    }
+}
+
+// The peer has gone, or only its connection, which it may make anew.
+void Session::loseStream()
+{
+    if (!m_stream)
+        return;
+    m_stream->detach();
+    m_stream->finish(grpc::Status::OK);
+    m_stream = nullptr;
+    if (m_secret.isEmpty() || m_hasLeft)
+        abandon();
+    else
+        m_grace.start(m_server->grace());
+}
+
+// Nobody waits for the device any more.
+void Session::abandon()
+{
+    if (m_isAbandoned)
+        return;
+    m_isAbandoned = true;
+    m_outbox.clear();
+    if (!m_gate || m_runs.isEmpty())
+        deleteLater();
+    else
+        climb();
+}
+
+// Until the device obeys. Each step may bring the end about.
+void Session::climb()
+{
+    const QPointer<Session> self(this);
+    m_ladder.start(patience);
+    const auto actions = std::exchange(m_openActions, {});
+    for (const int action : actions) {
+        m_device->abortAction(action);
+        if (!self)
+            return;
+    }
+    if (m_rung == 0 && actions.isEmpty())
+        ++m_rung;
+    switch (m_rung++) {
+    case 0:
+        return;
+    case 1:
+        m_device->reset();
+        return;
+    case 2:
+        m_device->close();
+        return;
+    default:
+        deleteLater();
+    }
+}
+
+void Session::refuse(grpc::StatusCode code, const QString &why)
+{
+    if (m_stream)
+        m_stream->finish({code, toWire(why)});
+    m_secret.clear();
+    release();
+    deleteLater();
+}
+
+void Session::release()
+{
+    if (m_gate)
+        m_gate->release(this);
+}
+
+// What open() returned, true for everything else.
+bool Session::call(const wire::Command &command)
+{
+    switch (command.what_case()) {
+    case wire::Command::kConfiguration:
+        configure(command.configuration());
+        return true;
+    case wire::Command::kOpen:
+        return open();
+    case wire::Command::kClose:
+        m_device->close();
+        return true;
+    case wire::Command::kUpdate:
+        m_device->update();
+        return true;
+    case wire::Command::kReset:
+        m_device->reset();
+        return true;
+    case wire::Command::kExecute:
+        execute(Feature(command.execute()));
+        return true;
+    case wire::Command::kConfirm:
+        m_openActions.remove(command.confirm());
+        m_device->confirmAction(command.confirm());
+        return true;
+    case wire::Command::kAbort:
+        m_openActions.remove(command.abort());
+        m_device->abortAction(command.abort());
+        return true;
+    case wire::Command::kReceived:
+        forget(command.received());
+        return true;
+    case wire::Command::kAttach:
+    case wire::Command::kLeave:
+    case wire::Command::WHAT_NOT_SET:
+        break;
+    }
+    refuse(grpc::StatusCode::INVALID_ARGUMENT,
+           QStringLiteral("a command that makes no sense here"));
+    return false;
+}
+
+bool Session::open()
+{
+    if (!m_gate)
+        return m_device->open();
+    const wire::Text text = m_gate->acquire(m_peer, this, m_device->deviceInfo());
+    if (text.id().empty()) {
+        const bool isAccepted = m_device->open();
+        if (!isAccepted)
+            release();
+        return isAccepted;
+    }
+    wire::Event event;
+    *event.add_texts() = text;
+    event.mutable_error()->set_code(devices::ERROR_DEVICE_CANT_OPEN);
+    event.mutable_error()->set_info(text.id());
+    send(std::move(event));
+    return false;
+}
+
+void Session::configure(const wire::FeatureValue &value)
+{
+    QString problem;
+    const auto configuration = fromWire(value.value(), &problem);
+    if (!configuration) {
+        refuse(grpc::StatusCode::INVALID_ARGUMENT, problem);
+        return;
+    }
+    m_isConfiguring = true;
+    m_device->setConfiguration(Feature(value.feature()), *configuration);
+    m_isConfiguring = false;
+}
+
+void Session::execute(Feature feature)
+{
+    const QString refusal = m_gate ? m_gate->executeRefusal(m_peer, feature) : QString();
+    if (refusal.isEmpty()) {
+        m_runs.append(begin(feature));
+        if (m_gate)
+            m_gate->noteStart(m_peer, *m_device, m_runs.constLast());
+        m_device->execute(feature);
+    } else {
+        refuse(grpc::StatusCode::PERMISSION_DENIED, refusal);
+    }
+}
+
+FarRun Session::begin(Feature feature) const
+{
+    FarRun run{feature,
+               m_device->descriptor(feature),
+               m_device->configuration(feature),
+               QDateTime::currentDateTimeUtc(),
+               {}};
+    run.clock.start();
+    return run;
+}
+
+void Session::onSaid(const values::Event &said)
+{
+    using Said = values::Event;
+    wire::Event event = m_events->event(said);
+    if (said.kind == Said::Executed)
+        event.mutable_executed()->set_number(keep(said));
+    // The peer has said so itself.
+    const bool isEcho = said.kind == Said::ConfigurationChanged && m_isConfiguring;
+    if (event.what_case() != wire::Event::WHAT_NOT_SET && !isEcho)
+        send(std::move(event), DeviceEvents::kindOf(said));
+    if (said.kind == Said::ActionRequired) {
+        m_openActions.insert(said.actionId);
+        // There is nobody left to ask.
+        if (m_isAbandoned)
+            QMetaObject::invokeMethod(
+                this, [this, id = said.actionId] { m_device->abortAction(id); },
+                Qt::QueuedConnection);
+    }
+    // Nothing comes of an open() that ends in an error.
+    const bool isOver = (said.kind == Said::OpenChanged && !said.flag)
+        || (said.kind == Said::ErrorChanged && said.errorCode != 0 && !said.isOpen);
+    if (isOver)
+        release();
+    if (m_isAbandoned && m_runs.isEmpty())
+        deleteLater();
+}
+
+// The number by which the peer is to tell that it has the result.
+quint64 Session::keep(const values::Event &said)
+{
+    const auto found = std::find_if(m_runs.begin(), m_runs.end(), [&](const FarRun &candidate) {
+        return candidate.feature == said.feature;
+    });
+    // Instruments with a button run by themselves, too.
+    const FarRun run = found != m_runs.end() ? *found : begin(said.feature);
+    if (found != m_runs.end())
+        m_runs.erase(found);
+    if (!m_gate)
+        return 0;
+    m_gate->noteRun(m_peer, *m_device, run, said.flag);
+    const QString name =
+        said.flag ? m_gate->keepResult(m_peer, *m_device, run, said.value) : QString();
+    if (name.isEmpty())
+        return 0;
+    m_keptResults.insert(++m_lastResult, name);
+    return m_lastResult;
+}
+
+void Session::forget(quint64 result)
+{
+    const QString name = m_keptResults.take(result);
+    if (!name.isEmpty())
+        m_gate->dropResult(name);
+}
+
+void Session::send(wire::Event event, int kind)
+{
+    if (m_isAbandoned)
+        return;
+    m_texts.complete(&event);
+    event.set_number(++m_lastEvent);
+    bool fits = m_secret.isEmpty() || m_outbox.add(event, kind);
+    if (m_stream)
+        fits = m_stream->send(std::move(event), kind) && fits;
+    if (fits)
+        return;
+    if (m_stream)
+        refuse(grpc::StatusCode::RESOURCE_EXHAUSTED,
+               QStringLiteral("the peer reads too slowly to be served"));
+    // Of what the peer has missed, the results are kept all the same.
+    m_secret.clear();
+    m_outbox.clear();
+}
+
+} // namespace qel::rpc

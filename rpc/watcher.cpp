@@ -1,0 +1,142 @@
+#include "watcher.h"
+
+#include "gate.h"
+#include "wire.h"
+
+#include <qeldevices/devicebroker.h>
+
+#include <QtCore/QJsonDocument>
+#include <QtCore/QJsonObject>
+
+#include <utility>
+
+namespace qel::rpc {
+
+using devices::DeviceBroker;
+using devices::DeviceInfo;
+
+Watcher::Watcher(std::shared_ptr<WatchServer> stream, QString peer, DeviceServer *server)
+    : QObject(server)
+    , m_server(server)
+    , m_peer(std::move(peer))
+    , m_stream(std::move(stream))
+{
+    connect(server, &DeviceServer::instrumentsTold, this, [this] {
+        if (m_isKnown)
+            answer();
+    });
+    connect(server, &DeviceServer::peersChecked, this, &Watcher::isLetIn);
+    m_stream->attach(this, [this] { read(); });
+}
+
+Watcher::~Watcher()
+{
+    m_stream->detach();
+    m_stream->finish(grpc::Status::OK);
+}
+
+void Watcher::read()
+{
+    const auto questions = m_stream->take();
+    bool isAsked = false;
+    for (const wire::Ask &ask : questions) {
+        if (!accept(ask))
+            continue;
+        if (ask.what_case() == wire::Ask::WHAT_NOT_SET)
+            isAsked = true;
+        else
+            answerResults(ask);
+    }
+    if (isAsked)
+        answer();
+    if (m_stream->hasEnded()) {
+        emit m_server->watcherLeft();
+        deleteLater();
+    }
+}
+
+bool Watcher::isLetIn()
+{
+    const QString refusal = m_server->gate() ? m_server->gate()->refusal(m_peer) : QString();
+    if (!refusal.isEmpty())
+        m_stream->finish({grpc::StatusCode::PERMISSION_DENIED, toWire(refusal)});
+    return refusal.isEmpty();
+}
+
+bool Watcher::accept(const wire::Ask &ask)
+{
+    if (!isLetIn())
+        return false;
+    if (m_isKnown)
+        return true;
+    const QString problem = mismatch(ask.hello());
+    m_isKnown = problem.isEmpty();
+    if (!m_isKnown)
+        m_stream->finish({grpc::StatusCode::FAILED_PRECONDITION, toWire(problem)});
+    return m_isKnown;
+}
+
+void Watcher::answer()
+{
+    // A driver may take long to find its instruments.
+    if (!std::exchange(m_isIntroduced, true))
+        introduce();
+    wire::Told told;
+    const auto instruments = DeviceBroker::availableDevices();
+    for (const DeviceInfo &info : instruments)
+        *told.add_records() = toWire(info);
+    m_stream->send(std::move(told), 1);
+}
+
+void Watcher::answerResults(const wire::Ask &ask)
+{
+    wire::Told told;
+    wire::KeptResults *results = told.mutable_results();
+    if (m_server->gate() && ask.has_result()) {
+        *results->add_results() = keptResult(fromWire(ask.result()), true);
+    } else if (m_server->gate()) {
+        const auto names = m_server->gate()->keptResults(m_peer);
+        for (const QString &name : names)
+            *results->add_results() = keptResult(name, false);
+    }
+    m_stream->send(std::move(told));
+}
+
+wire::KeptResult Watcher::keptResult(const QString &name, bool isWhole) const
+{
+    wire::KeptResult kept;
+    kept.set_name(toWire(name));
+    QByteArray document = m_server->gate()->keptResult(m_peer, name);
+    if (!isWhole) {
+        QJsonObject object = QJsonDocument::fromJson(document).object();
+        object.remove(QStringLiteral("result"));
+        document = QJsonDocument(object).toJson(QJsonDocument::Compact);
+    }
+    if (document.size() < maximumMessageSize - 1024)
+        kept.set_document(document.toStdString());
+    else
+        kept.set_problem("it is too large to travel; the keeper of the server has the file");
+    return kept;
+}
+
+void Watcher::introduce()
+{
+    wire::Told told;
+    *told.mutable_hello() = hello();
+    told.set_grace(quint32(m_server->grace().count()));
+    const QStringList drivers = DeviceBroker::availableDrivers();
+    for (const QString &driver : drivers)
+        told.add_drivers(toWire(driver));
+    const auto plugins = DeviceBroker::loadedPlugins();
+    for (const auto &info : plugins) {
+        wire::Plugin *plugin = told.add_plugins();
+        plugin->set_file(toWire(info.fileName));
+        plugin->set_manufacturer(toWire(info.manufacturer));
+        plugin->set_url(toWire(info.url.toString()));
+        plugin->set_resource_id(toWire(info.resourceId));
+        plugin->set_version(toWire(info.version));
+    }
+    m_stream->send(std::move(told));
+}
+
+} // namespace qel::rpc
