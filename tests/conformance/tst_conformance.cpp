@@ -141,16 +141,22 @@ void tst_Conformance::initTestCase()
     }
     pool.waitForDone();
 
-    // On a loaded machine a process stalls for longer than the short limits last, so what looks
-    // unexpected is judged once more, alone and with more patience.
-    for (auto it = m_reports.begin(); it != m_reports.end(); ++it) {
-        if (!it.key().at(0).isDigit() || brokenRules(it.value()) == rulesOf(it.key()))
-            continue;
-        qInfo("%s is judged again", qPrintable(it.key()));
-        Request request = requestFor(it.key());
+    // On a loaded machine a process stalls for longer than the short limits last, so a few that
+    // look unexpected are judged once more, alone and with more patience.
+    constexpr int few = 8;
+    QStringList unexpected;
+    for (auto it = m_reports.cbegin(); it != m_reports.cend(); ++it) {
+        if (it.key().at(0).isDigit() && brokenRules(it.value()) != rulesOf(it.key()))
+            unexpected += it.key();
+    }
+    if (unexpected.size() > few)
+        return;
+    for (const QString &name : qAsConst(unexpected)) {
+        qInfo("%s is judged again", qPrintable(name));
+        Request request = requestFor(name);
         request.limits.open = request.limits.run = 3000;
         request.limits.quiet = request.limits.late = Limits().quiet;
-        it.value() = Checker(request).run();
+        m_reports.insert(name, Checker(request).run());
     }
 }
 
