@@ -17,6 +17,7 @@ from ._running import OnAction, Progress, check, finish, finish_async, title, wr
 from ._runtime import native
 from ._series import Series
 from ._stream import Stream
+from ._texts import say
 
 R = TypeVar("R", bound=Result)
 
@@ -59,7 +60,8 @@ def _found(instrument: Union[str, Instrument]) -> tuple[_native.Handle, dict[str
     if isinstance(found, str):
         raise CannotOpen(whole(found))
     if found is None:
-        raise CannotOpen(f"The driver does not know the instrument '{text}' any more.")
+        raise CannotOpen(say("The driver does not know the instrument '{text}' any more.",
+                             text=text))
     handle, device = found
     return handle, device
 
@@ -152,7 +154,7 @@ class Feature(Generic[R]):
         for description in self._reader._descriptions():
             if description["number"] == self._number:
                 return description
-        raise NotOffered("The device does not have the feature.", instrument=self._reader.title)
+        raise NotOffered(say("The device does not have the feature."), instrument=self._reader.title)
 
     def _describe(self) -> str:
         description = self._description()
@@ -334,14 +336,14 @@ class Reader:
         if len(measuring) == 1:
             return int(measuring[0]["number"])
         names = ", ".join(one["argument"] for one in measuring)
-        raise NotOffered(f"Which feature? There are {names}." if measuring
-                         else "The device does not measure.", instrument=self.title)
+        raise NotOffered(say("Which feature? There are {names}.", names=names) if measuring
+                         else say("The device does not measure."), instrument=self.title)
 
     def _descriptions(self) -> list[dict[str, Any]]:
         native()
         descriptions = self._handle.features()
         if descriptions is None:
-            raise DeviceGone("The reader has been closed.", instrument=self.title)
+            raise DeviceGone(say("The reader has been closed."), instrument=self.title)
         return descriptions
 
 

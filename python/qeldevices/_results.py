@@ -17,6 +17,7 @@ from ._errors import Error, whole
 from ._instruments import Instrument
 from ._running import title
 from ._runtime import native
+from ._texts import say
 
 if TYPE_CHECKING:
     import pandas  # type: ignore[import]
@@ -86,7 +87,7 @@ class Read:
     def saturated(self) -> np.ndarray[Any, Any]:
         """rows x columns: whether the well holds the value or more."""
         if self.maximum is None:
-            raise Error("The detector's maximum is not known.")
+            raise Error(say("The detector's maximum is not known."))
         return self.values >= self.maximum
 
 
@@ -244,7 +245,7 @@ def read_series(file: Path) -> list[Result]:
             try:
                 json.loads(line)
             except ValueError:
-                warnings.warn(f"{place}: not written to its end")
+                warnings.warn(say("{place}: not written to its end", place=place))
             else:
                 results.append(_read(line, place))
     return results

@@ -14,6 +14,7 @@ from . import _native
 from ._errors import (Aborted, CannotOpen, DeviceError, DeviceGone, Error, InvalidConfiguration,
                       NotOffered, TimedOut, whole)
 from ._stream import EndOfStream, take
+from ._texts import say
 
 #: Is told the progress of a run, from 0 to 1; True shows a bar, if there is tqdm.
 Progress = Union[bool, Callable[[float], Any]]
@@ -26,7 +27,7 @@ def written(settings: dict[str, Any]) -> str:
     try:
         return json.dumps(settings, default=_plain, allow_nan=False)
     except (TypeError, ValueError) as problem:
-        raise InvalidConfiguration(whole(f"settings cannot be written: {problem}")) from None
+        raise InvalidConfiguration(whole(say("settings cannot be written: {problem}", problem=problem))) from None
 
 
 def _plain(value: Any) -> Any:
@@ -48,7 +49,7 @@ def ask_user(text: str) -> bool:
     if not (sys.stdin and sys.stdin.isatty()) and "ipykernel" not in sys.modules:
         return False
     try:
-        answer = input(f"{text} Done? [Y/n] ")
+        answer = input(say("{text} Done? [Y/n] ", text=text))
     except (EOFError, NotImplementedError, RuntimeError):
         return False
     return answer.strip().lower() in ("", "y", "yes", "j", "ja")
@@ -124,7 +125,7 @@ def finish(run: _native.Run, progress: Progress, on_action: Optional[OnAction]) 
             if ending is not None:
                 return ending
     except StopIteration:
-        raise DeviceGone("The reader has been closed.") from None
+        raise DeviceGone(say("The reader has been closed.")) from None
     except BaseException:
         run.cancel()
         raise
@@ -142,7 +143,7 @@ async def finish_async(run: _native.Run, progress: Progress,
             if ending is not None:
                 return ending
     except EndOfStream:
-        raise DeviceGone("The reader has been closed.") from None
+        raise DeviceGone(say("The reader has been closed.")) from None
     except BaseException:
         run.cancel()
         raise

@@ -9,6 +9,7 @@ from typing import Any, Iterable
 
 from . import _native
 from ._errors import Error
+from ._texts import say, use_language
 
 _lock = threading.Lock()
 _started_in = 0  # the process that has started the library
@@ -31,15 +32,18 @@ def start(*, plugin_folders: Iterable[str | os.PathLike[str]] = (), language: st
     global _started_in
     with _lock:
         if _started_in:
-            raise Error("The library has been started already; call start() before anything else.")
+            raise Error(say("The library has been started already; call start() before "
+                            "anything else."))
+        chosen = (language or _user_language())[:2].lower()
+        use_language(chosen)
         folders = [os.fspath(folder) for folder in plugin_folders]
         for folder in folders:
             if not os.path.isdir(folder):
-                raise Error(f"There is no plugin folder '{folder}'.")
+                raise Error(say("There is no plugin folder '{folder}'.", folder=folder))
         try:
-            _native.start(folders, (language or _user_language())[:2].lower())
+            _native.start(folders, chosen)
         except RuntimeError as problem:
-            raise Error(str(problem)) from None
+            raise Error(say(str(problem))) from None
         _started_in = os.getpid()
         atexit.register(_stop)
 
@@ -48,15 +52,16 @@ def native() -> Any:
     """The library, started."""
     if _started_in != os.getpid():
         if _started_in:
-            raise Error("This process was forked from one that uses qeldevices, whose instruments "
-                        "stay there. Start processes with multiprocessing's 'spawn' method.")
+            raise Error(say("This process was forked from one that uses qeldevices, whose "
+                            "instruments stay there. Start processes with multiprocessing's "
+                            "'spawn' method."))
         try:
             start()
         except Error:
             if not _started_in:  # otherwise another thread was quicker
                 raise
     if _ended:
-        raise Error("The interpreter is exiting.")
+        raise Error(say("The interpreter is exiting."))
     return _native
 
 

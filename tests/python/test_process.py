@@ -80,15 +80,21 @@ def test_language_and_plugin_folders(tmp_path):
         except qel.Error as error:
             print(error)
         qel.start(plugin_folders=[{str(tmp_path)!r}], language="de")
+        reader = qel.open("SIM-A-0001")
         try:
-            qel.open("SIM-A-0001").run("luminescence")
+            reader.run("luminescence")
         except qel.NotOffered as error:
+            print(error.sentence)
+        reader.close()
+        try:
+            reader.features
+        except qel.DeviceGone as error:
             print(error.sentence)
     """
     done = subprocess.run([sys.executable, "-c", textwrap.dedent(code)], capture_output=True,
                           text=True, timeout=60)
     assert "no plugin folder '/no/such'" in done.stdout
-    assert "bietet" in done.stdout, done
+    assert "bietet" in done.stdout and "Das Gerät wurde geschlossen." in done.stdout, done
 
 
 def test_application_of_qt_that_is_there_already():
