@@ -80,6 +80,12 @@ def test_actions_are_answered(lab):
             reader.calibration()  # nobody is there
 
 
+def test_progress_bar(reader, capsys):
+    reader.absorbance(progress=True)
+    bar = capsys.readouterr().err
+    assert "  0% |" in bar and "100% |" in bar and bar.endswith("\n")
+
+
 def test_progress(reader):
     told = []
     reader.absorbance(progress=told.append)

@@ -97,24 +97,48 @@ def test_language_and_plugin_folders(tmp_path):
     assert "bietet" in done.stdout and "Das Gerät wurde geschlossen." in done.stdout, done
 
 
-def test_application_of_qt_that_is_there_already():
-    # As PyQt5 makes one, and without PyQt5.
+def test_application_of_pyqt():
+    # Its own thread may call at any time, others while its event loop runs.
     code = """
-        import ctypes, threading
-        qt = ctypes.CDLL("libQt5Core.so.5")
-        argc, argv = ctypes.c_int(1), (ctypes.c_char_p * 2)(b"python", None)
-        application = ctypes.create_string_buffer(64)
-        qt._ZN16QCoreApplicationC1ERiPPci(application, ctypes.byref(argc), argv, 0x050f00)
+        import threading
+        from PyQt5.QtCore import QCoreApplication, QTimer
+        application = QCoreApplication(["python"])
         import qeldevices as qel
         lab = qel.simulate({"timeScale": 0, "instruments": [
             {"model": "absorbance-96", "serial": "A-1"}]})
         reader = qel.open("A-1")
         print(reader.absorbance().rows)
-        other = threading.Thread(target=lambda: print(reader.absorbance().columns))
-        other.start()
-        while other.is_alive():
-            qt._ZN16QCoreApplication13processEventsE6QFlagsIN10QEventLoop17ProcessEventsFlagEE(0)
+        ticks = []
+        timer = QTimer()
+        timer.timeout.connect(lambda: ticks.append(1))
+        timer.start(1)
+        def measure():
+            print(reader.absorbance().columns)
+            application.quit()
+        QTimer.singleShot(50, lambda: threading.Thread(target=measure).start())
+        application.exec_()
+        print(bool(ticks))
     """
     done = subprocess.run([sys.executable, "-c", textwrap.dedent(code)], capture_output=True,
                           text=True, timeout=60)
-    assert (done.stdout, done.stderr, done.returncode) == ("8\n12\n", "", 0)
+    assert (done.stdout, done.stderr, done.returncode) == ("8\n12\nTrue\n", "", 0)
+
+
+def test_application_of_pyqt_whose_event_loop_does_not_run():
+    code = """
+        import threading
+        from PyQt5.QtCore import QCoreApplication
+        application = QCoreApplication(["python"])
+        import qeldevices as qel
+        def start():
+            try:
+                qel.start(language="de")
+            except qel.Error as error:
+                print(error)
+        other = threading.Thread(target=start)
+        other.start()
+        other.join()
+    """
+    done = subprocess.run([sys.executable, "-c", textwrap.dedent(code)], capture_output=True,
+                          text=True, timeout=60)
+    assert "Ereignisschleife" in done.stdout and done.returncode == 0, done
