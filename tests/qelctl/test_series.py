@@ -315,17 +315,22 @@ class Rogues(ToolTest):
         self.assertEqual(self.files(), ["runs.csv"])
 
     def test_a_call_without_return_keeps_the_limit(self):
-        for where, what in itertools.product(("load", "enumerate", "open", "destroy"),
-                                             ("hang", "shut")):
+        processes = {}
+        for case in itertools.product(("load", "enumerate", "open", "destroy"), ("hang", "shut")):
+            self.environment["ROGUE"] = " ".join(case)
+            processes[case] = self.start(*self.arguments, "--timeout", 1)
+        for (where, what), process in processes.items():
             with self.subTest(where, what=what):
-                _, errors = self.rogue(f"{where} {what}", "--timeout", "1", code=6)
+                _, errors = process.communicate(timeout=PATIENCE)
+                self.assertEqual(process.returncode, 6)
                 # In a driver that keeps all signals to itself, only the call is known.
-                self.assertIn("rogue" if what == "hang" or where == "open" else "driver", errors)
+                self.assertIn(b"rogue" if what == "hang" or where == "open" else b"driver", errors)
 
     def test_sigterm_holds_in_a_call(self):
-        for what in ("hang", "shut"):
-            process = self.in_open(f"open {what}")
+        processes = [self.in_open(f"open {what}") for what in ("hang", "shut")]
+        for process in processes:
             process.terminate()
+        for process in processes:
             _, errors = process.communicate(timeout=PATIENCE)
             self.assertEqual(process.returncode, 130)
             self.assertIn(b"open()", errors)
