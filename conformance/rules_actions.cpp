@@ -1,3 +1,4 @@
+#include "catalogues.h"
 #include "tour.h"
 
 #include <algorithm>
@@ -45,7 +46,7 @@ static void checkText(Subject &subject)
     const int start = instrument.seen().count();
     instrument.abort(id);
     instrument.awaitEndings(start, 1, false);
-    const QString fault = subject.translationFault(textOf(instrument, id));
+    const QString fault = translationFault(textOf(instrument, id));
     if (!fault.isEmpty())
         throw Broken{fault};
 }

@@ -1,3 +1,4 @@
+#include "catalogues.h"
 #include "tour.h"
 
 #include <qeldevices/deviceerrors.h>
@@ -51,7 +52,7 @@ static void checkDetails(Subject &subject)
         if (id.isEmpty() || ids.contains(id))
             continue;
         ids += id;
-        const QString fault = subject.translationFault(id);
+        const QString fault = translationFault(id);
         if (!fault.isEmpty())
             offences.add(fault, QVector<Event>{event});
     }

@@ -10,6 +10,14 @@ using devices::Device;
 
 static const char group[] = "Life cycle";
 
+// Where no run lasts, being open must do.
+static void startRunIfPossible(Instrument &instrument)
+{
+    try {
+        instrument.startLongRun();
+    } catch (const NotApplicable &) { }
+}
+
 // What must hold of the ending of a run that was cut short after event `start`.
 static void expectCutShort(const Instrument &instrument, int start, Device::DeviceFeature feature)
 {
@@ -76,14 +84,18 @@ static void checkResetInRun(Subject &subject)
     }
 }
 
+// Otherwise there is none to clear.
+static void provokeErrorIfPossible(Instrument &instrument)
+{
+    try {
+        instrument.provokeError();
+    } catch (const NotApplicable &) { }
+}
+
 static void checkResetIdle(Subject &subject)
 {
     Instrument &instrument = subject.opened();
-    try {
-        instrument.provokeError();
-    } catch (const NotApplicable &) {
-        // Then there is none to clear.
-    }
+    provokeErrorIfPossible(instrument);
     const int start = instrument.seen().count();
     instrument.callReset();
     subject.waitFor(subject.limits().open, [&] { return instrument->errorCode() == 0; });
@@ -99,11 +111,7 @@ static void checkResetClosed(Subject &subject)
 {
     Instrument instrument(subject);
     instrument.open();
-    try {
-        instrument.provokeError();
-    } catch (const NotApplicable &) {
-        // Then there is none to clear.
-    }
+    provokeErrorIfPossible(instrument);
     instrument.close();
     const int start = instrument.seen().count();
     instrument.callReset();
@@ -208,41 +216,24 @@ static void checkDeletionWithin(Subject &subject)
             subject.settle();
         }
         if (instrument.device() && instrument->isOpen() && kind != Event::OpenChanged) {
-            try {
-                instrument.startLongRun();
-                subject.settle();
-            } catch (const NotApplicable &) {
-                // Then no signal comes from a run that lasts.
-            }
+            startRunIfPossible(instrument);
+            subject.settle();
         }
         subject.settle();
     }
 }
 
-static void dieAtWork(Subject &subject)
-{
-    Instrument instrument(subject);
-    instrument.open();
-    try {
-        instrument.startLongRun();
-    } catch (const NotApplicable &) {
-        // Being open must do.
-    }
-    instrument.destroy();
-    subject.settle();
-}
-
-static void liveOnce(Subject &subject)
+// One life of a device, closed at its end or deleted in the middle of a run.
+static void live(Subject &subject, bool isClosed)
 {
     {
         Instrument instrument(subject);
         instrument.open();
-        try {
-            instrument.startLongRun();
-        } catch (const NotApplicable &) {
-            // Opening and closing must do.
-        }
-        instrument.close();
+        startRunIfPossible(instrument);
+        if (isClosed)
+            instrument.close();
+        else
+            instrument.destroy();
     }
     subject.settle();
 }
@@ -252,15 +243,15 @@ static void checkLeftovers(Subject &subject)
     // Threads of the pool that come and go belong to nobody.
     QThreadPool::globalInstance()->setExpiryTimeout(1);
     // What the first life builds for all later ones is no leftover.
-    liveOnce(subject);
-    dieAtWork(subject);
+    live(subject, true);
+    live(subject, false);
     const int threads = threadCount();
     const int files = openFileCount();
     if (threads == 0)
         throw NotApplicable{QStringLiteral("this system does not tell threads and open files")};
     for (int i = 0; i < 2; ++i) {
-        liveOnce(subject);
-        dieAtWork(subject);
+        live(subject, true);
+        live(subject, false);
     }
     const int moreThreads = threadCount() - threads;
     const int moreFiles = openFileCount() - files;
@@ -286,17 +277,11 @@ static void checkUpdateInRun(Subject &subject)
     const auto feature = instrument.startLongRun();
     const int before = instrument.seen().count();
     instrument.callUpdate();
-    const auto events = instrument.seen().events(before);
-    for (const Event &event : events) {
-        if (event.kind == Event::Executed)
-            throw Broken{QStringLiteral("update() ended a run of %1").arg(featureName(feature))};
-    }
+    if (instrument.seen().count(Event::Executed, before) > 0)
+        throw Broken{QStringLiteral("update() ended a run of %1").arg(featureName(feature))};
     instrument.awaitRun(feature, instrument.runStart(), true);
     subject.settle();
-    int endings = 0;
-    const auto all = instrument.seen().events(instrument.runStart());
-    for (const Event &event : all)
-        endings += event.kind == Event::Executed ? 1 : 0;
+    const int endings = instrument.seen().count(Event::Executed, instrument.runStart());
     if (endings != 1)
         throw Broken{QStringLiteral("with update(), a run of %1 has %2 endings")
                          .arg(featureName(feature))
@@ -321,11 +306,7 @@ static void checkLongSilence(Subject &subject)
     idle.close();
     Instrument busy(subject);
     busy.open();
-    try {
-        busy.startLongRun();
-    } catch (const NotApplicable &) {
-        // Then it is closed when idle once more.
-    }
+    startRunIfPossible(busy);
     busy.close();
     const int idleStart = idle.seen().count();
     const int busyStart = busy.seen().count();
@@ -341,7 +322,7 @@ static void checkLongSilence(Subject &subject)
 static void checkExit(Subject &subject)
 {
     try {
-        liveOnce(subject);
+        live(subject, true);
     } catch (const Unmet &) {
         // The drivers are destroyed all the same.
     }
@@ -378,8 +359,8 @@ QVector<Rule> lifeRules()
         {906, group, Severity::Failure, false, Needs::Instrument,
          "A device can be deleted at every stage, and emits nothing when it is.",
          "The user may end the program at any time; receivers of the signals may be half gone.",
-         "Give timers, sockets and lambdas the device as parent or context; do not call close() "
-         "in the destructor.",
+         "Give timers, sockets and lambdas the device as parent or context, declare a connection "
+         "before the members that listen to it, and do not call close() in the destructor.",
          checkDeletion},
         {907, group, Severity::Failure, false, Needs::Instrument,
          "A receiver may ask for the deletion of the device from within any of its signals.",

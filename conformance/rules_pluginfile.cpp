@@ -1,3 +1,4 @@
+#include "catalogues.h"
 #include "subject.h"
 
 #include <QtCore/QDataStream>
@@ -65,7 +66,7 @@ static void checkRegistersAgain(Subject &subject)
 static void checkCatalogues(Subject &subject)
 {
     subject.plugin();
-    const QStringList folders = subject.catalogueFolders();
+    const QStringList folders = catalogueFolders();
     for (const QString &folder : folders) {
         const bool hasEnglish = QFile::exists(folder + QStringLiteral("/plugin_en.qm"));
         const bool hasGerman = QFile::exists(folder + QStringLiteral("/plugin_de.qm"));
@@ -117,7 +118,7 @@ static void checkSameIds(Subject &subject)
 {
     subject.plugin();
     QStringList faults;
-    const QStringList folders = subject.catalogueFolders();
+    const QStringList folders = catalogueFolders();
     for (const QString &folder : folders) {
         const auto files = QDir(folder).entryList({QStringLiteral("plugin_*.qm")}, QDir::Files);
         QSet<quint32> all;

@@ -1,5 +1,6 @@
 #include "subject.h"
 
+#include "catalogues.h"
 #include "instrument.h"
 #include "tour.h"
 #include "unplugging.h"
@@ -7,15 +8,10 @@
 
 #include <QtCore/QAbstractEventDispatcher>
 #include <QtCore/QCoreApplication>
-#include <QtCore/QDir>
-#include <QtCore/QDirIterator>
 #include <QtCore/QEventLoop>
-#include <QtCore/QFile>
 #include <QtCore/QJsonArray>
-#include <QtCore/QLocale>
 #include <QtCore/QThread>
 #include <QtCore/QTimer>
-#include <QtCore/QTranslator>
 
 #include <algorithm>
 
@@ -314,20 +310,7 @@ bool Subject::permits(const QString &action)
     case Answers::Ask:
         break;
     }
-    QString sentence = action;
-    const QString language = QLocale().name().left(2);
-    const QStringList folders = catalogueFolders();
-    for (const QString &folder : folders) {
-        for (const QString &name : {language, QStringLiteral("en")}) {
-            QTranslator translator;
-            if (sentence == action
-                && translator.load(QStringLiteral("%1/plugin_%2.qm").arg(folder, name))) {
-                const QString text = translator.translate(nullptr, action.toUtf8().constData());
-                sentence = text.isEmpty() ? sentence : text;
-            }
-        }
-    }
-    return m_parent.ask(sentence, {});
+    return m_parent.ask(pluginText(action), {});
 }
 
 void Subject::ask(const char *sentence, const std::function<void()> &meanwhile)
@@ -379,54 +362,6 @@ QVector<Event> Subject::foreignEvents() const
                      [](const Event &event) { return !event.isOwnThread; });
     }
     return foreign;
-}
-
-QStringList Subject::catalogueFolders() const
-{
-    QStringList folders;
-    QDirIterator it(QStringLiteral(":/qel/devices"), QDir::Dirs | QDir::NoDotAndDotDot,
-                    QDirIterator::Subdirectories);
-    while (it.hasNext())
-        folders += it.next();
-    folders.sort();
-    return folders;
-}
-
-static bool translates(const QStringList &catalogues, const QString &id)
-{
-    return std::any_of(catalogues.cbegin(), catalogues.cend(), [&](const QString &catalogue) {
-        QTranslator translator;
-        return translator.load(catalogue)
-            && !translator.translate(nullptr, id.toUtf8().constData()).isEmpty();
-    });
-}
-
-// A driver whose catalogues are elsewhere installs a translator that follows the default locale.
-static bool translatesInstalled(QLatin1String language, const QString &id)
-{
-    const QLocale before;
-    QLocale::setDefault(QLocale(language));
-    const QString sentence = qtTrId(id.toUtf8().constData());
-    QLocale::setDefault(before);
-    return sentence != id;
-}
-
-QString Subject::translationFault(const QString &id) const
-{
-    const QStringList folders = catalogueFolders();
-    for (const char *name : {"en", "de"}) {
-        const QLatin1String language(name);
-        QStringList catalogues;
-        for (const QString &folder : folders)
-            catalogues += QStringLiteral("%1/plugin_%2.qm").arg(folder, language);
-        const bool isThere = std::any_of(catalogues.cbegin(), catalogues.cend(),
-                                         [](const QString &file) { return QFile::exists(file); });
-        // The library's own ids serve as well.
-        catalogues += QStringLiteral(":/qel/devices/qeldevices_%1.qm").arg(language);
-        if (isThere && !translates(catalogues, id) && !translatesInstalled(language, id))
-            return QStringLiteral("'%1' is in no catalogue for '%2'").arg(id, language);
-    }
-    return {};
 }
 
 void Subject::closeAll()

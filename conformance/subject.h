@@ -151,12 +151,6 @@ public:
     /// The events so far that came from another thread than the device's.
     QVector<Event> foreignEvents() const;
 
-    /// The languages whose catalogue of the plugin lacks `id`, in words; empty when none does.
-    /// Languages without a catalogue are left out.
-    QString translationFault(const QString &id) const;
-    /// The folders of the plugin's catalogues.
-    QStringList catalogueFolders() const;
-
     /// Closes all instruments that are in use, so that none stays at work when the process ends,
     /// and gives them a moment for it.
     void closeAll();

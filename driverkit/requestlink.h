@@ -59,6 +59,9 @@ public:
 
     /// Uses `connection`, which is open or about to be, belongs to the caller, and is used by
     /// nobody else. Forgets all requests. Null lets go of the one before.
+    ///
+    /// A connection that is deleted is a lost one. Where both are members of a device, declare the
+    /// connection first, so that it is deleted last: nobody is to hear of that.
     void setConnection(QIODevice *connection);
     /// How messages are told apart; lines that end with '\n' unless set otherwise.
     void setFraming(Framing framing);

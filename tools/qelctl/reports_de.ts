@@ -1031,9 +1031,9 @@
         <source></source>
         <translation>Melden Sie über die Setter, was update() feststellt.</translation>
     </message>
-    <message id="Give timers, sockets and lambdas the device as parent or context; do not call close() in the destructor.">
+    <message id="Give timers, sockets and lambdas the device as parent or context, declare a connection before the members that listen to it, and do not call close() in the destructor.">
         <source></source>
-        <translation>Geben Sie Zeitgebern, Sockets und Lambdas das Geräteobjekt als Elternobjekt oder Kontext; rufen Sie close() nicht im Destruktor auf.</translation>
+        <translation>Geben Sie Zeitgebern, Sockets und Lambdas das Geräteobjekt als Elternobjekt oder Kontext, deklarieren Sie eine Verbindung vor den Datenelementen, die ihr zuhören, und rufen Sie close() nicht im Destruktor auf.</translation>
     </message>
     <message id="After emitting, touch the device only through things that die with it (its own timers, QPointer).">
         <source></source>
@@ -1521,7 +1521,7 @@
     </message>
     <message id="The device of an instrument that is unplugged during a run closes within 10 s, with ERROR_DEVICE_DISCONNECTED.">
         <source></source>
-        <translation>Das Device eines Geräts, dessen Stecker in einem Lauf gezogen wird, schließt binnen 10 s mit ERROR_DEVICE_DISCONNECTED.</translation>
+        <translation>Das Geräteobjekt eines Geräts, dessen Stecker in einem Lauf gezogen wird, schließt binnen 10 s mit ERROR_DEVICE_DISCONNECTED.</translation>
     </message>
     <message id="Nobody else can tell the user that the cable is loose.">
         <source></source>
@@ -1533,7 +1533,7 @@
     </message>
     <message id="A run that is cut short by unplugging ends once with executed(feature, false), after the device is closed and idle.">
         <source></source>
-        <translation>Ein Lauf, den der gezogene Stecker abbricht, endet einmal mit executed(feature, false), nachdem das Device geschlossen und untätig ist.</translation>
+        <translation>Ein Lauf, den der gezogene Stecker abbricht, endet einmal mit executed(feature, false), nachdem das Geräteobjekt geschlossen und untätig ist.</translation>
     </message>
     <message id="Whoever waits for the ending would wait for ever, or take it for a measurement.">
         <source></source>
