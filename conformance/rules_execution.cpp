@@ -6,7 +6,6 @@
 #include <qelvalues/results.h>
 
 #include <algorithm>
-#include <functional>
 #include <iterator>
 
 namespace qel::conformance {
@@ -30,29 +29,6 @@ static QVector<Run> forbiddenRuns(Subject &subject)
     if (runs.isEmpty())
         throw NotApplicable{QStringLiteral("no feature that may be tried takes a configuration")};
     return runs;
-}
-
-// Collects what `faults` says of each of the runs.
-static void judge(const QVector<Run> &runs, const std::function<QStringList(const Run &)> &faults)
-{
-    Offences offences;
-    for (const Run &run : runs) {
-        const QStringList all = faults(run);
-        for (const QString &fault : all)
-            offences.add(fault, run);
-    }
-    offences.conclude();
-}
-
-// The runs among `runs` that `isMeant` picks; there must be some.
-static QVector<Run> only(const QVector<Run> &runs, const std::function<bool(const Run &)> &isMeant,
-                         const QString &none)
-{
-    QVector<Run> some;
-    std::copy_if(runs.cbegin(), runs.cend(), std::back_inserter(some), isMeant);
-    if (some.isEmpty())
-        throw NotApplicable{none};
-    return some;
 }
 
 static void checkOneEnding(Subject &subject)

@@ -19,26 +19,16 @@ static const char configurations[] = "Configurations";
 // The runs that succeeded with a result of the right shape, which is another rule's matter.
 static QVector<Run> soundRuns(Subject &subject)
 {
-    QVector<Run> runs;
-    const auto all = subject.tour().successful();
-    for (const Run &run : all) {
-        if (!isMisshapen(run))
-            runs += run;
-    }
-    if (runs.isEmpty())
-        throw NotApplicable{QStringLiteral("no run succeeded")};
-    return runs;
+    return only(
+        subject.tour().successful(), [](const Run &run) { return !isMisshapen(run); },
+        QStringLiteral("no run succeeded"));
 }
 
 static QVector<Run> measurements(Subject &subject)
 {
-    QVector<Run> runs;
-    const auto all = soundRuns(subject);
-    std::copy_if(all.cbegin(), all.cend(), std::back_inserter(runs),
-                 [](const Run &run) { return values::isMeasurement(run.feature); });
-    if (runs.isEmpty())
-        throw NotApplicable{QStringLiteral("no measurement succeeded")};
-    return runs;
+    return only(
+        soundRuns(subject), [](const Run &run) { return values::isMeasurement(run.feature); },
+        QStringLiteral("no measurement succeeded"));
 }
 
 static QVector<QVector<double>> readsOf(const Run &run)
@@ -129,7 +119,7 @@ static void checkWells(Subject &subject)
 }
 
 // What differs from the configuration of a run, or from its descriptor.
-static QString differences(const Run &run)
+static QStringList differences(const Run &run)
 {
     QStringList texts;
     const auto problems =
@@ -138,25 +128,13 @@ static QString differences(const Run &run)
         if (problem.code == Problem::NotAsConfigured || problem.code == Problem::NotAsDescribed)
             texts += values::toString(problem);
     }
-    return texts.join(QStringLiteral(", "));
+    return texts;
 }
 
 static void checkKind(Subject &subject, const QVector<Run::Kind> &kinds, const QString &none)
 {
-    Offences offences;
-    bool found = false;
-    const auto runs = measurements(subject);
-    for (const Run &run : runs) {
-        if (!kinds.contains(run.kind))
-            continue;
-        found = true;
-        const QString text = differences(run);
-        if (!text.isEmpty())
-            offences.add(text, run);
-    }
-    offences.conclude();
-    if (!found)
-        throw NotApplicable{none};
+    const auto isMeant = [&](const Run &run) { return kinds.contains(run.kind); };
+    judge(only(measurements(subject), isMeant, none), differences);
 }
 
 static void checkAsConfigured(Subject &subject)
@@ -246,52 +224,41 @@ struct Gravity
 
 } // namespace
 
-// Holds every orientation to what `fault` says of it, empty where it is right.
-static void judgeOrientations(Subject &subject, QString (*fault)(const QVariantHash &result))
+static QVector<Run> orientations(Subject &subject)
 {
-    Offences offences;
-    bool found = false;
-    const auto runs = soundRuns(subject);
-    for (const Run &run : runs) {
-        if (run.feature != Device::DF_Orientation)
-            continue;
-        found = true;
-        const QString text = fault(run.ending().value.toHash());
-        if (!text.isEmpty())
-            offences.add(text, run);
-    }
-    offences.conclude();
-    if (!found)
-        throw NotApplicable{QStringLiteral("no orientation was measured")};
+    return only(
+        soundRuns(subject), [](const Run &run) { return run.feature == Device::DF_Orientation; },
+        QStringLiteral("no orientation was measured"));
 }
 
 static void checkGravity(Subject &subject)
 {
-    judgeOrientations(subject, [](const QVariantHash &result) {
+    judge(orientations(subject), [](const Run &run) -> QStringList {
         const double gravity = 9.81;
         const double tolerance = 1.5;
-        const double length = Gravity(result).length();
-        return std::abs(length - gravity) <= tolerance
-            ? QString()
-            : QStringLiteral("the acceleration is %1 m/s2 long").arg(length);
+        const double length = Gravity(run.ending().value.toHash()).length();
+        if (std::abs(length - gravity) <= tolerance)
+            return {};
+        return {QStringLiteral("the acceleration is %1 m/s2 long").arg(length)};
     });
 }
 
 static void checkTopSide(Subject &subject)
 {
-    judgeOrientations(subject, [](const QVariantHash &result) {
+    judge(orientations(subject), [](const Run &run) -> QStringList {
+        const QVariantHash result = run.ending().value.toHash();
         const Gravity gravity(result);
         const auto side = result.value(QLatin1String(Orientation_result::TOP_SIDE))
                               .value<Orientation_result::Side>();
         const auto upwards = gravity.towards(side);
         // Whatever is tilted by more than 60 degrees does not face up.
-        return !upwards || *upwards >= gravity.length() / 2
-            ? QString()
-            : QStringLiteral("'topSide' is %1, but the acceleration is %2, %3, %4")
-                  .arg(int(side))
-                  .arg(gravity.x)
-                  .arg(gravity.y)
-                  .arg(gravity.z);
+        if (!upwards || *upwards >= gravity.length() / 2)
+            return {};
+        return {QStringLiteral("'topSide' is %1, but the acceleration is %2, %3, %4")
+                    .arg(int(side))
+                    .arg(gravity.x)
+                    .arg(gravity.y)
+                    .arg(gravity.z)};
     });
 }
 

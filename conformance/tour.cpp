@@ -108,6 +108,27 @@ void Offences::conclude() const
         throw Broken{m_seen.join(QStringLiteral("; ")), m_signals, true};
 }
 
+void judge(const QVector<Run> &runs, const std::function<QStringList(const Run &)> &faults)
+{
+    Offences offences;
+    for (const Run &run : runs) {
+        const QStringList all = faults(run);
+        for (const QString &fault : all)
+            offences.add(fault, run);
+    }
+    offences.conclude();
+}
+
+QVector<Run> only(const QVector<Run> &runs, const std::function<bool(const Run &)> &isMeant,
+                  const QString &none)
+{
+    QVector<Run> some;
+    std::copy_if(runs.cbegin(), runs.cend(), std::back_inserter(some), isMeant);
+    if (some.isEmpty())
+        throw NotApplicable{none};
+    return some;
+}
+
 namespace {
 
 // Makes one run after the other with the instrument that is open.

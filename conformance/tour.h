@@ -100,6 +100,14 @@ private:
     QStringList m_signals;
 };
 
+/// Throws Broken with all that `faults` says of the runs, when it says something.
+void judge(const QVector<Run> &runs, const std::function<QStringList(const Run &)> &faults);
+
+/// The runs among `runs` that `isMeant` picks. Throws NotApplicable, because of `none`, when there
+/// are none.
+QVector<Run> only(const QVector<Run> &runs, const std::function<bool(const Run &)> &isMeant,
+                  const QString &none);
+
 } // namespace qel::conformance
 
 #endif
