@@ -1,5 +1,6 @@
 #include "measurepane.h"
 
+#include "banner.h"
 #include "choices.h"
 #include "instruments.h"
 #include "presetbox.h"
@@ -34,6 +35,7 @@ using qel::devices::Device;
 
 MeasurePane::MeasurePane(QWidget *parent)
     : QWidget(parent)
+    , m_banner(new Banner(this))
     , m_result(new ResultView(this))
 {
     auto *splitter = new QSplitter(Qt::Horizontal, this);
@@ -44,7 +46,7 @@ MeasurePane::MeasurePane(QWidget *parent)
     splitter->setStretchFactor(1, 1);
     splitter->setSizes({310, 700});
     auto *layout = new QVBoxLayout(this);
-    layout->addWidget(makeBanner());
+    layout->addWidget(m_banner);
     layout->addWidget(splitter, 1);
 
     connect(m_feature, QOverload<int>::of(&QComboBox::currentIndexChanged), this,
@@ -59,46 +61,19 @@ MeasurePane::MeasurePane(QWidget *parent)
         };
     };
     connect(m_cancel, &QPushButton::clicked, this, withInstrument(&Instrument::cancel));
-    connect(m_confirm, &QPushButton::clicked, this, withInstrument(&Instrument::confirmAction));
-    connect(m_refuse, &QPushButton::clicked, this, withInstrument(&Instrument::abortAction));
-    connect(m_again, &QPushButton::clicked, this, [this] {
+    connect(m_banner, &Banner::confirmed, this, withInstrument(&Instrument::confirmAction));
+    connect(m_banner, &Banner::refused, this, withInstrument(&Instrument::abortAction));
+    connect(m_banner, &Banner::againWanted, this, [this] {
         if (m_instrument && m_instrument->unkeptCount() > 0)
             m_instrument->keepAgain();
         else if (m_instrument)
             m_instrument->open();
     });
-    connect(m_folder, &QPushButton::clicked, this, &MeasurePane::folderWanted);
+    connect(m_banner, &Banner::folderWanted, this, &MeasurePane::folderWanted);
     m_clock.setInterval(500);
     connect(&m_clock, &QTimer::timeout, this, &MeasurePane::showProgress);
     retranslate();
     setInstrument(nullptr);
-}
-
-QFrame *MeasurePane::makeBanner()
-{
-    m_banner = new QFrame(this);
-    m_banner->setObjectName(QStringLiteral("banner"));
-    m_banner->setFrameShape(QFrame::StyledPanel);
-    m_banner->setAutoFillBackground(true);
-    m_bannerText = new QLabel(m_banner);
-    m_bannerText->setObjectName(QStringLiteral("bannerText"));
-    m_bannerText->setWordWrap(true);
-    m_bannerText->setTextFormat(Qt::PlainText);
-    m_bannerText->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    m_confirm = new QPushButton(m_banner);
-    m_confirm->setObjectName(QStringLiteral("confirm"));
-    m_refuse = new QPushButton(m_banner);
-    m_refuse->setObjectName(QStringLiteral("refuse"));
-    m_again = new QPushButton(m_banner);
-    m_again->setObjectName(QStringLiteral("again"));
-    m_folder = new QPushButton(m_banner);
-    auto *layout = new QHBoxLayout(m_banner);
-    layout->addWidget(m_bannerText, 1);
-    layout->addWidget(m_confirm);
-    layout->addWidget(m_refuse);
-    layout->addWidget(m_again);
-    layout->addWidget(m_folder);
-    return m_banner;
 }
 
 QWidget *MeasurePane::makeForm()
@@ -209,9 +184,6 @@ void MeasurePane::retranslate()
     m_name->setPlaceholderText(text("qelworkbench-run-name-hint"));
     m_start->setText(text("qelworkbench-start"));
     m_cancel->setText(text("qelworkbench-cancel"));
-    m_confirm->setText(text("qelworkbench-confirm"));
-    m_refuse->setText(text("qelworkbench-refuse"));
-    m_folder->setText(text("qelworkbench-other-folder"));
     m_progress->setAccessibleName(text("qelworkbench-progress"));
     m_interval->setLocale(QLocale());
     if (m_result->results().isEmpty())
@@ -377,35 +349,8 @@ void MeasurePane::showState()
         m_clock.start();
     else if (!isBusy)
         m_clock.stop();
-    showBanner();
+    m_banner->showFor(m_instrument);
     showProgress();
-}
-
-void MeasurePane::showBanner()
-{
-    const bool asks = m_instrument && !m_instrument->action().isEmpty();
-    const int unkept = m_instrument ? m_instrument->unkeptCount() : 0;
-    QString message =
-        asks ? m_instrument->action() : (m_instrument ? m_instrument->problem() : QString());
-    if (!asks && unkept > 0)
-        message += QLatin1Char(' ') + text("qelworkbench-unkept", QString::number(unkept));
-    const bool canOpen = m_instrument && !m_instrument->isOpen() && !m_instrument->isBusy()
-        && m_instrument->state() == Instrument::Closed;
-    m_bannerText->setText(message);
-    m_banner->setVisible(!message.isEmpty());
-    m_confirm->setVisible(asks);
-    m_refuse->setVisible(asks);
-    m_again->setVisible(!asks && (unkept > 0 || canOpen));
-    m_again->setText(text(unkept > 0 ? "qelworkbench-keep-again" : "qelworkbench-open-again"));
-    for (QPushButton *button : {m_confirm, m_refuse, m_again, m_folder})
-        button->setMinimumWidth(fontMetrics().horizontalAdvance(button->text()) + 32);
-    m_folder->setVisible(!asks && unkept > 0);
-    QPalette colors = palette();
-    const bool isDark = colors.color(QPalette::Window).lightness() < 128;
-    colors.setColor(QPalette::Window,
-                    asks ? (isDark ? QColor(0x5d, 0x45, 0x00) : QColor(0xff, 0xec, 0xb3))
-                         : (isDark ? QColor(0x5c, 0x1f, 0x1f) : QColor(0xfd, 0xe0, 0xe0)));
-    m_banner->setPalette(colors);
 }
 
 void MeasurePane::showProgress()

@@ -8,7 +8,6 @@
 
 class QComboBox;
 class QDoubleSpinBox;
-class QFrame;
 class QGroupBox;
 class QLabel;
 class QLineEdit;
@@ -19,6 +18,7 @@ class QSpinBox;
 
 namespace qelworkbench {
 
+class Banner;
 class PresetBox;
 class ResultView;
 class SettingsForm;
@@ -47,14 +47,12 @@ protected:
 
 private:
     QWidget *makeForm();
-    QFrame *makeBanner();
     void retranslate();
     void showFeatures();
     void showForm();
     void recallSettings();
     void orderTabs();
     void showState();
-    void showBanner();
     void showProgress();
     void start();
     qel::devices::Device::DeviceFeature feature() const;
@@ -79,12 +77,7 @@ private:
     QPushButton *m_cancel;
     QProgressBar *m_progress;
     QLabel *m_progressText;
-    QFrame *m_banner;
-    QLabel *m_bannerText;
-    QPushButton *m_confirm;
-    QPushButton *m_refuse;
-    QPushButton *m_again;
-    QPushButton *m_folder;
+    Banner *m_banner;
     ResultView *m_result;
     QTimer m_clock;
 };

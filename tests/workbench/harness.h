@@ -2,9 +2,13 @@
 #define TESTS_WORKBENCH_HARNESS_H
 
 #include <instrumentlist.h>
+#include <log.h>
 #include <mainwindow.h>
 #include <text.h>
 
+#include <qelfrontend/startup.h>
+
+#include <QtCore/QDir>
 #include <QtCore/QFile>
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonDocument>
@@ -12,6 +16,7 @@
 #include <QtCore/QSettings>
 #include <QtCore/QTemporaryDir>
 #include <QtTest/QtTest>
+#include <QtWidgets/QLabel>
 #include <QtWidgets/QPushButton>
 
 #include <memory>
@@ -105,6 +110,36 @@ private:
     QTemporaryDir m_folder;
     qelworkbench::CommandLine m_line;
     std::unique_ptr<qelworkbench::MainWindow> m_window;
+};
+
+/// What tests do on a bench of their own.
+class BenchTest : public QObject
+{
+protected:
+    static void startLibrary()
+    {
+        qelworkbench::Log::instance();
+        const Bench bench; // its environment is what the drivers start with
+        QCOMPARE(qel::frontend::startLibrary({QStringLiteral(DRIVER_FOLDER)}), QStringList());
+    }
+
+    int kept() const
+    {
+        return QDir(m_bench->folder()).entryList({QStringLiteral("*.json")}).size();
+    }
+
+    QString banner() const
+    {
+        return m_bench->find<QLabel>("bannerText")->text();
+    }
+
+    void start()
+    {
+        m_bench->click("start");
+        QVERIFY(m_bench->instrument()->isBusy());
+    }
+
+    std::unique_ptr<Bench> m_bench;
 };
 
 #endif
