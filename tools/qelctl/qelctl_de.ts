@@ -12,7 +12,7 @@
 
 „qelctl BEFEHL --help“ sagt alles über einen Befehl.
 
-Rückgabewerte: 0 erledigt, 1 Lauf fehlgeschlagen, 2 falscher Aufruf, 3 Gerät oder Funktion gibt es nicht, 4 lässt sich nicht öffnen, 5 Gerätefehler, 6 Zeit abgelaufen, 7 vom Benutzer abgebrochen, 8 Ausgabe nicht schreibbar, 130 unterbrochen.</translation>
+Rückgabewerte: 0 erledigt, 1 Lauf fehlgeschlagen, 2 falscher Aufruf, 3 Gerät oder Funktion gibt es nicht, 4 lässt sich nicht öffnen, 5 Gerätefehler, 6 Zeit abgelaufen, 7 vom Benutzer abgebrochen, 8 Ausgabe nicht schreibbar, 9 nicht alle Regeln prüfbar, 10 Treiber abgestürzt, 130 unterbrochen.</translation>
     </message>
     <message id="qelctl-commands">
         <source></source>

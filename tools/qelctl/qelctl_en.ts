@@ -12,7 +12,7 @@
 
 'qelctl COMMAND --help' tells all about a command.
 
-Exit codes: 0 done, 1 run failed, 2 wrong usage, 3 no such device or feature, 4 cannot open, 5 device error, 6 timed out, 7 aborted by the user, 8 cannot write the output, 130 interrupted.</translation>
+Exit codes: 0 done, 1 run failed, 2 wrong usage, 3 no such device or feature, 4 cannot open, 5 device error, 6 timed out, 7 aborted by the user, 8 cannot write the output, 9 not all rules could be judged, 10 a driver has crashed, 130 interrupted.</translation>
     </message>
     <message id="qelctl-commands">
         <source></source>
