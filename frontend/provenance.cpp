@@ -120,4 +120,16 @@ std::optional<PluginInfo> pluginOfDriver(const QString &driver)
     return file.isEmpty() || plugin == plugins.cend() ? std::nullopt : std::optional(*plugin);
 }
 
+std::optional<PluginInfo> pluginOfDevice(const Device &device)
+{
+    const QVariantMap far = device.property("driverPlugin").toMap();
+    if (far.isEmpty())
+        return pluginOfDriver(device.driver());
+    PluginInfo plugin;
+    plugin.fileName = far.value(QStringLiteral("file")).toString();
+    plugin.manufacturer = far.value(QStringLiteral("manufacturer")).toString();
+    plugin.version = far.value(QStringLiteral("version")).toString();
+    return plugin;
+}
+
 } // namespace qel::frontend

@@ -3,6 +3,7 @@
 
 #include "export.h"
 
+#include <qeldevices/device.h>
 #include <qeldevices/devicebroker.h>
 
 #include <QtCore/QString>
@@ -18,6 +19,13 @@ namespace qel::frontend {
 /// the file that holds their code, which fails where a plugin takes its driver from a library.
 QELFRONTEND_EXPORT std::optional<devices::DeviceBroker::DevicePluginInfo>
 pluginOfDriver(const QString &driver);
+
+/// The plugin of the driver of `device`. For a device that stands for one in another process or on
+/// another machine, it is the plugin there, whose file begins with the name of the machine and a
+/// colon if that is another one; for a device on another machine it is known once the device has
+/// been opened.
+QELFRONTEND_EXPORT std::optional<devices::DeviceBroker::DevicePluginInfo>
+pluginOfDevice(const devices::Device &device);
 
 } // namespace qel::frontend
 

@@ -18,7 +18,7 @@ namespace qel::frontend {
 struct RunRecord
 {
     devices::DeviceInfo device; ///< the instrument
-    /// The plugin of the device's driver, as pluginOfDriver() finds it.
+    /// The plugin of the device's driver, as pluginOfDevice() finds it.
     std::optional<devices::DeviceBroker::DevicePluginInfo> plugin;
     devices::Device::DeviceFeature feature; ///< what ran
     QVariant descriptor;                    ///< what the device said of the feature

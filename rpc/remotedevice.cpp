@@ -29,6 +29,9 @@ RemoteDevice::RemoteDevice(const DeviceInfo &info, const DeviceInfo &farInfo, Li
     , m_farInfo(farInfo)
     , m_link(link)
 {
+    // A host has one.
+    if (link && link->plugins().size() == 1)
+        setProperty(pluginProperty, fromWire(link->plugins().front()));
     connect(this, &Device::configurationChanged, this, &RemoteDevice::sendConfiguration);
     // The first receiver: an answer from another one may come before the id has been returned.
     connect(this, &Device::actionRequired, this,
@@ -262,6 +265,8 @@ void RemoteDevice::hearError(const wire::Error &error)
 void RemoteDevice::hearState(const wire::State &state)
 {
     const QPointer<RemoteDevice> self(this);
+    if (state.has_plugin())
+        setProperty(pluginProperty, fromWire(state.plugin()));
     setName(fromWire(state.name()));
     if (self)
         setSerial(fromWire(state.serial()));

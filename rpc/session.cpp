@@ -6,6 +6,7 @@
 #include <qeldevices/deviceerrors.h>
 
 #include <QtCore/QPointer>
+#include <QtCore/QSysInfo>
 
 #include <algorithm>
 #include <utility>
@@ -131,7 +132,23 @@ void Session::attach(const wire::Attach &attach, quint64 heard)
         m_secret = fromWire(attach.session());
     m_events.emplace(*m_device);
     values::observe(m_device.get(), this, [this](const values::Event &said) { onSaid(said); });
-    send(m_events->state());
+    wire::Event state = m_events->state();
+    writePlugin(state.mutable_state());
+    send(std::move(state));
+}
+
+// Whoever has a gate serves other machines.
+void Session::writePlugin(wire::State *state) const
+{
+    const QVariantMap far = m_device->property(pluginProperty).toMap();
+    if (far.isEmpty())
+        return;
+    const auto text = [&](const char *key) { return far.value(QLatin1String(key)).toString(); };
+    wire::Plugin *plugin = state->mutable_plugin();
+    plugin->set_file(toWire(m_gate ? QSysInfo::machineHostName() + QLatin1Char(':') + text("file")
+                                   : text("file")));
+    plugin->set_manufacturer(toWire(text("manufacturer")));
+    plugin->set_version(toWire(text("version")));
 }
 
 // The session that a peer attaches to again.

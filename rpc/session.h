@@ -40,6 +40,7 @@ private:
     void hear(const wire::Command &command);
     bool isLetIn();
     void attach(const wire::Attach &attach, quint64 heard);
+    void writePlugin(wire::State *state) const;
     Session *former(const wire::Attach &attach) const;
     void resume(std::shared_ptr<DriveServer> stream, quint64 heard);
     void clearTheWay(const devices::DeviceInfo &info);

@@ -60,6 +60,13 @@ DeviceInfo fromWire(const wire::Record &record)
             fromWire(record.location()), fromWire(record.name()), fromWire(record.serial())};
 }
 
+QVariantMap fromWire(const wire::Plugin &plugin)
+{
+    return {{QStringLiteral("file"), fromWire(plugin.file())},
+            {QStringLiteral("manufacturer"), fromWire(plugin.manufacturer())},
+            {QStringLiteral("version"), fromWire(plugin.version())}};
+}
+
 wire::Value toWire(const QVariant &value)
 {
     wire::Value travelling;

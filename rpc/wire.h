@@ -29,6 +29,11 @@ QString fromWire(const std::string &text);
 wire::Record toWire(const devices::DeviceInfo &info);
 devices::DeviceInfo fromWire(const wire::Record &record);
 
+/// The plugin of the driver of a RemoteDevice, which has it as the property "driverPlugin": a map
+/// with the texts "file", "manufacturer" and "version".
+constexpr char pluginProperty[] = "driverPlugin";
+QVariantMap fromWire(const wire::Plugin &plugin);
+
 /// The value, or in its place why it cannot travel.
 wire::Value toWire(const QVariant &value);
 

@@ -2,6 +2,8 @@
 
 #include "identity.h"
 
+#include <wire.h>
+
 #include <qelvalues/valuecodec.h>
 
 #include <QtCore/QDateTime>
@@ -10,6 +12,7 @@
 #include <QtCore/QJsonDocument>
 #include <QtCore/QJsonObject>
 #include <QtCore/QRegularExpression>
+#include <QtCore/QSysInfo>
 
 #include <utility>
 
@@ -54,6 +57,9 @@ static QJsonObject documentOf(const QString &client, const Device &device, const
             {QStringLiteral("location"), device.location()},
             {QStringLiteral("name"), device.name()},
             {QStringLiteral("serial"), device.serial()},
+            {QStringLiteral("plugin"),
+             QJsonObject::fromVariantMap(device.property(rpc::pluginProperty).toMap())},
+            {QStringLiteral("machine"), QSysInfo::machineHostName()},
             {QStringLiteral("feature"), int(run.feature)},
             {QStringLiteral("startedAt"), run.startedAt.toString(Qt::ISODateWithMs)},
             {QStringLiteral("elapsed"), double(run.clock.elapsed())},

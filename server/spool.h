@@ -17,6 +17,8 @@ namespace qel::server {
 /// | "client"                               | the name of who has run it                     |
 /// | "interface"                            | the enumerator's number                        |
 /// | "driver", "location", "name", "serial" | of the instrument                              |
+/// | "plugin"                               | "file", "manufacturer", "version" of its driver|
+/// | "machine"                              | the name of this one                           |
 /// | "feature"                              | the enumerator's number                        |
 /// | "startedAt"                            | ISO 8601 in UTC                                |
 /// | "elapsed"                              | milliseconds that the run took                 |

@@ -309,7 +309,7 @@ void Instrument::onRunFinished(const Outcome &delivered)
 
 void Instrument::onMeasured(const Outcome &outcome)
 {
-    Unkept run{{m_info, pluginOfDriver(m_info.driver()), m_order.feature,
+    Unkept run{{m_info, pluginOfDevice(*m_device), m_order.feature,
                 m_device->descriptor(m_order.feature), m_device->configuration(m_order.feature),
                 outcome},
                {m_seriesId, m_number, m_order.count},

@@ -20,7 +20,6 @@ using qel::devices::Device;
 
 Instrument::Instrument(std::unique_ptr<Device> device)
     : m_device(std::move(device))
-    , m_plugin(pluginOfDriver(m_device->driver()))
 {
     Home::enter(this);
 }
@@ -98,7 +97,7 @@ void Instrument::deliver(const std::shared_ptr<RunTicket> &ticket, const Outcome
 {
     const auto feature = ticket->feature.value_or(Device::DF_None);
     const auto ending = std::make_shared<Ending>(Ending{
-        {m_device->deviceInfo(), m_plugin, feature, m_device->descriptor(feature),
+        {m_device->deviceInfo(), pluginOfDevice(*m_device), feature, m_device->descriptor(feature),
          m_device->configuration(feature), outcome},
         outcome.kind == Outcome::Refused && ticket->feature && !m_device->hasFeature(feature),
         ticket->configurationProblems,

@@ -78,7 +78,6 @@ private:
     void finish();
 
     std::unique_ptr<qel::devices::Device> m_device;
-    std::optional<qel::devices::DeviceBroker::DevicePluginInfo> m_plugin;
     std::deque<std::shared_ptr<RunTicket>> m_tickets; // the first one is running
     std::vector<std::function<void()>> m_atEnd;
     bool m_isEnding = false;

@@ -80,6 +80,23 @@ class InterruptionTest(ServerCase):
         self.proxy.target = port
         self.assertEqual(self.tool("bert", "run", "A-1", "orientation").returncode, 0)
 
+    def test_what_is_finished_is_kept(self):
+        """Also when the server does not live to see it fetched."""
+        self.furnish(time_scale=0.3)
+        self.start()
+        self.connect("anna")
+        run = self.begin("anna")
+        run.send_signal(signal.SIGSTOP)
+        self.await_log("run client='anna'.*outcome='result'")
+        self.server.kill()
+        self.server.wait(PATIENCE)
+        self.start()
+        run.send_signal(signal.SIGCONT)
+        run.communicate(timeout=PATIENCE)
+        kept = json.loads(self.tool("anna", "results", "--json").stdout)["results"]
+        # The result may have been under way already; then it is in both places.
+        self.assertEqual([one["serial"] for one in kept], ["A-1"])
+
     def test_server_ends(self):
         """Stopped in good order, it says so; killed, it is known to have gone when it is back."""
         for name, end in (("stopped", signal.SIGTERM), ("killed", signal.SIGKILL)):

@@ -2,6 +2,7 @@
 
 import json
 import os
+import platform
 import re
 import stat
 import subprocess
@@ -20,7 +21,7 @@ class ServerTest(ServerCase):
         self.assertIn("Network/", connected.stdout)
         run = self.tool("anna", "run", "A-1", "absorbance-measurement", "--format", "json")
         self.assertEqual(run.returncode, 0, run.stderr)
-        self.assertIn("A-1", run.stdout)
+        self.check_plugin(json.loads(run.stdout))
         self.await_log("run client='anna'.*DF_AbsorbanceMeasurement.*outcome='result'")
         # It has arrived, so that nothing is kept.
         self.assertEqual(self.keeper("results").stdout, "")
@@ -30,6 +31,12 @@ class ServerTest(ServerCase):
         gone = self.tool("anna", "disconnect", name)
         self.assertEqual(gone.returncode, 0, gone.stderr)
         self.assertNotIn("A-1", self.tool("anna", "list").stdout)
+
+    def check_plugin(self, document):
+        """The driver is named that has measured, wherever it is."""
+        plugin = document["plugin"]
+        self.assertRegex(plugin["file"], f"^{platform.node()}:/.*/simulator.so$")
+        self.assertNotEqual(plugin["version"], "")
 
     def test_who_has_no_connection_pays_for_none(self):
         def loaded(*variables):
@@ -94,6 +101,7 @@ class ServerTest(ServerCase):
         document = json.loads(file.read_text())
         self.assertEqual((document["format"], document["device"]["serial"]),
                          ("qeldevices-run", "A-1"))
+        self.check_plugin(document)
         self.assertEqual(len(document["plate"]["reads"][0]["values"]), 8)
         # What is kept for one is nobody else's.
         self.assertEqual(json.loads(self.tool("bert", "results", "--json").stdout)["results"], [])

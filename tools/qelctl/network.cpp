@@ -188,8 +188,13 @@ std::optional<QByteArray> runDocument(const QString &server, const QJsonObject &
         DeviceInfo::Network, QStringLiteral("Network"),
         QStringLiteral("%1/%2/%3").arg(server, word("driver"), word("location")), word("name"),
         word("serial"));
+    const QJsonObject far = kept.value(QLatin1String("plugin")).toObject();
+    DeviceBroker::DevicePluginInfo plugin;
+    plugin.fileName = word("machine") + QLatin1Char(':') + far[QLatin1String("file")].toString();
+    plugin.manufacturer = far[QLatin1String("manufacturer")].toString();
+    plugin.version = far[QLatin1String("version")].toString();
     const auto json = qel::frontend::runToJson(
-        {device, std::nullopt, Device::DeviceFeature(kept.value(QLatin1String("feature")).toInt()),
+        {device, plugin, Device::DeviceFeature(kept.value(QLatin1String("feature")).toInt()),
          values[0], values[1], outcome},
         problem);
     return json ? std::optional(indented(*json)) : std::nullopt;

@@ -113,7 +113,7 @@ static RunRecord recordOf(const Outcome &outcome, const ResultContext &context)
     const Device &device = *context.device;
     const bool isSeries = context.count > 1;
     return {device.deviceInfo(),
-            pluginOfDriver(device.driver()),
+            pluginOfDevice(device),
             context.feature,
             device.descriptor(context.feature),
             device.configuration(context.feature),
