@@ -110,6 +110,12 @@ bool Instruments::isAnyBusy() const
                        [](const Instrument *instrument) { return instrument->isBusy(); });
 }
 
+bool Instruments::isAnyStopping() const
+{
+    return std::any_of(m_instruments.begin(), m_instruments.end(),
+                       [](const Instrument *one) { return one->state() == Instrument::Stopping; });
+}
+
 int Instruments::unkeptCount() const
 {
     int count = 0;

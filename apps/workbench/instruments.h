@@ -27,6 +27,8 @@ public:
     int rowOf(const Instrument *instrument) const;
     /// Whether any is within a run.
     bool isAnyBusy() const;
+    /// Whether any is being stopped, in steps that each call its driver.
+    bool isAnyStopping() const;
     /// How many finished runs are in memory only.
     int unkeptCount() const;
 

@@ -202,14 +202,25 @@ void MainWindow::showLatest()
 // The bar's own message, since a widget would first have to be laid out.
 void MainWindow::showCall(const QString &driver)
 {
-    const QString before = statusBar()->currentMessage();
     const QString waiting = text("qelworkbench-waiting", driver);
+    if (statusBar()->currentMessage() != m_waiting || m_waiting.isEmpty())
+        m_beforeWaiting = statusBar()->currentMessage();
+    m_waiting = waiting;
     statusBar()->showMessage(waiting);
     statusBar()->repaint();
-    QTimer::singleShot(0, this, [this, before, waiting] {
-        if (statusBar()->currentMessage() == waiting)
-            statusBar()->showMessage(before == waiting ? QString() : before, 10000);
-    });
+    QTimer::singleShot(0, this, &MainWindow::endCall);
+}
+
+void MainWindow::endCall()
+{
+    if (m_instruments.isAnyStopping()) {
+        QTimer::singleShot(50, this, &MainWindow::endCall);
+        return;
+    }
+    // Unless something else has been said meanwhile.
+    if (!m_waiting.isEmpty() && statusBar()->currentMessage() == m_waiting)
+        statusBar()->showMessage(m_beforeWaiting, 10000);
+    m_waiting.clear();
 }
 
 void MainWindow::onKept(const QString &file, Instrument *instrument)

@@ -43,6 +43,7 @@ private:
     void showInstrument();
     void showLatest();
     void showCall(const QString &driver);
+    void endCall();
     void onKept(const QString &file, Instrument *instrument);
     void chooseFolder();
     void chooseLanguage(QAction *action);
@@ -60,6 +61,8 @@ private:
     HistoryPane *m_historyPane;
     TrustPane *m_trust;
     QLabel *m_heldUp;
+    QString m_waiting; // what is said during calls into a driver, and what was said before
+    QString m_beforeWaiting;
     QMenu *m_fileMenu;
     QMenu *m_viewMenu;
     QMenu *m_languageMenu;

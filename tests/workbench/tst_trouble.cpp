@@ -50,13 +50,13 @@ public:
     }
     void close() override
     {
+        block();
         setOpen(false);
     }
     void update() override { }
     void reset() override
     {
         block();
-        emit executed(DF_ReferenceNumber, false, QVariant());
     }
 
 protected:
@@ -263,10 +263,11 @@ void TestTrouble::slowDriverIsNamed()
     QTRY_COMPARE(SlowDevice::shown.size(), 2);
     QTRY_VERIFY(SlowDevice::painted.isEmpty());
     m_bench->click("cancel");
-    QTRY_VERIFY(!m_bench->instrument()->isBusy());
+    QTRY_VERIFY_WITH_TIMEOUT(!m_bench->instrument()->isBusy(), 20000);
     SlowDriver::isPluggedIn = false;
     const QString waiting = "Waiting for the driver “slow” …";
-    QCOMPARE(SlowDevice::shown, QStringList({waiting, waiting, waiting})); // open, execute, reset
+    // open(), execute(), reset(), which does not help, and close().
+    QCOMPARE(SlowDevice::shown, QStringList({waiting, waiting, waiting, waiting}));
     QTRY_VERIFY(SlowDevice::painted.isEmpty());
 }
 
