@@ -60,6 +60,11 @@ static Broken brokenBy(const Unplugging &seen, const QString &what)
 static void checkUnpluggedCloses(Subject &subject)
 {
     const Unplugging &seen = subject.unplugging();
+    const auto endings = seen.endings();
+    if (!seen.isClosed && !endings.isEmpty()
+        && endings.constLast().errorCode == devices::ERROR_DEVICE_TIMEOUT)
+        throw NotApplicable{QStringLiteral("the link does not tell: the run ends with %1")
+                                .arg(errorName(devices::ERROR_DEVICE_TIMEOUT))};
     if (!seen.isClosed)
         throw brokenBy(seen,
                        QStringLiteral("the device is still open or busy after %1 ms")
@@ -103,6 +108,9 @@ static void checkUnpluggedEndsRun(Subject &subject)
         throw brokenBy(seen,
                        QStringLiteral("the ending names %1").arg(featureName(ending.feature)));
     // That it closes at all is another rule's matter.
+    if (ending.isOpen && ending.errorCode != devices::ERROR_DEVICE_DISCONNECTED)
+        throw NotApplicable{QStringLiteral("the run ended with %1 before the loss was noticed")
+                                .arg(errorName(ending.errorCode))};
     if (seen.isClosed && (ending.isOpen || ending.isBusy))
         throw brokenBy(seen,
                        QStringLiteral("the device is open or busy at the ending of %1")
@@ -111,7 +119,11 @@ static void checkUnpluggedEndsRun(Subject &subject)
 
 static void checkUnpluggedIsGone(Subject &subject)
 {
-    if (subject.unplugging().isListed)
+    const Unplugging &seen = subject.unplugging();
+    if (seen.interface == devices::DeviceInfo::Network)
+        throw NotApplicable{QStringLiteral("an instrument in the network is listed where it is "
+                                           "configured")};
+    if (seen.isListed)
         throw Broken{QStringLiteral("it is still listed"), {}, true};
 }
 
@@ -146,7 +158,7 @@ QVector<Rule> byHandRules()
          "Whoever waits for the ending would wait for ever, or take it for a measurement.",
          "Forget the run, and emit executed(feature, false) for it last.", checkUnpluggedEndsRun,
          false, true},
-        {1404, group, Severity::Failure, false, Needs::Open,
+        {1404, group, Severity::Recommendation, false, Needs::Open,
          "An instrument that is unplugged is not listed.",
          "A user who chooses it gets nothing but an error.",
          "Ask the system for what is connected each time availableDevices() is called.",

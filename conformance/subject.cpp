@@ -310,14 +310,14 @@ bool Subject::permits(const QString &action)
     case Answers::Ask:
         break;
     }
-    return m_parent.ask(pluginText(action), {});
+    return m_parent.ask(pluginText(action));
 }
 
-void Subject::ask(const char *sentence, const std::function<void()> &meanwhile)
+void Subject::ask(const char *sentence)
 {
     const QString text = QString::fromLatin1(sentence);
     // Who has said no is not asked again by the next rule.
-    if (m_undone.contains(text) || !m_parent.ask(text, meanwhile)) {
+    if (m_undone.contains(text) || !m_parent.ask(text)) {
         m_undone += text;
         throw Hindered{QStringLiteral("nobody has done it: %1").arg(text)};
     }

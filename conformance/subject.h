@@ -37,9 +37,8 @@ public:
     {
         /// Takes what must be known even if this process ends.
         std::function<void(const QJsonObject &)> tell;
-        /// Has a person do what the text says, and calls the function again and again until it is
-        /// done; whether it has been.
-        std::function<bool(const QString &, const std::function<void()> &)> ask;
+        /// Has a person do what the text says; whether it has been done.
+        std::function<bool(const QString &)> ask;
         /// Reserves an instrument; who else has it, in words, or empty.
         std::function<QString(const QString &)> reserve;
     };
@@ -104,9 +103,9 @@ public:
     /// Waits until the feature table of a device that has just opened is at rest.
     void awaitTable(const devices::Device *device);
 
-    /// Has the person at the instrument do what `sentence` says, and calls `meanwhile` again and
-    /// again until it is done. Throws Hindered when nobody does it.
-    void ask(const char *sentence, const std::function<void()> &meanwhile = {});
+    /// Has the person at the instrument do what `sentence` says. Throws Hindered when nobody does
+    /// it.
+    void ask(const char *sentence);
     /// Whether what a request for action asks for may be confirmed; has a person do it.
     bool permits(const QString &action);
     /// Notes that a run of `feature` has no end, so that it is not tried again by any rule.

@@ -1,5 +1,7 @@
 #include "unplugging.h"
 
+#include <QtCore/QTimer>
+
 #include <algorithm>
 #include <iterator>
 
@@ -18,7 +20,7 @@ QVector<Event> Unplugging::endings() const
 
 namespace {
 
-// Keeps an instrument at work: nobody knows when the plug is pulled.
+// Keeps an instrument at work, since nobody knows when the plug is pulled, until a run fails.
 class Work
 {
 public:
@@ -28,25 +30,47 @@ public:
         try {
             m_feature = instrument.startLongRun();
         } catch (const NotApplicable &) {
-            // It is idle, then.
+            return; // It is idle, then.
         }
+        // Not from within the ending: what chained runs do is another matter.
+        instrument.recorder().setReaction([this](const Event &event) {
+            if (event.kind == Event::Executed)
+                QTimer::singleShot(0, &m_context, [this] { goOn(); });
+        });
+        goOn();
     }
-
-    void goOn()
+    ~Work()
     {
-        Device *device = m_instrument.device();
-        if (m_feature == Device::DF_None || !device || !device->isOpen() || device->isBusy())
-            return;
-        m_instrument.executeAgain(m_feature);
+        m_instrument.recorder().setReaction({});
     }
+    Q_DISABLE_COPY(Work)
+
     Device::DeviceFeature feature() const
     {
         return m_feature;
     }
 
 private:
+    void goOn()
+    {
+        // Somebody has left it alone for hours.
+        const int enough = 1000000;
+        const Device *device = m_instrument.device();
+        if (device && device->isOpen() && !device->isBusy() && !hasFailed()
+            && m_instrument.seen().count() < enough)
+            m_instrument.executeAgain(m_feature);
+    }
+    bool hasFailed() const
+    {
+        const auto events = m_instrument.seen().events(m_instrument.runStart());
+        return std::any_of(events.cbegin(), events.cend(), [](const Event &event) {
+            return event.kind == Event::Executed && !event.flag;
+        });
+    }
+
     Instrument &m_instrument;
     Device::DeviceFeature m_feature = Device::DF_None;
+    QObject m_context;
 };
 
 } // namespace
@@ -81,21 +105,17 @@ Unplugging makeUnplugging(Subject &subject)
     Instrument instrument(subject);
     instrument.open();
     const DeviceInfo record = instrument->deviceInfo();
-    Work work(instrument);
+    seen.interface = record.interface();
+    const Work work(instrument);
     seen.feature = work.feature();
-    subject.ask("Pull the plug of the instrument while it works.", [&] { work.goOn(); });
+    subject.ask("Pull the plug of the instrument while it works.");
 
     QElapsedTimer clock;
     clock.start();
     while (!seen.isClosed && clock.elapsed() < patience) {
-        QElapsedTimer pause;
-        pause.start();
-        while (!seen.isClosed && pause.elapsed() < std::min(lookEvery, patience)) {
-            work.goOn();
-            seen.isClosed =
-                subject.waitFor(5, [&] { return !instrument->isOpen() && !instrument->isBusy(); });
-        }
-        work.goOn();
+        seen.isClosed = subject.waitFor(std::min(lookEvery, patience), [&] {
+            return !instrument->isOpen() && !instrument->isBusy();
+        });
         seen.isListed = find(subject, record).has_value();
     }
     subject.settle();
@@ -111,6 +131,8 @@ Unplugging makeUnplugging(Subject &subject)
             subject.waitFor(std::min(lookEvery, patience), [] { return false; });
     }
     seen.isListedAgain = again.has_value();
+    // Of most instruments there can be one open device only.
+    instrument.close();
     if (again)
         reopen(subject, *again, &seen);
     return seen;

@@ -8,7 +8,8 @@ namespace qel::conformance {
 /// What was seen when a person pulled the plug of the instrument, and put it in again.
 struct Unplugging
 {
-    /// What was being run all the time; DF_None when no run lasts, and the device was idle.
+    devices::DeviceInfo::Interface interface = devices::DeviceInfo::UnknownInterface;
+    /// What was being run again and again; DF_None when no run lasts, and the device was idle.
     devices::Device::DeviceFeature feature = devices::Device::DF_None;
     /// The events since the start of the last of these runs.
     QVector<Event> events;

@@ -80,17 +80,12 @@ int runWorker(int argc, char **argv)
     std::optional<bool> reply;
     QSocketNotifier parent(link.descriptor(), QSocketNotifier::Read);
     std::unique_ptr<Subject> subject;
-    const auto ask = [&](const QString &text, const std::function<void()> &meanwhile) {
-        const int moment = 5;
+    const auto ask = [&](const QString &text) {
         reply.reset();
         answer({{keyAsk, text}});
         // Persons take their time, and the instrument goes on meanwhile.
-        while (!reply) {
-            if (meanwhile)
-                meanwhile();
-            subject->waitFor(meanwhile ? moment : assignment.limits.silent,
-                             [&] { return reply.has_value(); });
-        }
+        while (!reply)
+            subject->waitFor(assignment.limits.silent, [&] { return reply.has_value(); });
         return *reply;
     };
     const auto reserve = [&](const QString &instrument) {

@@ -43,7 +43,10 @@ static Request requestFor(const QString &plugin)
     request.answers = Answers::Confirm;
     request.limits = shortLimits();
     // The hands at the bench of the good driver.
-    request.isGuided = plugin == QLatin1String("good") || plugin.startsWith(QLatin1String("14"));
+    const QStringList guided{QStringLiteral("good"), QStringLiteral("14"), QStringLiteral("0-")};
+    request.isGuided = std::any_of(guided.cbegin(), guided.cend(), [&](const QString &beginning) {
+        return plugin.startsWith(beginning);
+    });
     request.ask = [plugin](const QString &sentence) {
         const bool isPlate = sentence.contains(QStringLiteral("plate"));
         QFile done(QStringLiteral("%1/%2.%3")

@@ -1432,6 +1432,19 @@ struct NoticesNothing : GoodDevice
     void unplugged() override
     {
         if (const DeviceFeature feature = stopWork())
+            refuse(feature, ERROR_DEVICE_CANT_WRITE, {});
+    }
+};
+
+// Good, where nothing but silence tells that the instrument is gone.
+struct HearsNothing : GoodDevice
+{
+    using GoodDevice::GoodDevice;
+    void unplugged() override
+    {
+        const DeviceFeature feature = stopWork();
+        setBusy(false);
+        if (feature != DF_None)
             refuse(feature, ERROR_DEVICE_TIMEOUT, {});
     }
 };
@@ -1515,6 +1528,7 @@ std::shared_ptr<DeviceDriver> makeDriverOf()
 
 // The build makes a plugin of each.
 static const Mutant mutants[] = {
+    {"0-hears-nothing", makeDriverOf<HearsNothing>},
     {"0-slow-close", makeDriverOf<SlowClose>},
     {"104-no-driver", makeDriver<GoodDriver>},
     {"105-registers-once", makeDriver<GoodDriver>},
