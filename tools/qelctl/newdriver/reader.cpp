@@ -101,7 +101,12 @@ void Reader::startRun(DeviceFeature feature, const QVariantHash &configuration)
     switch (feature) {
     case DF_AmbientTemperature:
         ask("TEMP?", "TEMP", [this](const QByteArrayList &words) {
-            finish(words.value(1).toDouble());
+            bool ok = false;
+            const double temperature = words.value(1).toDouble(&ok);
+            if (ok)
+                finish(temperature);
+            else // never a number that nobody has measured
+                giveUp(ERROR_DEVICE_CANT_WRITE, "@name@-garbled");
             return true;
         });
         break;
