@@ -133,9 +133,13 @@ class Check(ToolTest):
         self.assertIn(f"another check is at work with the instrument, process {first.pid} ", output)
         self.assertIn("1 rules hold", output)
         self.run_tool(*second, "--device", "G-2")
+        soak = ["check", "--soak", "1s", PLUGINS / "good.so"]
+        _, errors = self.run_tool(*soak, code=9)
+        self.assertIn("another check", errors)
         first.send_signal(2)
         first.wait(PATIENCE)
         self.run_tool(*second)
+        self.run_tool(*soak)
 
     def test_interrupted(self):
         """Whoever holds the instrument lets go of it and ends, too."""
