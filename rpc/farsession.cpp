@@ -21,9 +21,10 @@ constexpr std::chrono::milliseconds longestPause = 5s;
 // The far side keeps what it does not know to have arrived.
 constexpr quint64 longestSilence = 64; // events
 
-FarSession::FarSession(wire::Record record, Link *link)
+FarSession::FarSession(wire::Record record, Link *link, bool observes)
     : m_record(std::move(record))
     , m_link(link)
+    , m_observes(observes)
     , m_nextPause(firstPause)
 {
     for (QTimer *timer : {&m_deadline, &m_grace, &m_retry})
@@ -75,7 +76,13 @@ bool FarSession::attach()
     *attach->mutable_record() = m_record;
     attach->set_session(m_secret);
     // Where nothing can have happened there yet, a new session does as well.
-    attach->set_again(m_heard > 0 || (m_grace.isActive() && isWaitingFor(wire::Command::kExecute)));
+    attach->set_observe(m_observes);
+    attach->set_again(
+        !m_observes
+        && (m_heard > 0 || (m_grace.isActive() && isWaitingFor(wire::Command::kExecute))));
+    // The events of another session count from 1 again.
+    if (m_observes)
+        m_heard = 0;
     transmit(std::move(command));
     m_attachAge.start();
     expectAnswer();

@@ -25,7 +25,8 @@ class FarSession : public QObject
 public:
     /// @param record the instrument, as the far side knows it
     /// @param link the connection, which may die before the session
-    FarSession(wire::Record record, Link *link);
+    /// @param observes only hears what the instrument does for whoever has it open
+    FarSession(wire::Record record, Link *link, bool observes = false);
     /// Leaves; the far device goes.
     ~FarSession() override;
 
@@ -67,6 +68,7 @@ private:
 
     const wire::Record m_record;
     const QPointer<Link> m_link;
+    const bool m_observes;
     std::string m_secret; // empty where the session ends with its stream
     std::shared_ptr<DriveClient> m_stream;
     bool m_isAttached = false; // over the present stream

@@ -30,6 +30,19 @@ public:
 
     /// Why `peer` is not let in, as a sentence; empty when it is. Asked with every command.
     virtual QString refusal(const QString &peer) = 0;
+    /// Why `peer` may have no more streams, as a sentence; when it may, it has one until leave().
+    virtual QString enter(const QString &)
+    {
+        return {};
+    }
+    virtual void leave(const QString &) { }
+    /// Why `peer` may not make a call of that many bytes now, as a sentence; empty when it may.
+    virtual QString callRefusal(const QString &, quint64)
+    {
+        return {};
+    }
+    /// A peer begins to watch the instruments.
+    virtual void noteConnect(const QString &) { }
     /// Why `peer` may not execute `feature`, as a sentence; empty when it may.
     virtual QString executeRefusal(const QString &peer, devices::Device::DeviceFeature feature) = 0;
     /// Why `peer` may not open `info` with `session` now; with an empty text, it has it until

@@ -49,11 +49,11 @@ RemoteDevice::~RemoteDevice()
 }
 
 // Ends with a device that has a session, or with the error that says why it has none.
-bool RemoteDevice::connectFar()
+bool RemoteDevice::connectFar(bool observes)
 {
     if (m_session)
         return true;
-    auto session = std::make_unique<FarSession>(toWire(m_farInfo), m_link);
+    auto session = std::make_unique<FarSession>(toWire(m_farInfo), m_link, observes);
     if (!session->start()) {
         setError(ERROR_DEVICE_DISCONNECTED, QLatin1String(awayText));
         return false;
@@ -79,8 +79,31 @@ void RemoteDevice::confirmReceipt(quint64 number)
     m_session->call(std::move(command), QStringLiteral("executed()"));
 }
 
+void RemoteDevice::observe()
+{
+    if (!m_session)
+        m_isObserving = connectFar(true);
+}
+
+void RemoteDevice::stopObserving()
+{
+    if (!std::exchange(m_isObserving, false))
+        return;
+    m_session->disconnect(this);
+    m_session.release()->deleteLater();
+    const QPointer<RemoteDevice> self(this);
+    m_isFarBusy = false;
+    setBusy(false);
+    if (self)
+        setOpen(false);
+}
+
 bool RemoteDevice::open()
 {
+    const QPointer<RemoteDevice> self(this);
+    stopObserving();
+    if (!self)
+        return false;
     if (isOpen() && m_interruption == 0)
         return true;
     if (!connectFar())
@@ -94,6 +117,10 @@ bool RemoteDevice::open()
 
 void RemoteDevice::close()
 {
+    if (m_isObserving) {
+        stopObserving();
+        return;
+    }
     if (!m_session)
         return;
     m_isOpening = false;
@@ -104,7 +131,7 @@ void RemoteDevice::close()
 
 void RemoteDevice::update()
 {
-    if (!connectFar())
+    if (m_isObserving || !connectFar())
         return;
     wire::Command command;
     command.mutable_update();
@@ -113,7 +140,7 @@ void RemoteDevice::update()
 
 void RemoteDevice::reset()
 {
-    if (!m_session) {
+    if (!m_session || m_isObserving) {
         setError(NO_DEVICE_ERROR, QString());
         return;
     }
@@ -124,7 +151,7 @@ void RemoteDevice::reset()
 
 void RemoteDevice::executeImpl(DeviceFeature feature)
 {
-    if (!m_session) {
+    if (!m_session || m_isObserving) {
         emit executed(feature, false, QVariant());
         return;
     }
@@ -147,7 +174,7 @@ void RemoteDevice::executeImpl(DeviceFeature feature)
 
 void RemoteDevice::confirmActionImpl(int actionId)
 {
-    if (!m_session || !m_farActions.contains(actionId))
+    if (!m_session || m_isObserving || !m_farActions.contains(actionId))
         return;
     wire::Command command;
     command.set_confirm(m_farActions.value(actionId));
@@ -156,7 +183,7 @@ void RemoteDevice::confirmActionImpl(int actionId)
 
 void RemoteDevice::abortActionImpl(int actionId)
 {
-    if (!m_session || !m_farActions.contains(actionId))
+    if (!m_session || m_isObserving || !m_farActions.contains(actionId))
         return;
     wire::Command command;
     command.set_abort(m_farActions.value(actionId));
@@ -175,7 +202,7 @@ void RemoteDevice::sendConfiguration(DeviceFeature feature)
     const QString problem = fromWire(command.configuration().value().problem());
     if (!problem.isEmpty())
         m_unsendable.insert(feature, problem);
-    else if (m_session)
+    else if (m_session && !m_isObserving)
         m_session->call(std::move(command), QStringLiteral("setConfiguration()"));
 }
 
@@ -183,7 +210,8 @@ void RemoteDevice::sendConfiguration(DeviceFeature feature)
 void RemoteDevice::lose(const QString &infoTrId)
 {
     const QPointer<RemoteDevice> self(this);
-    const bool wasUsed = isOpen() || isBusy() || m_isOpening;
+    const bool wasUsed = isOpen() || isBusy() || m_isOpening || m_isObserving;
+    m_isObserving = false;
     // It has just said so itself.
     m_session.release()->deleteLater();
     m_interruption = 0;

@@ -34,6 +34,10 @@ public:
     RemoteDevice(const devices::DeviceInfo &info, const devices::DeviceInfo &farInfo, Link *link);
     ~RemoteDevice() override;
 
+    /// From now on it shows what the instrument does for whoever has opened it there, until it is
+    /// opened or closed here. Nobody is kept from opening it.
+    Q_INVOKABLE void observe();
+
     bool open() override;
     void close() override;
     void update() override;
@@ -45,7 +49,8 @@ protected:
     void abortActionImpl(int actionId) override;
 
 private:
-    bool connectFar();
+    bool connectFar(bool observes = false);
+    void stopObserving();
     void confirmReceipt(quint64 number);
     void sendConfiguration(DeviceFeature feature);
     void lose(const QString &infoTrId);
@@ -68,7 +73,8 @@ private:
     const devices::DeviceInfo m_farInfo;
     const QPointer<Link> m_link;
     std::unique_ptr<FarSession> m_session; // null while there is none
-    bool m_isOpening = false;              // open() was called, and nothing has come of it yet
+    bool m_isObserving = false;
+    bool m_isOpening = false; // open() was called, and nothing has come of it yet
     bool m_isFarBusy = false;
     QSet<int> m_farFeatures;
     // The last close() or reset() that the far side has not carried out yet; 0 is none.

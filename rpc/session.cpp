@@ -27,16 +27,21 @@ Session::Session(std::shared_ptr<DriveServer> stream, QString peer, DeviceServer
     , m_gate(server->gate())
     , m_peer(std::move(peer))
     , m_stream(std::move(stream))
+    , m_hasEntered(!m_gate || m_gate->enter(m_peer).isEmpty())
 {
     connect(server, &DeviceServer::peersChecked, this, &Session::isLetIn);
     m_grace.setSingleShot(true);
     connect(&m_grace, &QTimer::timeout, this, &Session::abandon);
     connect(&m_ladder, &QTimer::timeout, this, &Session::climb);
     m_stream->attach(this, [this] { read(); });
+    if (!m_hasEntered)
+        refuse(grpc::StatusCode::RESOURCE_EXHAUSTED, QStringLiteral("too many devices at a time"));
 }
 
 Session::~Session()
 {
+    if (m_gate && m_hasEntered)
+        m_gate->leave(m_peer);
     for (const QString &name : qAsConst(m_keptResults))
         m_gate->noteKept(m_peer, name);
     release();
@@ -59,7 +64,7 @@ void Session::read()
     while (!m_pending.empty()) {
         const wire::Command command = std::move(m_pending.front());
         m_pending.pop_front();
-        if (!isLetIn())
+        if (!m_hasEntered || !isLetIn() || !mayCall(command))
             break;
         hear(command);
         // A driver may run an event loop of its own, in which the peer goes on or goes away.
@@ -73,6 +78,13 @@ void Session::read()
 
 void Session::hear(const wire::Command &command)
 {
+    if (m_isObserver) {
+        m_hasLeft = command.what_case() == wire::Command::kLeave;
+        if (!m_hasLeft && command.number() != 0)
+            refuse(grpc::StatusCode::PERMISSION_DENIED,
+                   QStringLiteral("who observes cannot operate"));
+        return;
+    }
     if (!m_device) {
         if (m_stream)
             attach(command.attach(), command.heard());
@@ -103,11 +115,26 @@ bool Session::isLetIn()
     return refusal.isEmpty();
 }
 
+bool Session::mayCall(const wire::Command &command)
+{
+    const QString refusal =
+        m_gate ? m_gate->callRefusal(m_peer, command.ByteSizeLong()) : QString();
+    if (!refusal.isEmpty())
+        refuse(grpc::StatusCode::RESOURCE_EXHAUSTED, refusal);
+    return refusal.isEmpty();
+}
+
 void Session::attach(const wire::Attach &attach, quint64 heard)
 {
     const QString problem = mismatch(attach.hello());
     if (!problem.isEmpty()) {
         refuse(grpc::StatusCode::FAILED_PRECONDITION, problem);
+        return;
+    }
+    const DeviceInfo info = fromWire(attach.record());
+    m_instrument = info.driver() + QLatin1Char('/') + info.location();
+    if (attach.observe()) {
+        observe(info);
         return;
     }
     if (Session *const session = former(attach)) {
@@ -120,8 +147,7 @@ void Session::attach(const wire::Attach &attach, quint64 heard)
         refuse(grpc::StatusCode::NOT_FOUND, QStringLiteral("the session is over"));
         return;
     }
-    const DeviceInfo info = fromWire(attach.record());
-    clearTheWay(info);
+    clearTheWay();
     m_device.reset(DeviceBroker::createDevice(info));
     if (!m_device) {
         refuse(grpc::StatusCode::NOT_FOUND,
@@ -151,17 +177,55 @@ void Session::writePlugin(wire::State *state) const
     plugin->set_version(toWire(text("version")));
 }
 
+void Session::observe(const DeviceInfo &info)
+{
+    m_isObserver = true;
+    wire::Event state;
+    *state.mutable_state()->mutable_hello() = hello();
+    state.mutable_state()->set_name(toWire(info.name()));
+    state.mutable_state()->set_serial(toWire(info.serial()));
+    const auto others = sharers();
+    for (const Session *session : others) {
+        if (session->m_isOperator)
+            state = session->m_events->state();
+    }
+    send(std::move(state));
+}
+
+void Session::tellObservers(const wire::Event &event) const
+{
+    if (!m_isOperator)
+        return;
+    const auto others = sharers();
+    for (Session *session : others) {
+        if (session->m_isObserver && session->m_stream)
+            session->send(event, event.has_transient() ? event.transient().feature() + 1 : 0);
+    }
+}
+
+// The other sessions on the same instrument.
+QList<Session *> Session::sharers() const
+{
+    QList<Session *> others;
+    const auto siblings = parent()->children();
+    for (QObject *sibling : siblings) {
+        auto *session = dynamic_cast<Session *>(sibling);
+        if (session && session != this && !m_instrument.isEmpty()
+            && session->m_instrument == m_instrument)
+            others.append(session);
+    }
+    return others;
+}
+
 // The session that a peer attaches to again.
 Session *Session::former(const wire::Attach &attach) const
 {
     const QString secret = fromWire(attach.session());
     if (secret.isEmpty())
         return nullptr;
-    const auto siblings = parent()->children();
-    for (QObject *sibling : siblings) {
-        auto *session = dynamic_cast<Session *>(sibling);
-        if (session && session->m_secret == secret && session->m_peer == m_peer
-            && !session->m_isAbandoned)
+    const auto others = sharers();
+    for (Session *session : others) {
+        if (session->m_secret == secret && session->m_peer == m_peer && !session->m_isAbandoned)
             return session;
     }
     return nullptr;
@@ -184,15 +248,11 @@ void Session::resume(std::shared_ptr<DriveServer> stream, quint64 heard)
 
 // A peer that deletes a device and at once creates another on the same instrument finds it free,
 // and so does one that was started again after a crash.
-void Session::clearTheWay(const DeviceInfo &info)
+void Session::clearTheWay()
 {
-    const auto siblings = parent()->children();
-    for (QObject *sibling : siblings) {
-        auto *session = dynamic_cast<Session *>(sibling);
-        const bool isSame = session && session != this && session->m_device
-            && session->m_peer == m_peer && session->m_device->location() == info.location()
-            && session->m_device->driver() == info.driver();
-        if (!isSame || session->m_reading != 0)
+    const auto others = sharers();
+    for (Session *session : others) {
+        if (!session->m_device || session->m_peer != m_peer || session->m_reading != 0)
             continue;
         // It may be about to hear that the peer has left.
         const QPointer<Session> former(session);
@@ -267,8 +327,16 @@ void Session::refuse(grpc::StatusCode code, const QString &why)
 
 void Session::release()
 {
-    if (m_gate)
-        m_gate->release(this);
+    if (!m_gate)
+        return;
+    wire::Event idle;
+    idle.set_busy(false);
+    tellObservers(idle);
+    wire::Event closed;
+    closed.set_open(false);
+    tellObservers(closed);
+    m_isOperator = false;
+    m_gate->release(this);
 }
 
 // What open() returned, true for everything else.
@@ -319,6 +387,7 @@ bool Session::open()
         return m_device->open();
     const wire::Text text = m_gate->acquire(m_peer, this, m_device->deviceInfo());
     if (text.id().empty()) {
+        m_isOperator = true;
         const bool isAccepted = m_device->open();
         if (!isAccepted)
             release();
@@ -373,8 +442,12 @@ void Session::onSaid(const values::Event &said)
 {
     using Said = values::Event;
     wire::Event event = m_events->event(said);
-    if (said.kind == Said::Executed)
-        event.mutable_executed()->set_number(keep(said));
+    const quint64 kept = said.kind == Said::Executed ? keep(said) : 0;
+    // They cannot answer a request.
+    if (event.what_case() != wire::Event::WHAT_NOT_SET && !event.has_action())
+        tellObservers(event);
+    if (kept != 0)
+        event.mutable_executed()->set_number(kept);
     // The peer has said so itself.
     const bool isEcho = said.kind == Said::ConfigurationChanged && m_isConfiguring;
     if (event.what_case() != wire::Event::WHAT_NOT_SET && !isEcho)

@@ -39,16 +39,22 @@ private:
     void read();
     void hear(const wire::Command &command);
     bool isLetIn();
+    bool mayCall(const wire::Command &command);
     void attach(const wire::Attach &attach, quint64 heard);
     void writePlugin(wire::State *state) const;
+    QList<Session *> sharers() const;
     Session *former(const wire::Attach &attach) const;
     void resume(std::shared_ptr<DriveServer> stream, quint64 heard);
-    void clearTheWay(const devices::DeviceInfo &info);
+    void clearTheWay();
     void loseStream();
     void abandon();
     void climb();
     void refuse(grpc::StatusCode code, const QString &why);
     void release();
+
+    // Who only hears what another peer has the device do
+    void observe(const devices::DeviceInfo &info);
+    void tellObservers(const wire::Event &event) const;
 
     // What the peer wants
     bool call(const wire::Command &command);
@@ -67,6 +73,10 @@ private:
     Gate *const m_gate;
     const QString m_peer;
     std::shared_ptr<DriveServer> m_stream; // null while the peer is away
+    const bool m_hasEntered;
+    QString m_instrument; // the driver and the location
+    bool m_isObserver = false;
+    bool m_isOperator = false; // has the instrument to itself
     std::unique_ptr<devices::Device> m_device;
     std::optional<DeviceEvents> m_events;
     ToldTexts m_texts;

@@ -27,10 +27,16 @@ Watcher::Watcher(std::shared_ptr<WatchServer> stream, QString peer, DeviceServer
     });
     connect(server, &DeviceServer::peersChecked, this, &Watcher::isLetIn);
     m_stream->attach(this, [this] { read(); });
+    const QString refusal = server->gate() ? server->gate()->enter(m_peer) : QString();
+    m_hasEntered = refusal.isEmpty();
+    if (!m_hasEntered)
+        m_stream->finish({grpc::StatusCode::RESOURCE_EXHAUSTED, toWire(refusal)});
 }
 
 Watcher::~Watcher()
 {
+    if (m_server->gate() && m_hasEntered)
+        m_server->gate()->leave(m_peer);
     m_stream->detach();
     m_stream->finish(grpc::Status::OK);
 }
@@ -65,12 +71,20 @@ bool Watcher::isLetIn()
 
 bool Watcher::accept(const wire::Ask &ask)
 {
-    if (!isLetIn())
+    if (!m_hasEntered || !isLetIn())
         return false;
+    Gate *const gate = m_server->gate();
+    const QString refusal = gate ? gate->callRefusal(m_peer, ask.ByteSizeLong()) : QString();
+    if (!refusal.isEmpty()) {
+        m_stream->finish({grpc::StatusCode::RESOURCE_EXHAUSTED, toWire(refusal)});
+        return false;
+    }
     if (m_isKnown)
         return true;
     const QString problem = mismatch(ask.hello());
     m_isKnown = problem.isEmpty();
+    if (m_isKnown && gate)
+        gate->noteConnect(m_peer);
     if (!m_isKnown)
         m_stream->finish({grpc::StatusCode::FAILED_PRECONDITION, toWire(problem)});
     return m_isKnown;

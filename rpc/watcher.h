@@ -26,6 +26,7 @@ private:
     DeviceServer *const m_server;
     const QString m_peer;
     std::shared_ptr<WatchServer> m_stream;
+    bool m_hasEntered = false;
     bool m_isKnown = false;
     bool m_isIntroduced = false;
 };

@@ -11,7 +11,7 @@ namespace qel::server {
 
 /// What a client may do; each may do what the one before may.
 enum class Role {
-    Observe, ///< see which instruments there are
+    Observe, ///< see which instruments there are and what they do
     Operate, ///< open and run them
     Service, ///< give them new firmware
 };

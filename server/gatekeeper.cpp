@@ -14,6 +14,11 @@ using devices::Device;
 using devices::DeviceInfo;
 using rpc::toWire;
 
+// For one client. What an application does is far below.
+constexpr int maximumStreams = 256;
+constexpr int maximumCalls = 5000;                 // a second
+constexpr quint64 maximumBytes = 64 * 1024 * 1024; // a second
+
 void audit(bool logsJson, const QString &event, const QList<QPair<QString, QString>> &details)
 {
     QByteArray line;
@@ -58,6 +63,55 @@ QString Gatekeeper::refusal(const QString &peer)
         audit(m_logsJson, QStringLiteral("refused"),
               {{QStringLiteral("client"), nameOf(peer)}, {QStringLiteral("why"), why}});
     return why;
+}
+
+QString Gatekeeper::enter(const QString &peer)
+{
+    Use &use = m_uses[peer];
+    if (peer.isEmpty() || use.streams < maximumStreams) {
+        ++use.streams;
+        return {};
+    }
+    const QString why =
+        QStringLiteral("there are %1 sessions already, the most there may be").arg(maximumStreams);
+    audit(m_logsJson, QStringLiteral("limit"),
+          {{QStringLiteral("client"), nameOf(peer)}, {QStringLiteral("why"), why}});
+    return why;
+}
+
+void Gatekeeper::leave(const QString &peer)
+{
+    if (--m_uses[peer].streams == 0)
+        m_uses.remove(peer);
+}
+
+QString Gatekeeper::callRefusal(const QString &peer, quint64 bytes)
+{
+    if (peer.isEmpty())
+        return {};
+    Use &use = m_uses[peer];
+    if (!use.second.isValid() || use.second.elapsed() >= 1000) {
+        use.second.start();
+        use.calls = 0;
+        use.bytes = 0;
+        use.isTold = false;
+    }
+    ++use.calls;
+    use.bytes += bytes;
+    if (use.calls <= maximumCalls && use.bytes <= maximumBytes)
+        return {};
+    const QString why = use.calls > maximumCalls
+        ? QStringLiteral("more than %1 calls in a second").arg(maximumCalls)
+        : QStringLiteral("more than %1 bytes in a second").arg(maximumBytes);
+    if (!std::exchange(use.isTold, true))
+        audit(m_logsJson, QStringLiteral("limit"),
+              {{QStringLiteral("client"), nameOf(peer)}, {QStringLiteral("why"), why}});
+    return why;
+}
+
+void Gatekeeper::noteConnect(const QString &peer)
+{
+    audit(m_logsJson, QStringLiteral("connect"), {{QStringLiteral("client"), nameOf(peer)}});
 }
 
 QString Gatekeeper::executeRefusal(const QString &peer, Device::DeviceFeature feature)

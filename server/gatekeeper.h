@@ -6,6 +6,7 @@
 
 #include <gate.h>
 
+#include <QtCore/QElapsedTimer>
 #include <QtCore/QHash>
 
 namespace qel::server {
@@ -14,7 +15,7 @@ namespace qel::server {
 void audit(bool logsJson, const QString &event, const QList<QPair<QString, QString>> &details = {});
 
 /// Lets in who was invited, as far as the role goes, and gives each instrument to one operator at a
-/// time. Local users are let in by the permissions of the socket.
+/// time. Local users are let in by the permissions of the socket, and without limits.
 class Gatekeeper : public rpc::Gate
 {
 public:
@@ -22,6 +23,10 @@ public:
     Gatekeeper(const Clients *clients, QString results, bool logsJson);
 
     QString refusal(const QString &peer) override;
+    QString enter(const QString &peer) override;
+    void leave(const QString &peer) override;
+    QString callRefusal(const QString &peer, quint64 bytes) override;
+    void noteConnect(const QString &peer) override;
     QString executeRefusal(const QString &peer, devices::Device::DeviceFeature feature) override;
     rpc::wire::Text acquire(const QString &peer, const void *session,
                             const devices::DeviceInfo &info) override;
@@ -45,6 +50,16 @@ private:
         QDateTime since;
     };
 
+    // What a client uses.
+    struct Use
+    {
+        int streams = 0;
+        QElapsedTimer second; // in which these are counted
+        int calls = 0;
+        quint64 bytes = 0;
+        bool isTold = false; // that it was too much in this second
+    };
+
     QString nameOf(const QString &peer) const;
     void auditRun(const QString &event, const QString &peer, const devices::Device &device,
                   const rpc::FarRun &run, const QString &outcome) const;
@@ -53,6 +68,7 @@ private:
     Spool m_spool;
     const bool m_logsJson;
     QHash<const void *, Lease> m_leases;
+    QHash<QString, Use> m_uses; // by peer
 };
 
 } // namespace qel::server

@@ -216,8 +216,12 @@ Device *Driver::createDevice(const DeviceInfo &info)
         const auto instruments = server->link()->instruments();
         for (const DeviceInfo &far : instruments) {
             const DeviceInfo known = nearInfo(*server, far);
-            if (known.location() == info.location() && known.serial() == info.serial())
-                return new rpc::RemoteDevice(info, far, server->link());
+            if (known.location() == info.location() && known.serial() == info.serial()) {
+                auto *device = new rpc::RemoteDevice(info, far, server->link());
+                // See RemoteDevice::observe().
+                device->setProperty("observable", true);
+                return device;
+            }
         }
     }
     return nullptr;

@@ -114,6 +114,22 @@ class ServerTest(ServerCase):
         refused = self.tool("olga", "run", "A-1", "orientation")
         self.assertEqual(refused.returncode, 4)
         self.assertIn("observe", refused.stderr)
+        # But they see what others do, and keep nobody from it.
+        self.connect("anna")
+        command, environment = self.command("olga", "watch", "A-1")
+        with subprocess.Popen(command, env=environment, text=True, stdout=subprocess.PIPE) as watch:
+            try:
+                run = self.tool("anna", "run", "A-1", "absorbance-measurement", "--format", "json")
+                self.assertEqual(run.returncode, 0, run.stderr)
+                seen = []
+                while not seen or seen[-1]["signal"] != "executed":
+                    seen.append(json.loads(watch.stdout.readline()))
+                self.assertEqual(seen[-1]["result"], json.loads(run.stdout)["result"])
+                self.assertIn("transientValue", [one["signal"] for one in seen])
+            finally:
+                watch.kill()
+        self.assertNotRegex(self.log.read_text(), "lease client='olga'")
+        self.await_log("connect client='olga'")
 
     def test_revoked(self):
         self.start()

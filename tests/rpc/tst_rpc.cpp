@@ -170,6 +170,17 @@ public:
         return results.contains(name) ? QByteArray(R"({"name": "x", "result": 1})") : QByteArray();
     }
 
+    QString enter(const QString &) override
+    {
+        return --streams < 0 ? "too many" : QString();
+    }
+    QString callRefusal(const QString &, quint64) override
+    {
+        return --calls < 0 ? "too fast" : QString();
+    }
+
+    int streams = 1000000;
+    int calls = 1000000;
     QMap<QString, QVariant> results;
     QStringList left;
     int count = 0;
@@ -339,6 +350,9 @@ private slots:
     void keepsAResultUntilTheApplicationHasIt();
     void losesNothingWhereverTheConnectionIsCut();
     void endsARunWhosePeerStaysAway();
+    void showsObserversWhatOthersDo();
+    void endsSessionsBeyondTheLimits_data();
+    void endsSessionsBeyondTheLimits();
 
 private:
     bool open();
@@ -803,6 +817,75 @@ void tst_Rpc::endsARunWhosePeerStaysAway()
     QTRY_COMPARE_WITH_TIMEOUT(m_heard->results.size(), 1, patience);
     QCOMPARE(m_heard->take(),
              (QStringList{"busy 1", "open 0", "busy 0", "error 32777", "executed 9 0"}));
+    m_device.reset();
+}
+
+void tst_Rpc::showsObserversWhatOthersDo()
+{
+    OpenGate gate;
+    Line line(&gate);
+    useLine(&line);
+    RemoteDevice early(FarDriver::record(), FarDriver::record(), &line.link);
+    Heard heardEarly(&early);
+    early.observe();
+    QVERIFY(open());
+    far()->setBusy(true);
+    QTRY_VERIFY_WITH_TIMEOUT(early.isOpen() && early.isBusy(), patience);
+    QCOMPARE(early.descriptor(other), m_device->descriptor(other));
+
+    RemoteDevice late(FarDriver::record(), FarDriver::record(), &line.link);
+    Heard heardLate(&late);
+    late.observe();
+    QTRY_VERIFY_WITH_TIMEOUT(late.isOpen() && late.isBusy() && late.hasFeature(other), patience);
+    // It comes back by itself, too.
+    line.relay->cut();
+    far()->setName("Other");
+    QTRY_VERIFY_WITH_TIMEOUT(early.name() == "Other" && late.name() == "Other", patience);
+    QTest::qWait(20);
+    heardEarly.take();
+    late.setConfiguration(feature, 3);
+    late.execute(feature);
+    late.reset();
+    emit far()->transientValue(feature, 1);
+    far()->emitActionRequired("far-text");
+    far()->setBusy(false);
+    emit far()->executed(feature, true, 5);
+    QTRY_COMPARE_WITH_TIMEOUT(heardLate.results, (QVariantList{QVariant(), 5}), patience);
+    QTRY_COMPARE_WITH_TIMEOUT(heardEarly.results, QVariantList{5}, patience);
+    QCOMPARE(heardEarly.take(), (QStringList{"transient 1", "busy 0", "executed 9 1"}));
+    QVERIFY(far()->calls.isEmpty());
+
+    // Who operates afterwards is seen, and so is who has stopped.
+    late.close();
+    QVERIFY(!late.isOpen());
+    m_device.reset();
+    QTRY_VERIFY_WITH_TIMEOUT(!early.isOpen(), patience);
+    QVERIFY(late.open());
+    QTRY_VERIFY_WITH_TIMEOUT(late.isOpen() && early.isOpen(), patience);
+    QVERIFY(gate.left.size() <= 1);
+}
+
+void tst_Rpc::endsSessionsBeyondTheLimits_data()
+{
+    QTest::addColumn<int>("streams");
+    QTest::addColumn<int>("calls");
+    QTest::newRow("streams") << 0 << 1000;
+    QTest::newRow("calls") << 1000 << 2;
+}
+
+void tst_Rpc::endsSessionsBeyondTheLimits()
+{
+    OpenGate gate;
+    Line line(&gate);
+    useLine(&line);
+    QFETCH(int, streams);
+    QFETCH(int, calls);
+    gate.streams = streams;
+    gate.calls = calls;
+    m_device->open();
+    m_device->update();
+    QTRY_COMPARE_WITH_TIMEOUT(m_device->errorCode(), int(ERROR_DEVICE_DISCONNECTED), patience);
+    QTRY_VERIFY_WITH_TIMEOUT(!far(), patience);
     m_device.reset();
 }
 

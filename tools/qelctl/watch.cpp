@@ -10,6 +10,8 @@
 #include <qelvalues/names.h>
 #include <qelvalues/observer.h>
 
+#include <qeldevices/deviceerrors.h>
+
 #include <QtCore/QCoreApplication>
 #include <QtCore/QDateTime>
 #include <QtCore/QJsonObject>
@@ -112,12 +114,23 @@ int watchDevice(Device *device, Interrupt *interrupt)
                      [] { QCoreApplication::exit(Interrupted); });
     QObject::connect(&reader, &ReaderWatch::gone, &scope,
                      [] { QCoreApplication::exit(fail(CannotWrite, text("qelctl-reader-gone"))); });
-    QObject::connect(device, &Device::openChanged, &scope, [device](bool open) {
-        if (!open) {
-            QCoreApplication::exit(
-                fail(DeviceFailed, text("qelctl-watch-closed", titleOf(device->deviceInfo()))));
-        }
+    const auto end = [device] {
+        QCoreApplication::exit(
+            fail(DeviceFailed, text("qelctl-watch-closed", titleOf(device->deviceInfo()))));
+    };
+    const bool isObserved = device->property("observable").toBool();
+    QObject::connect(device, &Device::openChanged, &scope, [end, isObserved](bool open) {
+        if (!open && !isObserved)
+            end();
     });
+    QObject::connect(device, &Device::errorChanged, &scope, [device, end, isObserved] {
+        if (isObserved && device->errorCode() == qel::devices::ERROR_DEVICE_DISCONNECTED)
+            end();
+    });
+    if (isObserved && !QMetaObject::invokeMethod(device, "observe"))
+        return DriverFailed;
+    if (isObserved && device->errorCode() != 0)
+        return DeviceFailed;
     return QCoreApplication::exec();
 }
 
@@ -134,6 +147,10 @@ int run(const QStringList &arguments)
 
     Interrupt interrupt;
     Watcher watcher(device.get());
+    // What stands elsewhere is watched without keeping anybody from it.
+    if (device->property("observable").toBool()) {
+        return watchDevice(device.get(), &interrupt);
+    }
     int code = openTarget(device.get(), &interrupt, [&] { return watcher.state() != Done; });
     if (watcher.state() != Done)
         code = watcher.state();
