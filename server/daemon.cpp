@@ -53,6 +53,7 @@ bool Daemon::listenLocally(QString *problem)
     const mode_t mask = ::umask(m_settings.isForGroup ? 0007 : 0077);
     QDir().mkpath(folder);
     QFile::remove(m_settings.socket);
+    ::umask(m_settings.isForGroup ? 0117 : 0177);
     const bool isListening =
         m_server.listen(rpc::toWire(QStringLiteral("unix:") + m_settings.socket),
                         grpc::InsecureServerCredentials());

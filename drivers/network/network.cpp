@@ -240,6 +240,21 @@ QVariantList Driver::servers() const
     return all;
 }
 
+// Stores the connection as it was read, and uses it.
+static QStringList store(const Connection &connection, const QByteArray &content)
+{
+    QSaveFile stored(Network::fileOf(connection.name));
+    const bool isStored = QDir().mkpath(connectionFolder()) && stored.open(QIODevice::WriteOnly)
+        && stored.setPermissions(QFile::ReadOwner | QFile::WriteOwner) && stored.write(content) >= 0
+        && stored.commit();
+    if (!isStored)
+        return {QString(),
+                QStringLiteral("'%1' cannot be written: %2")
+                    .arg(stored.fileName(), stored.errorString())};
+    Network::instance()->add(connection);
+    return {connection.name};
+}
+
 QStringList Driver::addConnection(const QString &fileName)
 {
     QString problem;
@@ -247,17 +262,25 @@ QStringList Driver::addConnection(const QString &fileName)
     if (!connection)
         return {QString(), problem};
     QFile file(fileName);
-    QSaveFile stored(Network::fileOf(connection->name));
-    const bool isStored = QDir().mkpath(connectionFolder()) && file.open(QIODevice::ReadOnly)
-        && stored.open(QIODevice::WriteOnly)
-        && stored.setPermissions(QFile::ReadOwner | QFile::WriteOwner)
-        && stored.write(file.readAll()) >= 0 && stored.commit();
-    if (!isStored)
+    if (!file.open(QIODevice::ReadOnly))
+        return {QString(), QStringLiteral("'%1': %2").arg(fileName, file.errorString())};
+    return store(*connection, file.readAll());
+}
+
+QStringList Driver::addLocalServer()
+{
+    const QString own = QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation)
+        + QStringLiteral("/qeldevices/socket");
+    const QString system = QStringLiteral("/run/qeldevicesd/socket");
+    if (!QFile::exists(own) && !QFile::exists(system))
         return {QString(),
-                QStringLiteral("'%1' cannot be written: %2")
-                    .arg(stored.fileName(), stored.errorString())};
-    Network::instance()->add(*connection);
-    return {connection->name};
+                QStringLiteral("no server runs on this machine: there is neither '%1' nor '%2'")
+                    .arg(own, system)};
+    const QString address = QStringLiteral("unix:") + (QFile::exists(own) ? own : system);
+    const QJsonObject object{{QStringLiteral("format"), QStringLiteral("qeldevices-connection")},
+                             {QStringLiteral("server"), QStringLiteral("local")},
+                             {QStringLiteral("address"), address}};
+    return store({QStringLiteral("local"), address, {}, {}, {}}, QJsonDocument(object).toJson());
 }
 
 QVariantList Driver::keptResults(const QString &server, const QString &name)

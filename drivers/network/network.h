@@ -89,6 +89,8 @@ public:
     /// Stores the connection in `fileName` and uses it from now on. Returns the server's name, or a
     /// list of nothing and a sentence.
     Q_INVOKABLE QStringList addConnection(const QString &fileName);
+    /// The same with the server of this machine: the user's own, or that of the system.
+    Q_INVOKABLE QStringList addLocalServer();
     /// What the servers keep of runs whose results have reached nobody: one map for each, with the
     /// texts "server", "name" and "problem" and the "document" as JSON. Without a `name`, of all
     /// results of all servers, the documents without the results themselves.

@@ -116,7 +116,7 @@ class ServerCase(unittest.TestCase):
     def start(self, *options):
         with self.log.open("a") as log:
             self.server = subprocess.Popen(
-                [SERVER, "--state", str(self.state), "--socket", str(self.folder / "run" / "socket"),
+                [SERVER, "--state", str(self.state), "--socket", str(self.folder / "run" / "qeldevices" / "socket"),
                  "--plugins", SERVER_PLUGINS, "--listen", f"127.0.0.1:{self.port}", *options],
                 env=self.server_environment, stderr=log)
         self.addCleanup(self.stop)
@@ -147,7 +147,8 @@ class ServerCase(unittest.TestCase):
         home = self.folder / user
         home.mkdir(exist_ok=True)
         return ([QELCTL, "--plugins", CLIENT_PLUGINS, "--lang", "en", *arguments],
-                {**os.environ, "XDG_CONFIG_HOME": str(home), "QELDEVICES_SIMULATOR": "/dev/null"})
+                {**os.environ, "XDG_CONFIG_HOME": str(home), "XDG_RUNTIME_DIR": str(self.folder / "run"),
+                 "QELDEVICES_SIMULATOR": "/dev/null"})
 
     def tool(self, user, *arguments):
         command, environment = self.command(user, *arguments)

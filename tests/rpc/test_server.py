@@ -62,10 +62,29 @@ class ServerTest(ServerCase):
         files = [self.state / name for name in
                  ("authority.key", "authority.pem", "server.key", "server.pem", "clients.json")]
         files += (self.folder / "anna").rglob("*.json")
-        files.append(self.folder / "run" / "socket")
+        files.append(self.folder / "run" / "qeldevices" / "socket")
         self.assertEqual(len(files), 7)
         for file in files:
             self.assertEqual(stat.S_IMODE(file.stat().st_mode) & 0o077, 0, file)
+
+    def test_local_user(self):
+        """Needs no invitation, and is let in by the permissions of the socket only."""
+        missing = self.tool("anna", "connect", "--local")
+        self.assertEqual(missing.returncode, 1)
+        self.assertIn("no server runs on this machine", missing.stderr.replace("No ", "no "))
+        self.start()
+        self.assertEqual(stat.S_IMODE((self.folder / "run/qeldevices/socket").stat().st_mode),
+                         0o600)
+        end = time.monotonic() + PATIENCE
+        while "Network/local/simulator/bench-1" not in (
+                connected := self.tool("anna", "connect", "--local")).stdout:
+            self.assertLess(time.monotonic(), end, connected.stderr)
+        run = self.tool("anna", "run", "A-1", "absorbance-measurement", "--format", "json")
+        self.assertEqual(run.returncode, 0, run.stderr)
+        self.check_plugin(json.loads(run.stdout))
+        self.assertIn("client='local'", self.log.read_text())
+        # Nobody listens on the network for that.
+        self.assertNotIn(str(self.port), self.log.read_text())
 
     def test_one_operator_at_a_time(self):
         self.furnish(time_scale=4)

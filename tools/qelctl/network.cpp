@@ -83,15 +83,21 @@ int runConnect(const QStringList &arguments)
 {
     CommandLine line(connectCommand);
     line.addArgument(QStringLiteral("FILE"), "qelctl-argument-invitation");
-    if (const auto ended = line.parse(arguments, 1, 1))
+    line.addOption({QStringLiteral("local")}, "qelctl-connect-option-local");
+    // Either of them.
+    const int files = arguments.contains(QStringLiteral("--local")) ? 0 : 1;
+    if (const auto ended = line.parse(arguments, files, files))
         return *ended;
     QObject *driver = networkDriver();
     if (!driver)
         return RunFailed;
     QStringList answer;
-    QMetaObject::invokeMethod(
-        driver, "addConnection", Q_RETURN_ARG(QStringList, answer),
-        Q_ARG(QString, QFileInfo(line.positional().at(0)).absoluteFilePath()));
+    if (line.has(QStringLiteral("local")))
+        QMetaObject::invokeMethod(driver, "addLocalServer", Q_RETURN_ARG(QStringList, answer));
+    else
+        QMetaObject::invokeMethod(
+            driver, "addConnection", Q_RETURN_ARG(QStringList, answer),
+            Q_ARG(QString, QFileInfo(line.positional().at(0)).absoluteFilePath()));
     if (answer.value(0).isEmpty())
         return fail(RunFailed, answer.value(1));
     awaitServers(driver);

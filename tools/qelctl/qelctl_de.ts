@@ -775,6 +775,10 @@ Dann setzen Sie Ihr Protokoll dort ein, wo in den Quellen PROTOCOL steht.
         <source></source>
         <translation>Die Datei, die „qeldevicesd invite“ ausgegeben hat.</translation>
     </message>
+    <message id="qelctl-connect-option-local">
+        <source></source>
+        <translation>Verbindet mit dem Server dieses Rechners, der keine Einladung braucht.</translation>
+    </message>
     <message id="qelctl-argument-server">
         <source></source>
         <translation>Der Name des Servers, wie ihn „qelctl servers“ zeigt.</translation>

@@ -774,6 +774,10 @@ Then put your protocol where its sources say PROTOCOL.
         <source></source>
         <translation>The file that 'qeldevicesd invite' has printed.</translation>
     </message>
+    <message id="qelctl-connect-option-local">
+        <source></source>
+        <translation>Connect to the server of this machine, which needs no invitation.</translation>
+    </message>
     <message id="qelctl-argument-server">
         <source></source>
         <translation>The name of the server, as 'qelctl servers' shows it.</translation>
