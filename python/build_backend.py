@@ -4,6 +4,7 @@ import base64
 import hashlib
 import os
 import pathlib
+import shutil
 import subprocess
 import sys
 import sysconfig
@@ -50,6 +51,8 @@ def build_sdist(sdist_directory, config_settings=None):
 def _build(build, installed):
     source = os.path.dirname(os.path.abspath(__file__))
     os.environ.setdefault("CMAKE_BUILD_TYPE", "Release")
+    if shutil.which("ninja"):
+        os.environ.setdefault("CMAKE_GENERATOR", "Ninja")
     for command in (
             ["cmake", "-S", source, "-B", build,
              f"-DCMAKE_INSTALL_PREFIX={installed}", "-DQELDEVICES_PYTHON_FOLDER=.",
