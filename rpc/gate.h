@@ -43,8 +43,9 @@ public:
     }
     /// A peer begins to watch the instruments.
     virtual void noteConnect(const QString &) { }
-    /// Why `peer` may not execute `feature`, as a sentence; empty when it may.
-    virtual QString executeRefusal(const QString &peer, devices::Device::DeviceFeature feature) = 0;
+    /// Why `peer` may not execute `feature`; an empty text when it may.
+    virtual wire::Text executeRefusal(const QString &peer,
+                                      devices::Device::DeviceFeature feature) = 0;
     /// Why `peer` may not open `info` with `session` now; with an empty text, it has it until
     /// release().
     virtual wire::Text acquire(const QString &peer, const void *session,

@@ -393,12 +393,18 @@ bool Session::open()
             release();
         return isAccepted;
     }
+    sendError(devices::ERROR_DEVICE_CANT_OPEN, text);
+    return false;
+}
+
+// One that is not the device's.
+void Session::sendError(int code, const wire::Text &text)
+{
     wire::Event event;
     *event.add_texts() = text;
-    event.mutable_error()->set_code(devices::ERROR_DEVICE_CANT_OPEN);
+    event.mutable_error()->set_code(code);
     event.mutable_error()->set_info(text.id());
     send(std::move(event));
-    return false;
 }
 
 void Session::configure(const wire::FeatureValue &value)
@@ -416,15 +422,19 @@ void Session::configure(const wire::FeatureValue &value)
 
 void Session::execute(Feature feature)
 {
-    const QString refusal = m_gate ? m_gate->executeRefusal(m_peer, feature) : QString();
-    if (refusal.isEmpty()) {
-        m_runs.append(begin(feature));
-        if (m_gate)
-            m_gate->noteStart(m_peer, *m_device, m_runs.constLast());
-        m_device->execute(feature);
-    } else {
-        refuse(grpc::StatusCode::PERMISSION_DENIED, refusal);
+    const wire::Text refusal = m_gate ? m_gate->executeRefusal(m_peer, feature) : wire::Text();
+    if (!refusal.id().empty()) {
+        sendError(devices::ERROR_DEVICE_VENDOR_SPECIFIC, refusal);
+        wire::Event event;
+        event.mutable_executed()->set_feature(feature);
+        *event.mutable_executed()->mutable_result() = toWire(QVariant());
+        send(std::move(event));
+        return;
     }
+    m_runs.append(begin(feature));
+    if (m_gate)
+        m_gate->noteStart(m_peer, *m_device, m_runs.constLast());
+    m_device->execute(feature);
 }
 
 FarRun Session::begin(Feature feature) const

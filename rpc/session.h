@@ -68,6 +68,7 @@ private:
     quint64 keep(const values::Event &said);
     void forget(quint64 result);
     void send(wire::Event event, int kind = 0);
+    void sendError(int code, const wire::Text &text);
 
     DeviceServer *const m_server;
     Gate *const m_gate;

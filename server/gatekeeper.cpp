@@ -114,17 +114,6 @@ void Gatekeeper::noteConnect(const QString &peer)
     audit(m_logsJson, QStringLiteral("connect"), {{QStringLiteral("client"), nameOf(peer)}});
 }
 
-QString Gatekeeper::executeRefusal(const QString &peer, Device::DeviceFeature feature)
-{
-    const auto client = m_clients->withId(peer);
-    if (!client || feature != Device::DF_FirmwareUpdate || client->role == Role::Service)
-        return {};
-    audit(m_logsJson, QStringLiteral("refused"),
-          {{QStringLiteral("client"), client->name},
-           {QStringLiteral("why"), QStringLiteral("firmware update without the role service")}});
-    return QStringLiteral("'%1' was not invited to update firmware").arg(client->name);
-}
-
 // A text under an id of its own: it names a person and a time.
 static rpc::wire::Text refusalText(const QString &id, const QString &english, const QString &german)
 {
@@ -133,6 +122,19 @@ static rpc::wire::Text refusalText(const QString &id, const QString &english, co
     (*text.mutable_sentences())["en"] = toWire(english);
     (*text.mutable_sentences())["de"] = toWire(german);
     return text;
+}
+
+rpc::wire::Text Gatekeeper::executeRefusal(const QString &peer, Device::DeviceFeature feature)
+{
+    const auto client = m_clients->withId(peer);
+    if (!client || feature != Device::DF_FirmwareUpdate || client->role == Role::Service)
+        return {};
+    audit(m_logsJson, QStringLiteral("refused"),
+          {{QStringLiteral("client"), client->name},
+           {QStringLiteral("why"), QStringLiteral("firmware update without the role service")}});
+    return refusalText(QStringLiteral("qel-server-firmware"),
+                       QStringLiteral("You were not invited to update firmware."),
+                       QStringLiteral("Sie sind nicht zum Aktualisieren der Firmware eingeladen."));
 }
 
 rpc::wire::Text Gatekeeper::acquire(const QString &peer, const void *session,

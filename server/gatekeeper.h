@@ -27,7 +27,8 @@ public:
     void leave(const QString &peer) override;
     QString callRefusal(const QString &peer, quint64 bytes) override;
     void noteConnect(const QString &peer) override;
-    QString executeRefusal(const QString &peer, devices::Device::DeviceFeature feature) override;
+    rpc::wire::Text executeRefusal(const QString &peer,
+                                   devices::Device::DeviceFeature feature) override;
     rpc::wire::Text acquire(const QString &peer, const void *session,
                             const devices::DeviceInfo &info) override;
     void release(const void *session) override;

@@ -9,7 +9,7 @@ import subprocess
 import time
 import unittest
 
-from harness import PATIENCE, SERVER_PLUGINS, ServerCase
+from harness import CLIENT_PLUGINS, PATIENCE, SERVER_PLUGINS, ServerCase
 
 
 class ServerTest(ServerCase):
@@ -85,6 +85,46 @@ class ServerTest(ServerCase):
         self.assertIn("client='local'", self.log.read_text())
         # Nobody listens on the network for that.
         self.assertNotIn(str(self.port), self.log.read_text())
+
+    def test_same_document_every_way(self):
+        """Directly, in a process of its own, and from another machine."""
+        self.start()
+        self.connect("anna")
+        laboratory = ("QELDEVICES_SIMULATOR", str(self.folder / "laboratory.json"))
+        ways = {"direct": (SERVER_PLUGINS, [laboratory]),
+                "isolated": (CLIENT_PLUGINS, [laboratory, ("QELDEVICES_ISOLATED", SERVER_PLUGINS)]),
+                "network": (CLIENT_PLUGINS, [])}
+        documents = {}
+        for name, (plugins, variables) in ways.items():
+            command, environment = self.command("anna" if name == "network" else "nobody", "run",
+                                                "A-1", "absorbance-measurement", "--format", "json")
+            command[command.index("--plugins") + 1] = plugins
+            run = subprocess.run(command, env={**environment, **dict(variables)}, check=False,
+                                 capture_output=True, text=True, timeout=PATIENCE)
+            self.assertEqual(run.returncode, 0, run.stderr)
+            document = json.loads(run.stdout)
+            self.assertTrue(document["plugin"].pop("file").endswith("/simulator.so"))
+            self.assertEqual(document.pop("device")["location"].split("/")[-1], "bench-1")
+            documents[name] = re.sub(r'"(startedAt|elapsed)": ("[^"]*"|[0-9.]+)', "",
+                                     re.sub(r'\d{4}-\d\d-\d\dT[0-9:.]+Z?', "TIME",
+                                            json.dumps(document, sort_keys=True)))
+        self.assertGreater(len(documents["direct"]), 2000)
+        self.assertEqual(documents["isolated"], documents["direct"])
+        self.assertEqual(documents["network"], documents["direct"])
+
+    def test_rules_hold(self):
+        """What is demanded of a driver is true of an instrument on another machine."""
+        self.furnish(time_scale=0.02)
+        self.start()
+        self.connect("anna", "--role", "service")
+        command, environment = self.command("anna", "check", "--unsafe", "--yes",
+                                            CLIENT_PLUGINS + "/network.so")
+        command = [word for word in command if word not in ("--plugins", CLIENT_PLUGINS)]
+        checked = subprocess.run(command, env=environment, check=False, capture_output=True,
+                                 text=True, timeout=3 * PATIENCE)
+        self.assertEqual(checked.returncode, 0, checked.stdout[-3000:])
+        rules = re.search(r"(\d+) rules hold, 0 failed", checked.stdout)
+        self.assertGreater(int(rules.group(1)), 80)
 
     def test_one_operator_at_a_time(self):
         self.furnish(time_scale=4)

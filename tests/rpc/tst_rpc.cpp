@@ -135,9 +135,14 @@ public:
     {
         return {};
     }
-    QString executeRefusal(const QString &, Device::DeviceFeature) override
+    wire::Text executeRefusal(const QString &, Device::DeviceFeature executed) override
     {
-        return {};
+        wire::Text text;
+        if (executed == forbidden) {
+            text.set_id("no-you-may-not");
+            (*text.mutable_sentences())["en"] = "You may not.";
+        }
+        return text;
     }
     wire::Text acquire(const QString &, const void *, const DeviceInfo &) override
     {
@@ -179,6 +184,7 @@ public:
         return --calls < 0 ? "too fast" : QString();
     }
 
+    int forbidden = -1;
     int streams = 1000000;
     int calls = 1000000;
     QMap<QString, QVariant> results;
@@ -351,6 +357,7 @@ private slots:
     void losesNothingWhereverTheConnectionIsCut();
     void endsARunWhosePeerStaysAway();
     void showsObserversWhatOthersDo();
+    void refusesAFeatureAndNoMore();
     void endsSessionsBeyondTheLimits_data();
     void endsSessionsBeyondTheLimits();
 
@@ -863,6 +870,26 @@ void tst_Rpc::showsObserversWhatOthersDo()
     QVERIFY(late.open());
     QTRY_VERIFY_WITH_TIMEOUT(late.isOpen() && early.isOpen(), patience);
     QVERIFY(gate.left.size() <= 1);
+}
+
+void tst_Rpc::refusesAFeatureAndNoMore()
+{
+    OpenGate gate;
+    gate.forbidden = other;
+    Line line(&gate);
+    useLine(&line);
+    QVERIFY(open());
+    m_device->execute(other);
+    QTRY_COMPARE_WITH_TIMEOUT(m_heard->results.size(), 1, patience);
+    QCOMPARE(qtTrId(m_device->errorAdditionalInfoTrId().toUtf8()), QString("You may not."));
+    QVERIFY(m_heard->take().contains("executed 4 0"));
+    QVERIFY(far()->calls.isEmpty());
+    QTRY_VERIFY_WITH_TIMEOUT(!m_device->isBusy(), patience);
+    QVERIFY(m_device->isOpen());
+    far()->onExecute = [](FarDevice *device) { emit device->executed(feature, true, 5); };
+    m_device->execute(feature);
+    QTRY_COMPARE_WITH_TIMEOUT(m_heard->results, (QVariantList{QVariant(), 5}), patience);
+    m_device.reset();
 }
 
 void tst_Rpc::endsSessionsBeyondTheLimits_data()
