@@ -3,6 +3,7 @@
 #include <QtCore/QDir>
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
+#include <QtCore/QLockFile>
 #include <QtCore/QSaveFile>
 
 #include <openssl/ec.h>
@@ -137,6 +138,8 @@ bool writePrivateFile(const QString &fileName, const QByteArray &content, QStrin
     return false;
 }
 
+constexpr int lockTime = 30000; // ms
+
 std::optional<Identity> Identity::load(const QString &folder, QString *problem)
 {
     const QDir directory(folder);
@@ -148,6 +151,12 @@ std::optional<Identity> Identity::load(const QString &folder, QString *problem)
         QFile::setPermissions(folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     }
     const auto path = [&](const char *name) { return directory.filePath(QLatin1String(name)); };
+    // The server may be starting while somebody is invited.
+    QLockFile lock(path("identity.lock"));
+    if (!QFile::exists(path("authority.key")) && !lock.tryLock(lockTime)) {
+        *problem = QStringLiteral("the folder '%1' cannot be written, or is in use").arg(folder);
+        return std::nullopt;
+    }
     Identity identity;
     identity.m_authority = {read(path("authority.pem")), read(path("authority.key"))};
     identity.m_server = {read(path("server.pem")), read(path("server.key"))};

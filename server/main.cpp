@@ -12,6 +12,7 @@
 #include <QtCore/QJsonDocument>
 #include <QtCore/QJsonObject>
 #include <QtCore/QLibraryInfo>
+#include <QtCore/QLockFile>
 #include <QtCore/QLoggingCategory>
 #include <QtCore/QSocketNotifier>
 #include <QtCore/QStandardPaths>
@@ -129,6 +130,16 @@ static QString withPort(const QString &address)
         : QStringLiteral("%1:%2").arg(address, QString::number(defaultPort));
 }
 
+// Two who invite at a time must not lose one of their guests.
+static bool isLocked(QLockFile *lock, QString *problem)
+{
+    constexpr int patience = 30000; // ms
+    if (lock->tryLock(patience))
+        return true;
+    *problem = QStringLiteral("the list of clients cannot be written, or is in use");
+    return false;
+}
+
 static int invite(const QCommandLineParser &line, const QString &name)
 {
     const auto role = readRole(line.value(QStringLiteral("role")));
@@ -146,7 +157,8 @@ static int invite(const QCommandLineParser &line, const QString &name)
     QString problem;
     const auto identity = Identity::load(folder, &problem);
     Clients clients(folder);
-    if (!identity || !clients.load(&problem))
+    QLockFile lock(clients.fileName() + QStringLiteral(".lock"));
+    if (!identity || !isLocked(&lock, &problem) || !clients.load(&problem))
         return fail(Failed, problem);
     if (clients.named(name))
         return fail(Failed,
@@ -198,8 +210,9 @@ static int listClients(const QCommandLineParser &line)
 static int revoke(const QCommandLineParser &line, const QString &name)
 {
     Clients clients(stateFolder(line));
+    QLockFile lock(clients.fileName() + QStringLiteral(".lock"));
     QString problem;
-    if (!clients.load(&problem))
+    if (!isLocked(&lock, &problem) || !clients.load(&problem))
         return fail(Failed, problem);
     if (!clients.revoke(name))
         return fail(Failed, QStringLiteral("nobody is invited as '%1'").arg(name));

@@ -9,7 +9,7 @@ import subprocess
 import time
 import unittest
 
-from harness import CLIENT_PLUGINS, PATIENCE, SERVER_PLUGINS, ServerCase
+from harness import CLIENT_PLUGINS, PATIENCE, SERVER, SERVER_PLUGINS, ServerCase
 
 
 class ServerTest(ServerCase):
@@ -55,6 +55,18 @@ class ServerTest(ServerCase):
                          {"network", "network-driver", "libgrpc++"})
         self.assertEqual(loaded(trace, ("QELDEVICES_ISOLATED", SERVER_PLUGINS)),
                          {"network", "isolation-driver", "libgrpc++"})
+
+    def test_invited_at_the_same_time(self):
+        """Before there is an identity even."""
+        names = [f"guest-{i}" for i in range(6)]
+        running = [subprocess.Popen([SERVER, "--state", str(self.state), "invite", name],
+                                    stdout=subprocess.PIPE, text=True) for name in names]
+        authorities = {json.loads(one.communicate(timeout=PATIENCE)[0])["authority"]
+                       for one in running}
+        self.assertEqual(len(authorities), 1)
+        listed = self.keeper("clients").stdout
+        for name in names:
+            self.assertIn(name, listed)
 
     def test_secrets_are_private(self):
         self.start()
