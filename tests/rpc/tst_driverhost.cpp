@@ -166,8 +166,9 @@ void tst_DriverHost::survivesTheEndOfTheHost()
 {
     QFETCH(int, signal);
     QFETCH(QString, moment);
-    // In real time, so that the signal comes before the end.
-    writeScenario(R"({"model": "absorbance-96", "serial": "A-2"})");
+    // In real time, and opening for half a minute, so that the signal comes before the end.
+    const QByteArray reader = R"({"model": "absorbance-96", "serial": "A-2")";
+    writeScenario(reader + (moment == "open" ? R"(, "timeScale": 100})" : "}"));
     QTRY_COMPARE_WITH_TIMEOUT(instruments().value(0, {{}, {}, {}, {}, {}}).serial(), "A-2", 30000);
     m_device.reset(DeviceBroker::createDevice(instruments().at(0)));
     QVERIFY(m_device);
@@ -198,6 +199,7 @@ void tst_DriverHost::survivesTheEndOfTheHost()
     QVERIFY(!m_device->isBusy());
     if (!executed.isEmpty())
         QCOMPARE(executed.at(0).at(1).toBool(), false);
+    writeScenario(reader + "}");
 
     // The next one works, on the same device, with the driver in a new process.
     QTRY_VERIFY_WITH_TIMEOUT(hosts().size() == 1 && hosts().at(0) != host, 30000);
