@@ -214,8 +214,23 @@ class ServerTest(ServerCase):
         self.assertNotEqual(self.tool("anna", "run", "A-1", "orientation").returncode, 0)
         self.assertNotEqual(self.keeper("revoke", "anna").returncode, 0)
 
+    def test_expired(self):
+        self.start()
+        self.connect("anna")
+        file = self.state / "clients.json"
+        clients = json.loads(file.read_text())
+        clients[0]["expires"] = "2020-01-01T00:00:00Z"
+        new = self.state / "clients.new"
+        new.write_text(json.dumps(clients))
+        new.replace(file)
+        end = time.monotonic() + PATIENCE
+        while "expired on 2020-01-01" not in (told := self.tool("anna", "servers").stdout):
+            self.assertLess(time.monotonic(), end, told)
+        self.await_log("refused client='anna' why='the invitation of 'anna' has expired")
+        self.assertIn("expired", self.keeper("clients").stdout)
+
     def test_strangers(self):
-        """A certificate of another authority, and none at all."""
+        """A certificate of another authority, a server of another one, and no invitation at all."""
         self.start()
         self.connect("anna")
         ours = self.state
