@@ -76,16 +76,15 @@ private:
 class Driver : public QObject, public devices::DeviceDriver
 {
     Q_OBJECT
-    /// One map for each server, with the texts "name", "address" and "absence" and the number
-    /// "instruments".
-    Q_PROPERTY(QVariantList servers READ servers)
 
 public:
     QString name() override;
     devices::Device *createDevice(const devices::DeviceInfo &info) override;
     QList<devices::DeviceInfo> availableDevices() override;
 
-    QVariantList servers() const;
+    /// One map for each server, with the texts "name", "address" and "absence" and the number
+    /// "instruments".
+    Q_INVOKABLE QVariantList servers() const;
     /// Stores the connection in `fileName` and uses it from now on. Returns the server's name, or a
     /// list of nothing and a sentence.
     Q_INVOKABLE QStringList addConnection(const QString &fileName);

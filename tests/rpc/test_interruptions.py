@@ -82,7 +82,7 @@ class InterruptionTest(ServerCase):
 
     def test_what_is_finished_is_kept(self):
         """Also when the server does not live to see it fetched."""
-        self.furnish(time_scale=0.3)
+        self.furnish(time_scale=1)
         self.start()
         self.connect("anna")
         run = self.begin("anna")

@@ -47,7 +47,9 @@ QObject *networkDriver()
 
 QVariantList serversOf(QObject *driver)
 {
-    return driver->property("servers").toList();
+    QVariantList servers;
+    QMetaObject::invokeMethod(driver, "servers", Q_RETURN_ARG(QVariantList, servers));
+    return servers;
 }
 
 // Servers are connected to in the background; each gets a moment to answer or to refuse.
