@@ -233,8 +233,9 @@ void Instrument::begin(RunRequest request)
         Q_EMIT changed();
     });
     connect(m_run.get(), &Run::stateChanged, this, [this](Run::State state) {
-        // Just before open(), execute() and the first step of a cancellation.
-        if (state == Run::Opening || state == Run::Starting || state == Run::Stopping)
+        // Just before open(), setConfiguration(), execute() and the first step of a cancellation.
+        if (state == Run::Opening || state == Run::Preparing || state == Run::Starting
+            || state == Run::Stopping)
             Q_EMIT calling(m_info.driver());
         if (state == Run::Executing)
             setState(Measuring);
