@@ -14,19 +14,19 @@
 
 namespace qel::conformance {
 
-int Report::count(Outcome outcome) const
+int Report::count(Judgement judgement) const
 {
-    return int(std::count_if(results.cbegin(), results.cend(), [outcome](const Result &result) {
-        return result.outcome == outcome;
+    return int(std::count_if(results.cbegin(), results.cend(), [judgement](const Result &result) {
+        return result.judgement == judgement;
     }));
 }
 
 bool Report::isIncomplete() const
 {
-    if (!error.isEmpty() || count(Outcome::Failed) > 0)
+    if (!error.isEmpty() || count(Judgement::Failed) > 0)
         return false;
     const bool lacks = std::any_of(results.cbegin(), results.cend(), [](const Result &result) {
-        return result.outcome == Outcome::NotRun && !result.isLeftOut;
+        return result.judgement == Judgement::NotRun && !result.isLeftOut;
     });
     // Who asks for single rules wants to know no more than these.
     if (lacks || isSelection)
@@ -107,7 +107,7 @@ QString Checker::whyNot(const Rule &rule) const
 
 void Checker::leaveOut(const Rule &rule)
 {
-    conclude({&rule, Outcome::NotRun, whyNot(rule), {}, !isPermitted(rule)});
+    conclude({&rule, Judgement::NotRun, whyNot(rule), {}, !isPermitted(rule)});
 }
 
 void Checker::startWorker(isolation::ChildProcess *process, const QVector<const Rule *> &rules)
@@ -190,14 +190,15 @@ void Checker::takeTally(const QJsonObject &tally)
 void Checker::take(const Rule &rule, const QJsonObject &answer)
 {
     takeTally(answer.value(keyTally).toObject());
-    Result result = {&rule, Outcome::NotRun, answer.value(keySeen).toString(), {}};
+    Result result = {&rule, Judgement::NotRun, answer.value(keySeen).toString(), {}};
     const QString outcome = answer.value(keyOutcome).toString();
     if (outcome == outcomePassed)
-        result.outcome = Outcome::Passed;
+        result.judgement = Judgement::Passed;
     else if (outcome == outcomeNotApplicable)
-        result.outcome = Outcome::NotApplicable;
+        result.judgement = Judgement::NotApplicable;
     else if (outcome == outcomeBroken)
-        result.outcome = rule.severity == Severity::Failure ? Outcome::Failed : Outcome::Warning;
+        result.judgement =
+            rule.severity == Severity::Failure ? Judgement::Failed : Judgement::Warning;
     const auto emitted = answer.value(keySignals).toArray();
     for (const QJsonValue &line : emitted)
         result.signalsSeen += line.toString();
@@ -284,17 +285,17 @@ void Checker::concludeByEnd(const Rule &rule, const isolation::ChildProcess &pro
 {
     const bool isHung = ending.kind == isolation::Ending::Hung;
     const bool isClean = rule.coversExit && ending.isClean();
-    Result result = {&rule, Outcome::Passed, {}, {}};
+    Result result = {&rule, Judgement::Passed, {}, {}};
     if (!isClean) {
         const QString end = endOf(ending);
         const int first = m_ends.value(end, rule.number);
         m_ends.insert(end, first);
         if (first != rule.number) {
-            result.outcome = Outcome::NotRun;
+            result.judgement = Judgement::NotRun;
             result.seen = QStringLiteral("as in rule %1: %2").arg(first).arg(end);
         } else {
-            result.outcome =
-                rule.severity == Severity::Failure ? Outcome::Failed : Outcome::Warning;
+            result.judgement =
+                rule.severity == Severity::Failure ? Judgement::Failed : Judgement::Warning;
             result.seen = end + lastWords(process);
         }
         if (isHung && m_isInCall)

@@ -20,7 +20,7 @@ struct Ending;
 namespace qel::conformance {
 
 /// How a rule was judged.
-enum class Outcome {
+enum class Judgement {
     Passed,
     Failed,        ///< the rule is broken
     Warning,       ///< a recommendation is not kept
@@ -32,7 +32,7 @@ enum class Outcome {
 struct Result
 {
     const Rule *rule = nullptr;
-    Outcome outcome = Outcome::NotRun;
+    Judgement judgement = Judgement::NotRun;
     QString seen;            ///< what was seen instead, or what is missing
     QStringList signalsSeen; ///< the device's signals in order, when the rule is broken
     bool isLeftOut = false;  ///< when not run: whether the caller has left it out on purpose
@@ -75,7 +75,7 @@ struct Report
     bool isUnsafe = false;          ///< whether parts of the instrument might be moved
     bool isSelection = false;       ///< whether some rules only were asked for
 
-    int count(Outcome outcome) const;
+    int count(Judgement judgement) const;
     /// Whether no rule is broken, and yet the driver cannot be said to keep the rules: something
     /// was missing that the caller did not leave out on purpose.
     bool isIncomplete() const;

@@ -27,18 +27,18 @@ static QString english(const char *text)
 
 using Language = QString (*)(const char *);
 
-static const char *name(Outcome outcome)
+static const char *name(Judgement judgement)
 {
-    switch (outcome) {
-    case Outcome::Passed:
+    switch (judgement) {
+    case Judgement::Passed:
         return "passed";
-    case Outcome::Failed:
+    case Judgement::Failed:
         return "failed";
-    case Outcome::Warning:
+    case Judgement::Warning:
         return "warning";
-    case Outcome::NotApplicable:
+    case Judgement::NotApplicable:
         return "not applicable";
-    case Outcome::NotRun:
+    case Judgement::NotRun:
         return "not run";
     }
     return "";
@@ -68,7 +68,7 @@ static QJsonArray featuresToJson(const Report &report)
 
 static bool isBroken(const Result &result)
 {
-    return result.outcome == Outcome::Failed || result.outcome == Outcome::Warning;
+    return result.judgement == Judgement::Failed || result.judgement == Judgement::Warning;
 }
 
 // What a person needs to understand a broken rule.
@@ -89,10 +89,10 @@ QString toText(const Result &result, const Result *previous)
     QString text;
     if (!previous || qstrcmp(previous->rule->group, result.rule->group) != 0)
         text += QStringLiteral("%1\n").arg(translated(result.rule->group));
-    const QString outcome = translated(name(result.outcome));
+    const QString judgement = translated(name(result.judgement));
     text += QStringLiteral("  %1 %2 %3\n")
                 .arg(result.rule->number, 4)
-                .arg(isBroken(result) ? outcome.toUpper() : outcome, -14)
+                .arg(isBroken(result) ? judgement.toUpper() : judgement, -14)
                 .arg(translated(result.rule->statement));
     const QString indent = QStringLiteral("                      ");
     if (isBroken(result)) {
@@ -140,11 +140,11 @@ QString summary(const Report &report)
 {
     QString text =
         translated("%1 rules hold, %2 failed, %3 warnings, %4 not applicable, %5 not run")
-            .arg(report.count(Outcome::Passed))
-            .arg(report.count(Outcome::Failed))
-            .arg(report.count(Outcome::Warning))
-            .arg(report.count(Outcome::NotApplicable))
-            .arg(report.count(Outcome::NotRun))
+            .arg(report.count(Judgement::Passed))
+            .arg(report.count(Judgement::Failed))
+            .arg(report.count(Judgement::Warning))
+            .arg(report.count(Judgement::NotApplicable))
+            .arg(report.count(Judgement::NotRun))
         + QLatin1Char('\n');
     if (!report.features.isEmpty())
         text += QStringLiteral("\n%1\n").arg(translated("What the instrument did"));
@@ -157,7 +157,7 @@ QString summary(const Report &report)
     QMap<QString, QVector<const Result *>> lacking;
     bool isUnmoved = false;
     for (const Result &result : report.results) {
-        if (result.outcome == Outcome::NotRun)
+        if (result.judgement == Judgement::NotRun)
             lacking[result.seen] += &result;
         isUnmoved |= result.isLeftOut && result.rule->isUnsafe;
     }
@@ -185,7 +185,7 @@ QJsonObject toJson(const Report &report, const QString &fileName)
         QJsonObject rule = {{QStringLiteral("number"), result.rule->number},
                             {QStringLiteral("group"), QLatin1String(result.rule->group)},
                             {QStringLiteral("statement"), QLatin1String(result.rule->statement)},
-                            {QStringLiteral("outcome"), QLatin1String(name(result.outcome))}};
+                            {QStringLiteral("outcome"), QLatin1String(name(result.judgement))}};
         if (!result.seen.isEmpty())
             rule.insert(QStringLiteral("seen"), result.seen);
         if (isBroken(result)) {
@@ -196,11 +196,11 @@ QJsonObject toJson(const Report &report, const QString &fileName)
         rules += rule;
     }
     QJsonObject object = {{QStringLiteral("plugin"), fileName},
-                          {QStringLiteral("passed"), report.count(Outcome::Passed)},
-                          {QStringLiteral("failed"), report.count(Outcome::Failed)},
-                          {QStringLiteral("warnings"), report.count(Outcome::Warning)},
-                          {QStringLiteral("notApplicable"), report.count(Outcome::NotApplicable)},
-                          {QStringLiteral("notRun"), report.count(Outcome::NotRun)},
+                          {QStringLiteral("passed"), report.count(Judgement::Passed)},
+                          {QStringLiteral("failed"), report.count(Judgement::Failed)},
+                          {QStringLiteral("warnings"), report.count(Judgement::Warning)},
+                          {QStringLiteral("notApplicable"), report.count(Judgement::NotApplicable)},
+                          {QStringLiteral("notRun"), report.count(Judgement::NotRun)},
                           {QStringLiteral("incomplete"), report.isIncomplete()},
                           {QStringLiteral("features"), featuresToJson(report)},
                           {QStringLiteral("rules"), rules}};
@@ -220,14 +220,14 @@ static void writeCase(QXmlStreamWriter &xml, const Result &result)
     const QString text = isBroken(result)
         ? printable(explanation(result, english).join(QLatin1Char('\n')))
         : QString();
-    if (result.outcome == Outcome::Failed) {
+    if (result.judgement == Judgement::Failed) {
         xml.writeStartElement(QStringLiteral("failure"));
         xml.writeAttribute(QStringLiteral("message"), printable(result.seen));
         xml.writeCharacters(text);
         xml.writeEndElement();
-    } else if (result.outcome == Outcome::Warning) {
+    } else if (result.judgement == Judgement::Warning) {
         xml.writeTextElement(QStringLiteral("system-out"), text);
-    } else if (result.outcome != Outcome::Passed) {
+    } else if (result.judgement != Judgement::Passed) {
         xml.writeEmptyElement(QStringLiteral("skipped"));
         xml.writeAttribute(QStringLiteral("message"), printable(result.seen));
     }
@@ -243,12 +243,13 @@ QByteArray toJUnit(const Report &report, const QString &fileName)
     xml.writeStartElement(QStringLiteral("testsuite"));
     xml.writeAttribute(QStringLiteral("name"), fileName);
     xml.writeAttribute(QStringLiteral("tests"), QString::number(report.results.size()));
-    xml.writeAttribute(QStringLiteral("failures"), QString::number(report.count(Outcome::Failed)));
+    xml.writeAttribute(QStringLiteral("failures"),
+                       QString::number(report.count(Judgement::Failed)));
     xml.writeAttribute(QStringLiteral("errors"),
                        report.error.isEmpty() ? QStringLiteral("0") : QStringLiteral("1"));
     xml.writeAttribute(
         QStringLiteral("skipped"),
-        QString::number(report.count(Outcome::NotApplicable) + report.count(Outcome::NotRun)));
+        QString::number(report.count(Judgement::NotApplicable) + report.count(Judgement::NotRun)));
     for (const Result &result : report.results)
         writeCase(xml, result);
     if (!report.error.isEmpty())

@@ -28,7 +28,7 @@ static void needPermission(Subject &subject, const QString &text)
     }
 }
 
-static QString textOf(const Instrument &instrument, int actionId)
+static QString textOf(const ProbedDevice &instrument, int actionId)
 {
     const auto events = instrument.seen().events();
     for (const Event &event : events) {
@@ -40,7 +40,7 @@ static QString textOf(const Instrument &instrument, int actionId)
 
 static void checkText(Subject &subject)
 {
-    Instrument &instrument = subject.opened();
+    ProbedDevice &instrument = subject.opened();
     Device::DeviceFeature feature = Device::DF_None;
     const int id = instrument.startRequest(&feature);
     const int start = instrument.seen().count();
@@ -79,7 +79,7 @@ static void checkConfirm(Subject &subject)
 static void checkAbort(Subject &subject)
 {
     concludeStuck(subject, 703);
-    Instrument &instrument = subject.opened();
+    ProbedDevice &instrument = subject.opened();
     Device::DeviceFeature feature = Device::DF_None;
     const int id = instrument.startRequest(&feature);
     const int start = instrument.seen().count();
@@ -107,7 +107,7 @@ static void checkAbort(Subject &subject)
                 .arg(instrument->isBusy() ? QStringLiteral("busy") : QStringLiteral("idle"))};
 }
 
-static void expectSilence(Subject &subject, Instrument &instrument, const QString &what,
+static void expectSilence(Subject &subject, ProbedDevice &instrument, const QString &what,
                           const std::function<void()> &answer)
 {
     const int start = instrument.seen().count();
@@ -123,7 +123,7 @@ static void expectSilence(Subject &subject, Instrument &instrument, const QStrin
 
 static void checkStrayAnswers(Subject &subject)
 {
-    Instrument &instrument = subject.opened();
+    ProbedDevice &instrument = subject.opened();
     Device::DeviceFeature feature = Device::DF_None;
     const int id = instrument.startRequest(&feature);
     const int unknown = id + 1000;
@@ -144,7 +144,7 @@ static void checkStrayAnswers(Subject &subject)
 
 static void checkAnswerWithin(Subject &subject)
 {
-    Instrument &instrument = subject.opened();
+    ProbedDevice &instrument = subject.opened();
     Device::DeviceFeature feature = Device::DF_None;
     const int probe = instrument.startRequest(&feature);
     const QString text = textOf(instrument, probe);
@@ -182,7 +182,7 @@ static void checkAnswerWithin(Subject &subject)
 static void checkForgottenRequest(Subject &subject)
 {
     for (const bool closes : {false, true}) {
-        Instrument instrument(subject);
+        ProbedDevice instrument(subject);
         instrument.open();
         Device::DeviceFeature feature = Device::DF_None;
         const int id = instrument.startRequest(&feature);

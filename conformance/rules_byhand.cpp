@@ -19,7 +19,7 @@ static QString nameOf(SlotStatus status)
 }
 
 // What is told on request must be what is the case.
-static void expectSlot(Instrument &instrument, SlotStatus expected)
+static void expectSlot(ProbedDevice &instrument, SlotStatus expected)
 {
     const Event ending = instrument.run(Device::DF_PlateDetection);
     if (!ending.flag)
@@ -33,7 +33,7 @@ static void expectSlot(Instrument &instrument, SlotStatus expected)
 
 static void checkPlateDetection(Subject &subject)
 {
-    Instrument &instrument = subject.opened();
+    ProbedDevice &instrument = subject.opened();
     if (!instrument->hasFeature(Device::DF_PlateDetection))
         throw NotApplicable{QStringLiteral("the instrument does not detect plates")};
     subject.ask("Take the plate out of the instrument, if there is one.");

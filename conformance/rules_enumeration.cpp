@@ -1,4 +1,4 @@
-#include "instrument.h"
+#include "probeddevice.h"
 
 #include <algorithm>
 
@@ -70,7 +70,7 @@ static void checkStable(Subject &subject)
 
 static void checkUndisturbed(Subject &subject)
 {
-    const Instrument &instrument = subject.opened();
+    const ProbedDevice &instrument = subject.opened();
     const int start = instrument.seen().count();
     subject.records();
     subject.settle();
@@ -86,7 +86,7 @@ static void checkUndisturbed(Subject &subject)
 
 static void checkRunUndisturbed(Subject &subject)
 {
-    Instrument &instrument = subject.opened();
+    ProbedDevice &instrument = subject.opened();
     const auto feature = instrument.startLongRun();
     const int start = instrument.runStart();
     if (instrument.seen().count(Event::Executed, start) > 0)

@@ -11,7 +11,7 @@ static const char group[] = "Feature table";
 
 static void checkOffered(Subject &subject)
 {
-    const Instrument &instrument = subject.opened();
+    const ProbedDevice &instrument = subject.opened();
     const auto features = instrument.offered();
     if (features.isEmpty())
         throw Broken{QStringLiteral("the open device offers no feature")};
@@ -23,7 +23,7 @@ using Judge = QVector<values::Problem> (*)(Device::DeviceFeature, const QVariant
 
 static void checkEach(Subject &subject, Judge judge)
 {
-    const Instrument &instrument = subject.opened();
+    const ProbedDevice &instrument = subject.opened();
     const auto features = instrument.offered();
     Offences offences;
     for (const auto feature : features) {

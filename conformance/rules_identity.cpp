@@ -1,5 +1,5 @@
 #include "configurations.h"
-#include "instrument.h"
+#include "probeddevice.h"
 
 #include <algorithm>
 
@@ -12,7 +12,7 @@ static const char group[] = "Identity";
 
 static void checkFresh(Subject &subject)
 {
-    Instrument instrument(subject);
+    ProbedDevice instrument(subject);
     QStringList seen;
     if (instrument->parent())
         seen += QStringLiteral("it has a parent");
@@ -76,7 +76,7 @@ static void checkUnknown(Subject &subject)
 
 static void checkSilent(Subject &subject)
 {
-    Instrument instrument(subject);
+    ProbedDevice instrument(subject);
     subject.settle();
     if (instrument.seen().count() > 0)
         throw Broken{QStringLiteral("the device emitted before it was used")};
@@ -86,12 +86,12 @@ static void checkApart(Subject &subject)
 {
     const auto records = subject.records();
     const DeviceInfo first = subject.record();
-    Instrument one(subject);
+    ProbedDevice one(subject);
     const auto other = std::find_if(records.cbegin(), records.cend(),
                                     [&](const DeviceInfo &info) { return !(info == first); });
     if (other == records.cend())
         throw NotApplicable{QStringLiteral("the driver lists one instrument only")};
-    Instrument two(subject, *other);
+    ProbedDevice two(subject, *other);
     one.open();
     two.callOpen();
     subject.waitFor(subject.limits().open, [&] { return two->isOpen() || two->errorCode() != 0; });

@@ -11,7 +11,7 @@ using devices::Device;
 static const char group[] = "Life cycle";
 
 // Where no run lasts, being open must do.
-static void startRunIfPossible(Instrument &instrument)
+static void startRunIfPossible(ProbedDevice &instrument)
 {
     try {
         instrument.startLongRun();
@@ -19,7 +19,7 @@ static void startRunIfPossible(Instrument &instrument)
 }
 
 // What must hold of the ending of a run that was cut short after event `start`.
-static void expectCutShort(const Instrument &instrument, int start, Device::DeviceFeature feature)
+static void expectCutShort(const ProbedDevice &instrument, int start, Device::DeviceFeature feature)
 {
     const QVector<Event> events = instrument.seen().events(start);
     int endings = 0;
@@ -41,7 +41,7 @@ static void expectCutShort(const Instrument &instrument, int start, Device::Devi
 
 static void checkCloseInRun(Subject &subject)
 {
-    Instrument instrument(subject);
+    ProbedDevice instrument(subject);
     instrument.open();
     const auto feature = instrument.startLongRun();
     const int error = instrument->errorCode();
@@ -66,7 +66,7 @@ static void checkCloseInRun(Subject &subject)
 
 static void checkResetInRun(Subject &subject)
 {
-    Instrument instrument(subject);
+    ProbedDevice instrument(subject);
     instrument.open();
     const auto feature = instrument.startLongRun();
     const int start = instrument.seen().count();
@@ -85,7 +85,7 @@ static void checkResetInRun(Subject &subject)
 }
 
 // Otherwise there is none to clear.
-static void provokeErrorIfPossible(Instrument &instrument)
+static void provokeErrorIfPossible(ProbedDevice &instrument)
 {
     try {
         instrument.provokeError();
@@ -94,7 +94,7 @@ static void provokeErrorIfPossible(Instrument &instrument)
 
 static void checkResetIdle(Subject &subject)
 {
-    Instrument &instrument = subject.opened();
+    ProbedDevice &instrument = subject.opened();
     provokeErrorIfPossible(instrument);
     const int start = instrument.seen().count();
     instrument.callReset();
@@ -109,7 +109,7 @@ static void checkResetIdle(Subject &subject)
 
 static void checkResetClosed(Subject &subject)
 {
-    Instrument instrument(subject);
+    ProbedDevice instrument(subject);
     instrument.open();
     provokeErrorIfPossible(instrument);
     instrument.close();
@@ -128,7 +128,7 @@ static void checkResetClosed(Subject &subject)
 
 static void checkUpdate(Subject &subject)
 {
-    Instrument &instrument = subject.opened();
+    ProbedDevice &instrument = subject.opened();
     const int start = instrument.seen().count();
     instrument.callUpdate();
     subject.settle();
@@ -143,22 +143,22 @@ namespace {
 struct Stage
 {
     const char *name;
-    void (*reach)(Subject &subject, Instrument &instrument);
+    void (*reach)(Subject &subject, ProbedDevice &instrument);
 };
 
 } // namespace
 
 static const Stage stages[] = {
-    {"closed", [](Subject &, Instrument &) {}},
-    {"opening", [](Subject &, Instrument &instrument) { instrument.callOpen(); }},
-    {"open", [](Subject &, Instrument &instrument) { instrument.open(); }},
+    {"closed", [](Subject &, ProbedDevice &) {}},
+    {"opening", [](Subject &, ProbedDevice &instrument) { instrument.callOpen(); }},
+    {"open", [](Subject &, ProbedDevice &instrument) { instrument.open(); }},
     {"at work",
-     [](Subject &, Instrument &instrument) {
+     [](Subject &, ProbedDevice &instrument) {
          instrument.open();
          instrument.startLongRun();
      }},
     {"waiting for the user",
-     [](Subject &subject, Instrument &instrument) {
+     [](Subject &subject, ProbedDevice &instrument) {
          if (!subject.isUnsafe())
              throw NotApplicable{};
          instrument.open();
@@ -166,7 +166,7 @@ static const Stage stages[] = {
          instrument.startRequest(&feature);
      }},
     {"closed again",
-     [](Subject &, Instrument &instrument) {
+     [](Subject &, ProbedDevice &instrument) {
          instrument.open();
          instrument.close();
      }},
@@ -175,7 +175,7 @@ static const Stage stages[] = {
 static void checkDeletion(Subject &subject)
 {
     for (const Stage &stage : stages) {
-        Instrument instrument(subject);
+        ProbedDevice instrument(subject);
         try {
             stage.reach(subject, instrument);
         } catch (const NotApplicable &) {
@@ -194,7 +194,7 @@ static void checkDeletionWithin(Subject &subject)
 {
     for (const Event::Kind kind : {Event::OpenChanged, Event::FeaturesChanged, Event::BusyChanged,
                                    Event::TransientValue, Event::ActionRequired, Event::Executed}) {
-        Instrument instrument(subject);
+        ProbedDevice instrument(subject);
         bool isArmed = kind == Event::OpenChanged || kind == Event::FeaturesChanged;
         instrument.recorder().setReaction([&](const Event &event) {
             if (isArmed && event.kind == kind && instrument.device())
@@ -227,7 +227,7 @@ static void checkDeletionWithin(Subject &subject)
 static void live(Subject &subject, bool isClosed)
 {
     {
-        Instrument instrument(subject);
+        ProbedDevice instrument(subject);
         instrument.open();
         startRunIfPossible(instrument);
         if (isClosed)
@@ -263,7 +263,7 @@ static void checkLeftovers(Subject &subject)
 
 static void checkUpdateInRun(Subject &subject)
 {
-    Instrument &instrument = subject.opened();
+    ProbedDevice &instrument = subject.opened();
     try {
         const int error = instrument.provokeError();
         instrument.callUpdate();
@@ -301,10 +301,10 @@ static int longestRun(Subject &subject)
 static void checkLongSilence(Subject &subject)
 {
     const int patience = longestRun(subject) + subject.limits().late + 5 * subject.limits().quiet;
-    Instrument idle(subject);
+    ProbedDevice idle(subject);
     idle.open();
     idle.close();
-    Instrument busy(subject);
+    ProbedDevice busy(subject);
     busy.open();
     startRunIfPossible(busy);
     busy.close();

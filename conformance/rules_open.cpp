@@ -9,7 +9,7 @@ using devices::Device;
 
 static const char group[] = "Open and close";
 
-static void checkFailedOpen(Subject &subject, const Instrument &instrument, bool accepted)
+static void checkFailedOpen(Subject &subject, const ProbedDevice &instrument, bool accepted)
 {
     if (instrument->errorCode() == 0) {
         throw Broken{accepted
@@ -25,7 +25,7 @@ static void checkFailedOpen(Subject &subject, const Instrument &instrument, bool
 
 static void checkOpens(Subject &subject)
 {
-    Instrument instrument(subject);
+    ProbedDevice instrument(subject);
     const bool accepted = instrument.callOpen();
     if (accepted) {
         subject.waitFor(subject.limits().open,
@@ -46,7 +46,7 @@ static void checkOpens(Subject &subject)
 
 static void checkStandsWhenOpen(Subject &subject)
 {
-    Instrument instrument(subject);
+    ProbedDevice instrument(subject);
     const auto table = [&] {
         QVector<QPair<Device::DeviceFeature, QVariant>> rows;
         const auto features = instrument.offered();
@@ -70,7 +70,7 @@ static void checkStandsWhenOpen(Subject &subject)
 
 static void checkOpenTwice(Subject &subject)
 {
-    Instrument &instrument = subject.opened();
+    ProbedDevice &instrument = subject.opened();
     const int start = instrument.seen().count();
     if (!instrument.callOpen())
         throw Broken{QStringLiteral("open() of an open device returned false")};
@@ -81,7 +81,7 @@ static void checkOpenTwice(Subject &subject)
 
 static void checkClose(Subject &subject)
 {
-    Instrument instrument(subject);
+    ProbedDevice instrument(subject);
     instrument.open();
     const int error = instrument->errorCode();
     const int start = instrument.seen().count();
@@ -98,7 +98,7 @@ static void checkClose(Subject &subject)
 
 static void checkSilentAfterClose(Subject &subject)
 {
-    Instrument instrument(subject);
+    ProbedDevice instrument(subject);
     instrument.open();
     instrument.callClose();
     instrument.awaitClosed();
@@ -110,7 +110,7 @@ static void checkSilentAfterClose(Subject &subject)
 
 static void checkCloseClosed(Subject &subject)
 {
-    Instrument instrument(subject);
+    ProbedDevice instrument(subject);
     subject.settle();
     const int start = instrument.seen().count();
     instrument.callClose();
@@ -123,12 +123,12 @@ static void checkCloseWhileOpening(Subject &subject)
 {
     QElapsedTimer clock;
     {
-        Instrument first(subject);
+        ProbedDevice first(subject);
         clock.start();
         first.open();
     }
     const int openTime = int(clock.elapsed());
-    Instrument instrument(subject);
+    ProbedDevice instrument(subject);
     instrument.callOpen();
     if (instrument->isOpen())
         throw NotApplicable{QStringLiteral("the device is open when open() returns")};
@@ -141,7 +141,7 @@ static void checkCloseWhileOpening(Subject &subject)
 
 static void checkReopen(Subject &subject)
 {
-    Instrument instrument(subject);
+    ProbedDevice instrument(subject);
     instrument.open();
     const auto features = instrument.offered();
     QVector<QVariant> descriptors;
@@ -164,7 +164,7 @@ static void checkReopen(Subject &subject)
 
 static void checkErrorAroundClose(Subject &subject)
 {
-    Instrument instrument(subject);
+    ProbedDevice instrument(subject);
     instrument.open();
     const int error = instrument.provokeError();
     instrument.close();
@@ -184,7 +184,7 @@ static void checkOpensOften(Subject &subject)
     offences.conclude();
     const int often = 6;
     for (int i = 0; i < often; ++i) {
-        Instrument instrument(subject);
+        ProbedDevice instrument(subject);
         try {
             instrument.open();
         } catch (const Unmet &unmet) {
@@ -202,7 +202,7 @@ static void checkOpensOften(Subject &subject)
 
 static void checkSettingsSurvive(Subject &subject)
 {
-    Instrument instrument(subject);
+    ProbedDevice instrument(subject);
     instrument.open();
     const auto features = instrument.configurable();
     bool found = false;

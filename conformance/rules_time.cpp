@@ -11,7 +11,7 @@ static const char group[] = "Time and threads";
 // Uses everything once.
 static void useAll(Subject &subject)
 {
-    Instrument instrument(subject);
+    ProbedDevice instrument(subject);
     instrument.callUpdate();
     instrument.open();
     instrument.callUpdate();

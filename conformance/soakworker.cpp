@@ -1,7 +1,7 @@
 #include "soak_p.h"
 
 #include "configurations.h"
-#include "instrument.h"
+#include "probeddevice.h"
 #include "worker_p.h"
 
 #include <qeldevices/deviceerrors.h>
@@ -96,7 +96,7 @@ private:
     void judge();
 
     Subject &m_subject;
-    std::unique_ptr<Instrument> m_instrument;
+    std::unique_ptr<ProbedDevice> m_instrument;
     std::unique_ptr<Invariants> m_invariants;
     int m_judged = 0;
     int m_lastRequest = -1;
@@ -106,14 +106,14 @@ private:
 
 QVector<Feature> Player::features()
 {
-    Instrument instrument(m_subject);
+    ProbedDevice instrument(m_subject);
     instrument.open();
     return instrument.runnable();
 }
 
 void Player::begin()
 {
-    m_instrument = std::make_unique<Instrument>(m_subject);
+    m_instrument = std::make_unique<ProbedDevice>(m_subject);
     m_invariants = std::make_unique<Invariants>();
     m_judged = 0;
     m_lastRequest = -1;
@@ -152,7 +152,7 @@ void Player::execute(Feature feature)
 
 void Player::step(const QString &verb, const QString &object)
 {
-    Instrument &instrument = *m_instrument;
+    ProbedDevice &instrument = *m_instrument;
     const auto feature =
         Feature(QMetaEnum::fromType<Feature>().keyToValue(object.toLatin1().constData()));
     if (verb == QLatin1String("open"))

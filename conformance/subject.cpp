@@ -1,7 +1,7 @@
 #include "subject.h"
 
 #include "catalogues.h"
-#include "instrument.h"
+#include "probeddevice.h"
 #include "tour.h"
 #include "unplugging.h"
 #include "worker_p.h"
@@ -144,14 +144,14 @@ Device *Subject::create(const DeviceInfo &info)
     return device;
 }
 
-Instrument &Subject::opened()
+ProbedDevice &Subject::opened()
 {
     const auto isFit = [this] {
         return m_opened && m_opened->device() && (*m_opened)->isOpen() && !(*m_opened)->isBusy();
     };
     if (!isFit()) {
         m_opened.reset();
-        auto instrument = std::make_unique<Instrument>(*this);
+        auto instrument = std::make_unique<ProbedDevice>(*this);
         instrument->open();
         m_opened = std::move(instrument);
     }
@@ -367,13 +367,13 @@ QVector<Event> Subject::foreignEvents() const
 void Subject::closeAll()
 {
     const auto instruments = m_instruments;
-    for (Instrument *instrument : instruments) {
+    for (ProbedDevice *instrument : instruments) {
         if (Device *device = instrument->device())
             device->close();
     }
     const int patience = 2000;
     waitFor(patience, [&] {
-        return std::all_of(instruments.cbegin(), instruments.cend(), [](Instrument *instrument) {
+        return std::all_of(instruments.cbegin(), instruments.cend(), [](ProbedDevice *instrument) {
             return !instrument->device() || !(*instrument)->isOpen();
         });
     });

@@ -20,7 +20,7 @@
 
 namespace qel::conformance {
 
-class Instrument;
+class ProbedDevice;
 struct Tour;
 struct Unplugging;
 
@@ -76,7 +76,7 @@ public:
     devices::Device *create(const devices::DeviceInfo &info);
 
     /// The instrument under test, open and idle. Shared by the rules that leave it like that.
-    Instrument &opened();
+    ProbedDevice &opened();
     /// Closes and forgets the shared instrument.
     void releaseOpened();
     /// What was seen when every feature was run; done once for all rules that judge runs.
@@ -157,7 +157,7 @@ public:
     QStringList signalsSeen() const;
 
 private:
-    friend class Instrument;
+    friend class ProbedDevice;
     struct Watched
     {
         std::shared_ptr<Recorder> recorder;
@@ -180,7 +180,7 @@ private:
     QElapsedTimer m_waitClock; // valid while waiting
     int m_waitLimit = 0;
     std::optional<int> m_tableTime; // how late after openChanged(true) the table came to rest
-    QVector<Instrument *> m_instruments;
+    QVector<ProbedDevice *> m_instruments;
     QVector<Watched> m_recorders;
     QVector<Feature> m_offered;
     std::shared_ptr<Recorder> m_lastRecorder;
@@ -191,7 +191,7 @@ private:
     QString m_nestedLoop;
     std::unique_ptr<Tour> m_tour;
     std::unique_ptr<Unplugging> m_unplugging;
-    std::unique_ptr<Instrument> m_opened;
+    std::unique_ptr<ProbedDevice> m_opened;
 };
 
 } // namespace qel::conformance

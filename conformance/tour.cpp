@@ -145,7 +145,7 @@ private:
     void visit(Feature feature);
     void tryForbidden(Feature feature);
     Run begin(Feature feature, const QVariant &configuration, const QString &what);
-    void end(Instrument &instrument, Run *run, int start);
+    void end(ProbedDevice &instrument, Run *run, int start);
     void add(Feature feature, Run::Kind kind, const QVariant &configuration, const QString &what,
              const QVariant &next = {});
     void chain(Feature feature);
@@ -170,7 +170,7 @@ static QString nameOf(Feature feature, const QString &what)
 // Sets the configuration and notes how things stand.
 Run Guide::begin(Feature feature, const QVariant &configuration, const QString &what)
 {
-    Instrument &instrument = m_subject.opened();
+    ProbedDevice &instrument = m_subject.opened();
     if (configuration.isValid() || instrument->configuration(feature).isValid())
         instrument->setConfiguration(feature, configuration);
     Run run;
@@ -183,7 +183,7 @@ Run Guide::begin(Feature feature, const QVariant &configuration, const QString &
     return run;
 }
 
-void Guide::end(Instrument &instrument, Run *run, int start)
+void Guide::end(ProbedDevice &instrument, Run *run, int start)
 {
     run->endedAt = QDateTime::currentDateTimeUtc();
     run->events = instrument.seen().events(start);
@@ -205,7 +205,7 @@ void Guide::add(Feature feature, Run::Kind kind, const QVariant &configuration, 
 {
     Run run = begin(feature, configuration, what);
     run.kind = kind;
-    Instrument &instrument = m_subject.opened();
+    ProbedDevice &instrument = m_subject.opened();
     const int start = instrument.seen().count();
     instrument.callExecute(feature);
     run.eventsWithin = instrument.seen().count() - start;
@@ -230,7 +230,7 @@ void Guide::tryForbidden(Feature feature)
         Run run =
             begin(feature, configuration.value, QStringLiteral("with %1").arg(configuration.what));
         run.kind = Run::Forbidden;
-        Instrument &instrument = m_subject.opened();
+        ProbedDevice &instrument = m_subject.opened();
         const int start = instrument.seen().count();
         try {
             instrument.run(feature);
@@ -255,7 +255,7 @@ void Guide::provoke()
 {
     if (m_refused == Device::DF_None)
         return;
-    Instrument &instrument = m_subject.opened();
+    ProbedDevice &instrument = m_subject.opened();
     instrument->setConfiguration(m_refused, m_refusedConfiguration);
     instrument.run(m_refused);
     instrument->setConfiguration(m_refused, QVariant());
@@ -288,7 +288,7 @@ void Guide::visit(Feature feature)
 
 void Guide::chain(Feature feature)
 {
-    Instrument &instrument = m_subject.opened();
+    ProbedDevice &instrument = m_subject.opened();
     instrument.setShortConfiguration(feature);
     int left = 1;
     instrument.recorder().setReaction([&](const Event &event) {
@@ -311,7 +311,7 @@ void Guide::chain(Feature feature)
 
 void Guide::overlap()
 {
-    Instrument &instrument = m_subject.opened();
+    ProbedDevice &instrument = m_subject.opened();
     try {
         const Feature feature = instrument.startLongRun();
         Run run;
@@ -333,7 +333,7 @@ void Guide::overlap()
 
 Tour Guide::make()
 {
-    Instrument &instrument = m_subject.opened();
+    ProbedDevice &instrument = m_subject.opened();
     m_subject.settle();
     m_tour.idle = instrument.seen().events();
 

@@ -1,7 +1,7 @@
 #ifndef QEL_CONFORMANCE_TOUR_H
 #define QEL_CONFORMANCE_TOUR_H
 
-#include "instrument.h"
+#include "probeddevice.h"
 
 #include <QtCore/QDateTime>
 

@@ -24,7 +24,7 @@ namespace {
 class Work
 {
 public:
-    explicit Work(Instrument &instrument)
+    explicit Work(ProbedDevice &instrument)
         : m_instrument(instrument)
     {
         try {
@@ -68,7 +68,7 @@ private:
         });
     }
 
-    Instrument &m_instrument;
+    ProbedDevice &m_instrument;
     Device::DeviceFeature m_feature = Device::DF_None;
     QObject m_context;
 };
@@ -87,7 +87,7 @@ static std::optional<DeviceInfo> find(Subject &subject, const DeviceInfo &record
 
 static void reopen(Subject &subject, const DeviceInfo &record, Unplugging *seen)
 {
-    Instrument fresh(subject, record);
+    ProbedDevice fresh(subject, record);
     try {
         fresh.open();
         seen->isOpenedAgain = true;
@@ -102,7 +102,7 @@ Unplugging makeUnplugging(Subject &subject)
     const int lookEvery = 500;
     const int patience = subject.limits().open;
     Unplugging seen;
-    Instrument instrument(subject);
+    ProbedDevice instrument(subject);
     instrument.open();
     const DeviceInfo record = instrument->deviceInfo();
     seen.interface = record.interface();

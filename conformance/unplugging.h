@@ -1,7 +1,7 @@
 #ifndef QEL_CONFORMANCE_UNPLUGGING_H
 #define QEL_CONFORMANCE_UNPLUGGING_H
 
-#include "instrument.h"
+#include "probeddevice.h"
 
 namespace qel::conformance {
 

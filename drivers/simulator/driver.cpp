@@ -71,12 +71,12 @@ void Driver::readScenario()
 }
 
 // The one that was described like this before, or a new one.
-std::shared_ptr<Instrument> Driver::instrument(const InstrumentDescription &description)
+std::shared_ptr<SimulatedInstrument> Driver::instrument(const InstrumentDescription &description)
 {
-    std::weak_ptr<Instrument> &known = m_known[description.source];
+    std::weak_ptr<SimulatedInstrument> &known = m_known[description.source];
     auto instrument = known.lock();
     if (!instrument)
-        known = instrument = std::make_shared<Instrument>(description);
+        known = instrument = std::make_shared<SimulatedInstrument>(description);
     return instrument;
 }
 

@@ -1,7 +1,7 @@
 #ifndef SIMULATOR_DRIVER_H
 #define SIMULATOR_DRIVER_H
 
-#include "instrument.h"
+#include "simulatedinstrument.h"
 
 #include <qeldevices/devicebroker.h>
 
@@ -34,15 +34,15 @@ public:
 
 private:
     void readScenario();
-    std::shared_ptr<Instrument> instrument(const InstrumentDescription &description);
+    std::shared_ptr<SimulatedInstrument> instrument(const InstrumentDescription &description);
     void forgetTheGone();
 
-    using Instruments = QHash<QString, std::shared_ptr<Instrument>>;
+    using Instruments = QHash<QString, std::shared_ptr<SimulatedInstrument>>;
 
     std::optional<SourceText> m_source; // as it was read last
     Instruments m_instruments;          // those of the scenario, by location
     // Those and the ones that only a device still holds, by description.
-    QHash<QByteArray, std::weak_ptr<Instrument>> m_known;
+    QHash<QByteArray, std::weak_ptr<SimulatedInstrument>> m_known;
 };
 
 } // namespace qel::simulator

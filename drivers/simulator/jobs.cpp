@@ -106,7 +106,7 @@ QVariantHash ledBarDescriptor()
 }
 
 // What the results of both measurements have in common, as things stand when the run starts.
-QVariantHash measurementFrame(const Instrument &instrument, const QString &unit)
+QVariantHash measurementFrame(const SimulatedInstrument &instrument, const QString &unit)
 {
     const PlateFormat &format = instrument.model().format;
     return {
@@ -119,7 +119,7 @@ QVariantHash measurementFrame(const Instrument &instrument, const QString &unit)
     };
 }
 
-Job absorbanceJob(const QVariantHash &configuration, const Instrument &instrument)
+Job absorbanceJob(const QVariantHash &configuration, const SimulatedInstrument &instrument)
 {
     const AbsorbanceMeasurement_config config{configuration};
     const bool rapid = config.isRapidModeEnabled();
@@ -134,7 +134,7 @@ Job absorbanceJob(const QVariantHash &configuration, const Instrument &instrumen
     job.reportsProgress = true;
     job.needsCalibration = true;
     job.slot = Job::Slot::NeedsPlate;
-    job.finish = [=](Instrument &i) {
+    job.finish = [=](SimulatedInstrument &i) {
         const quint64 seed = i.description().seed;
         QVariantList values;
         for (int read = 0; read < wavelengths.size(); ++read) {
@@ -146,12 +146,12 @@ Job absorbanceJob(const QVariantHash &configuration, const Instrument &instrumen
         QVariantHash result = frame;
         result.insert(QStringLiteral("wavelengths"), QVariant::fromValue(wavelengths));
         result.insert(QStringLiteral("values"), values);
-        return Outcome{result, NO_DEVICE_ERROR, {}};
+        return JobOutcome{result, NO_DEVICE_ERROR, {}};
     };
     return job;
 }
 
-Job luminescenceJob(const QVariantHash &configuration, const Instrument &instrument)
+Job luminescenceJob(const QVariantHash &configuration, const SimulatedInstrument &instrument)
 {
     const LuminescenceMeasurement_config config{configuration};
     const auto integrationTime =
@@ -169,7 +169,7 @@ Job luminescenceJob(const QVariantHash &configuration, const Instrument &instrum
     job.seconds = wells.count(true) * (secondsPerWell + 0.02);
     job.reportsProgress = true;
     job.slot = Job::Slot::NeedsPlate;
-    job.finish = [=](Instrument &i) {
+    job.finish = [=](SimulatedInstrument &i) {
         Dice dice(i.description().seed, {0x1b, quint32(i.measurements)});
         QVector<double> values(wells.size(), std::numeric_limits<double>::quiet_NaN());
         const auto trueValues =
@@ -181,7 +181,7 @@ Job luminescenceJob(const QVariantHash &configuration, const Instrument &instrum
         QVariantHash result = frame;
         result.insert(QStringLiteral("integrationTime"), QVariant::fromValue(integrationTime));
         result.insert(QStringLiteral("values"), QVariantList{QVariant::fromValue(values)});
-        return Outcome{result, NO_DEVICE_ERROR, {}};
+        return JobOutcome{result, NO_DEVICE_ERROR, {}};
     };
     return job;
 }
@@ -192,9 +192,9 @@ Job calibrationJob()
     job.seconds = 4;
     job.reportsProgress = true;
     job.slot = Job::Slot::NeedsEmpty;
-    job.finish = [](Instrument &i) {
+    job.finish = [](SimulatedInstrument &i) {
         i.calibrated = true;
-        return Outcome{
+        return JobOutcome{
             QVariantHash{{QStringLiteral("calibratedAt"), QDateTime::currentDateTimeUtc()}},
             NO_DEVICE_ERROR,
             {}};
@@ -202,7 +202,7 @@ Job calibrationJob()
     return job;
 }
 
-QVariantHash firmwareInfo(const Instrument &instrument)
+QVariantHash firmwareInfo(const SimulatedInstrument &instrument)
 {
     return {{QStringLiteral("version"), instrument.firmware},
             {QStringLiteral("bootloader"), QStringLiteral("1.1.0")},
@@ -210,7 +210,7 @@ QVariantHash firmwareInfo(const Instrument &instrument)
 }
 
 // An image is the line "QELSIM VERSION", the code, and a CRC-16 of both, high byte first.
-Outcome flash(const QByteArray &image, Instrument *instrument)
+JobOutcome flash(const QByteArray &image, SimulatedInstrument *instrument)
 {
     const QByteArray magic("QELSIM ");
     const int lineEnd = image.indexOf('\n');
@@ -235,7 +235,7 @@ Job firmwareUpdateJob(const QVariantHash &configuration)
     Job job;
     job.seconds = 2 + image.size() / 20000.0;
     job.reportsProgress = true;
-    job.finish = [image](Instrument &i) { return flash(image, &i); };
+    job.finish = [image](SimulatedInstrument &i) { return flash(image, &i); };
     return job;
 }
 
@@ -243,22 +243,24 @@ Job ledBarJob(const QVariantHash &configuration)
 {
     Job job;
     job.seconds = 0.05;
-    job.finish = [configuration](Instrument &i) {
+    job.finish = [configuration](SimulatedInstrument &i) {
         LedBarEffect_config effect;
         for (auto value = configuration.cbegin(); value != configuration.cend(); ++value)
             effect.insert(value.key(), value.value());
         i.ledBar = effect;
-        return Outcome();
+        return JobOutcome();
     };
     return job;
 }
 
 // What the instrument tells without changing.
-Job questionJob(double seconds, const std::function<QVariant(const Instrument &)> &answer)
+Job questionJob(double seconds, const std::function<QVariant(const SimulatedInstrument &)> &answer)
 {
     Job job;
     job.seconds = seconds;
-    job.finish = [answer](Instrument &i) { return Outcome{answer(i), NO_DEVICE_ERROR, {}}; };
+    job.finish = [answer](SimulatedInstrument &i) {
+        return JobOutcome{answer(i), NO_DEVICE_ERROR, {}};
+    };
     return job;
 }
 
@@ -288,12 +290,13 @@ QVariant descriptorOf(Device::DeviceFeature feature, const Model &model)
 }
 
 Job jobFor(Device::DeviceFeature feature, const QVariantHash &configuration,
-           const Instrument &instrument)
+           const SimulatedInstrument &instrument)
 {
     switch (feature) {
     case Device::DF_AmbientTemperature:
-        return questionJob(
-            0.2, [](const Instrument &i) { return temperature(i.clock, i.description().seed); });
+        return questionJob(0.2, [](const SimulatedInstrument &i) {
+            return temperature(i.clock, i.description().seed);
+        });
     case Device::DF_AbsorbanceMeasurement:
         return absorbanceJob(configuration, instrument);
     case Device::DF_LuminescenceMeasurement:
@@ -301,26 +304,27 @@ Job jobFor(Device::DeviceFeature feature, const QVariantHash &configuration,
     case Device::DF_Calibration:
         return calibrationJob();
     case Device::DF_PlateDetection:
-        return questionJob(0.1,
-                           [](const Instrument &i) { return QVariant::fromValue(i.slotStatus()); });
+        return questionJob(
+            0.1, [](const SimulatedInstrument &i) { return QVariant::fromValue(i.slotStatus()); });
     case Device::DF_FirmwareInfo:
         return questionJob(0, &firmwareInfo);
     case Device::DF_FirmwareUpdate:
         return firmwareUpdateJob(configuration);
     case Device::DF_ReferenceNumber:
-        return questionJob(0, [](const Instrument &i) { return i.model().referenceNumber; });
+        return questionJob(0,
+                           [](const SimulatedInstrument &i) { return i.model().referenceNumber; });
     case Device::DF_Orientation:
-        return questionJob(0.1, [](const Instrument &) {
+        return questionJob(0.1, [](const SimulatedInstrument &) {
             return Orientation_result(0.03f, -0.05f, 9.81f, Orientation_result::Side::Top);
         });
     case Device::DF_PartsAligned:
-        return questionJob(0.5, [](const Instrument &) { return true; });
+        return questionJob(0.5, [](const SimulatedInstrument &) { return true; });
     case Device::DF_LedBarEffect:
         return ledBarJob(configuration);
     case Device::DF_None:
         break;
     }
-    return questionJob(0, [](const Instrument &) { return QVariant(); });
+    return questionJob(0, [](const SimulatedInstrument &) { return QVariant(); });
 }
 
 } // namespace qel::simulator

@@ -1,7 +1,7 @@
 #ifndef SIMULATOR_JOBS_H
 #define SIMULATOR_JOBS_H
 
-#include "instrument.h"
+#include "simulatedinstrument.h"
 
 #include <qeldevices/device.h>
 #include <qeldevices/deviceerrors.h>
@@ -14,7 +14,7 @@
 namespace qel::simulator {
 
 /// How a run went: its result, or why there is none.
-struct Outcome
+struct JobOutcome
 {
     QVariant result;
     int code = qel::devices::NO_DEVICE_ERROR;
@@ -31,7 +31,7 @@ struct Job
     bool needsCalibration = false;
     Slot slot = Slot::DoesNotMatter;
     /// Called when the time is up: changes the instrument and says how it went.
-    std::function<Outcome(Instrument &)> finish;
+    std::function<JobOutcome(SimulatedInstrument &)> finish;
 };
 
 /// What the simulated instruments say of `feature`; invalid where there is nothing to say.
@@ -40,7 +40,7 @@ QVariant descriptorOf(qel::devices::Device::DeviceFeature feature, const Model &
 /// The job of running `feature` on `instrument` with `configuration`, which has been checked
 /// against the descriptor's settings.
 Job jobFor(qel::devices::Device::DeviceFeature feature, const QVariantHash &configuration,
-           const Instrument &instrument);
+           const SimulatedInstrument &instrument);
 
 } // namespace qel::simulator
 

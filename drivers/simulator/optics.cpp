@@ -129,7 +129,7 @@ static double edgeEffect(int row, int column, const PlateFormat &format)
     return (1 - 0.18) / (1 - evaporated);
 }
 
-QVector<double> strengths(const Plate &plate, const PlateFormat &format, quint64 seed)
+QVector<double> strengths(const SimulatedPlate &plate, const PlateFormat &format, quint64 seed)
 {
     Dice samples(seed, {0xe1});
     QVector<double> wells;
@@ -137,16 +137,16 @@ QVector<double> strengths(const Plate &plate, const PlateFormat &format, quint64
     for (int row = 0; row < format.rows; ++row) {
         for (int column = 0; column < format.columns; ++column) {
             switch (plate.layout) {
-            case Plate::Layout::DilutionSeries:
+            case SimulatedPlate::Layout::DilutionSeries:
                 wells.append(dilution(column, format.columns));
                 break;
-            case Plate::Layout::Elisa:
+            case SimulatedPlate::Layout::Elisa:
                 wells.append(elisa(row, column, format, &samples));
                 break;
-            case Plate::Layout::EdgeEffect:
+            case SimulatedPlate::Layout::EdgeEffect:
                 wells.append(edgeEffect(row, column, format));
                 break;
-            case Plate::Layout::Empty:
+            case SimulatedPlate::Layout::Empty:
                 wells.append(0);
                 break;
             }
@@ -155,7 +155,7 @@ QVector<double> strengths(const Plate &plate, const PlateFormat &format, quint64
     return wells;
 }
 
-QVector<double> trueAbsorbance(const Plate &plate, const PlateFormat &format, quint64 seed,
+QVector<double> trueAbsorbance(const SimulatedPlate &plate, const PlateFormat &format, quint64 seed,
                                int wavelength)
 {
     const double pathLength = plate.volume / format.wellArea / 10; // mm³ over mm², in cm
@@ -181,8 +181,8 @@ QVector<double> measureAbsorbance(const QVector<double> &opticalDensities, bool 
     return measured;
 }
 
-QVector<double> trueLuminescence(const Plate &plate, const PlateFormat &format, quint64 seed,
-                                 double seconds)
+QVector<double> trueLuminescence(const SimulatedPlate &plate, const PlateFormat &format,
+                                 quint64 seed, double seconds)
 {
     const double glow = (1 - std::exp(-(seconds + 20) / 10)) * std::exp(-seconds / 1800);
     QVector<double> wells = strengths(plate, format, seed);

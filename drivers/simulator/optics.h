@@ -38,7 +38,7 @@ double absorptivity(const QString &dye, int wavelength);
 
 /// How strong each well of `plate` is, relative to the strongest of its layout (which is 1), row by
 /// row. Samples of an unknown strength come from `seed`.
-QVector<double> strengths(const Plate &plate, const PlateFormat &format, quint64 seed);
+QVector<double> strengths(const SimulatedPlate &plate, const PlateFormat &format, quint64 seed);
 
 /// Limits of what the detectors report.
 constexpr double minimumOpticalDensity = -0.2;
@@ -47,7 +47,7 @@ constexpr double maximumLightRate = 1e7; // RLU/s
 
 /// Absorbance of each well at `wavelength` nm without noise, in OD: Beer and Lambert's law over the
 /// height of the liquid, plus the plate's own plastic.
-QVector<double> trueAbsorbance(const Plate &plate, const PlateFormat &format, quint64 seed,
+QVector<double> trueAbsorbance(const SimulatedPlate &plate, const PlateFormat &format, quint64 seed,
                                int wavelength);
 
 /// What the photodiode makes of `opticalDensities`: shot noise of the light that arrives, stray
@@ -57,8 +57,8 @@ QVector<double> measureAbsorbance(const QVector<double> &opticalDensities, bool 
 
 /// Light of each well in RLU/s without noise, `seconds` after the reaction was started: a glow that
 /// rises within half a minute and fades over half an hour.
-QVector<double> trueLuminescence(const Plate &plate, const PlateFormat &format, quint64 seed,
-                                 double seconds);
+QVector<double> trueLuminescence(const SimulatedPlate &plate, const PlateFormat &format,
+                                 quint64 seed, double seconds);
 
 /// What the photomultiplier makes of `rate` RLU/s when it counts for `seconds`: whole counts with
 /// shot noise and dark counts, saturation at maximumLightRate, in RLU/s rounded to 0.001.

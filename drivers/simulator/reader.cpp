@@ -49,7 +49,7 @@ static QVariant somethingElse(const QVariant &result)
     return QStringLiteral("not a result");
 }
 
-Reader::Reader(const DeviceInfo &info, std::shared_ptr<Instrument> instrument)
+Reader::Reader(const DeviceInfo &info, std::shared_ptr<SimulatedInstrument> instrument)
     : Device(info, nullptr)
     , m_instrument(std::move(instrument))
 {
@@ -62,13 +62,13 @@ Reader::Reader(const DeviceInfo &info, std::shared_ptr<Instrument> instrument)
         m_instrument->passTime();
         waitForTimedFault();
     });
-    connect(m_instrument.get(), &Instrument::unplugged, this,
+    connect(m_instrument.get(), &SimulatedInstrument::unplugged, this,
             [this] { lose(ERROR_DEVICE_DISCONNECTED, QStringLiteral("qelsimulator-unplugged")); });
-    connect(m_instrument.get(), &Instrument::plateChanged, this, [this] {
+    connect(m_instrument.get(), &SimulatedInstrument::plateChanged, this, [this] {
         if (isOpen())
             emit transientValue(DF_PlateDetection, QVariant::fromValue(m_instrument->slotStatus()));
     });
-    connect(m_instrument.get(), &Instrument::failed, this,
+    connect(m_instrument.get(), &SimulatedInstrument::failed, this,
             [this](int code, const QString &details) {
                 if (m_task)
                     end(false, {{}, code, details});
@@ -322,7 +322,7 @@ void Reader::finish()
         return;
     }
     const Task task = *m_task;
-    Outcome outcome = task.job.finish(*m_instrument);
+    JobOutcome outcome = task.job.finish(*m_instrument);
     m_instrument->clock += task.job.seconds;
     if (strikes(task.faults, Fault::Action::PartialData))
         outcome.result = half(outcome.result);
@@ -359,7 +359,7 @@ void Reader::finishOpening()
     setOpen(true);
 }
 
-void Reader::end(bool ok, const Outcome &outcome, int endings)
+void Reader::end(bool ok, const JobOutcome &outcome, int endings)
 {
     const Task task = *std::exchange(m_task, std::nullopt);
     m_ticks.stop();

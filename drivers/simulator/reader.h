@@ -1,8 +1,8 @@
 #ifndef SIMULATOR_READER_H
 #define SIMULATOR_READER_H
 
-#include "instrument.h"
 #include "jobs.h"
+#include "simulatedinstrument.h"
 
 #include <qeldevices/device.h>
 
@@ -26,7 +26,7 @@ class Reader : public qel::devices::Device
 
 public:
     /// A closed device on `instrument`, known as `info`.
-    Reader(const qel::devices::DeviceInfo &info, std::shared_ptr<Instrument> instrument);
+    Reader(const qel::devices::DeviceInfo &info, std::shared_ptr<SimulatedInstrument> instrument);
     ~Reader() override;
 
     bool open() override;
@@ -64,11 +64,11 @@ private:
     void answer(int actionId, bool confirmed);
     void finish();
     void finishOpening();
-    void end(bool ok, const Outcome &outcome, int endings = 1);
+    void end(bool ok, const JobOutcome &outcome, int endings = 1);
     void lose(int code, const QString &info);
     void waitForTimedFault();
 
-    const std::shared_ptr<Instrument> m_instrument;
+    const std::shared_ptr<SimulatedInstrument> m_instrument;
     std::optional<Task> m_task;
     int m_taskNumber = 0;
     QTimer m_ticks;

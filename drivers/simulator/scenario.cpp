@@ -75,13 +75,13 @@ static const Names<Fault::Moment> &momentNames()
     return names;
 }
 
-static const Names<Plate::Layout> &layoutNames()
+static const Names<SimulatedPlate::Layout> &layoutNames()
 {
-    static const Names<Plate::Layout> names{
-        {QStringLiteral("dilution-series"), Plate::Layout::DilutionSeries},
-        {QStringLiteral("elisa"), Plate::Layout::Elisa},
-        {QStringLiteral("edge-effect"), Plate::Layout::EdgeEffect},
-        {QStringLiteral("empty"), Plate::Layout::Empty},
+    static const Names<SimulatedPlate::Layout> names{
+        {QStringLiteral("dilution-series"), SimulatedPlate::Layout::DilutionSeries},
+        {QStringLiteral("elisa"), SimulatedPlate::Layout::Elisa},
+        {QStringLiteral("edge-effect"), SimulatedPlate::Layout::EdgeEffect},
+        {QStringLiteral("empty"), SimulatedPlate::Layout::Empty},
     };
     return names;
 }
@@ -145,11 +145,11 @@ static Fault readFault(const QJsonObject &object, const QString &path, QStringLi
     return fault;
 }
 
-static Plate readPlate(const QJsonObject &object, const QString &path, const PlateFormat &format,
-                       QStringList *mistakes)
+static SimulatedPlate readPlate(const QJsonObject &object, const QString &path,
+                                const PlateFormat &format, QStringList *mistakes)
 {
     JsonObjectReader reader(object, path, mistakes);
-    Plate plate;
+    SimulatedPlate plate;
     plate.layout = reader.choice(QStringLiteral("layout"), layoutNames());
     Names<QString> dyes;
     const QStringList names = dyeNames();
@@ -192,7 +192,7 @@ static void readSlot(JsonObjectReader &reader, InstrumentDescription &instrument
     readFormat(reader, &instrument.model.format);
     if (reader.isNull(key))
         return;
-    instrument.plate = Plate();
+    instrument.plate = SimulatedPlate();
     instrument.plate->volume = instrument.model.format.wellVolume;
     if (const auto object = reader.object(key))
         instrument.plate =

@@ -16,7 +16,7 @@
 namespace qel::simulator {
 
 /// What stands in the wells of a plate.
-struct Plate
+struct SimulatedPlate
 {
     enum class Layout { DilutionSeries, Elisa, EdgeEffect, Empty };
 
@@ -67,7 +67,7 @@ struct InstrumentDescription
     QString name;
     QString serial;
     QString location;
-    std::optional<Plate> plate; ///< what is in the slot at first; none where it is empty
+    std::optional<SimulatedPlate> plate; ///< what is in the slot at first; none where it is empty
     quint64 seed = 1;
     double timeScale = 1;   ///< real time per simulated time; 0: as fast as the event loop turns
     bool calibrated = true; ///< without it, measurements fail until a calibration

@@ -70,7 +70,7 @@ static QVector<int> brokenRules(const Report &report)
 {
     QVector<int> numbers;
     for (const Result &result : report.results) {
-        if (result.outcome == Outcome::Failed || result.outcome == Outcome::Warning)
+        if (result.judgement == Judgement::Failed || result.judgement == Judgement::Warning)
             numbers += result.rule->number;
     }
     return numbers;
@@ -80,17 +80,17 @@ static QString describe(const Report &report)
 {
     QString text = report.error;
     for (const Result &result : report.results) {
-        if (result.outcome == Outcome::Failed || result.outcome == Outcome::Warning)
+        if (result.judgement == Judgement::Failed || result.judgement == Judgement::Warning)
             text += toText(result, nullptr);
     }
     return text;
 }
 
-static Outcome outcomeOf(const Report &report, int rule)
+static Judgement judgementOf(const Report &report, int rule)
 {
     const auto result = std::find_if(report.results.cbegin(), report.results.cend(),
                                      [rule](const Result &r) { return r.rule->number == rule; });
-    return result == report.results.cend() ? Outcome::NotRun : result->outcome;
+    return result == report.results.cend() ? Judgement::NotRun : result->judgement;
 }
 
 class tst_Conformance : public QObject
@@ -213,7 +213,7 @@ void tst_Conformance::goodDriver()
     QCOMPARE(report.results.size(), allRules().size());
     for (const Result &result : report.results) {
         const bool isTried = isUnsafe || !(result.rule->isUnsafe || result.rule->needsPerson);
-        QVERIFY2((result.outcome == Outcome::Passed) == isTried,
+        QVERIFY2((result.judgement == Judgement::Passed) == isTried,
                  qPrintable(toText(result, nullptr)));
     }
 }
@@ -264,7 +264,7 @@ void tst_Conformance::simulator()
     const Report report = Checker(request).run();
     QCOMPARE(report.error, QString());
     QVERIFY2(brokenRules(report) == broken, qPrintable(describe(report)));
-    QVERIFY(report.count(Outcome::Passed) > 0 || !broken.isEmpty());
+    QVERIFY(report.count(Judgement::Passed) > 0 || !broken.isEmpty());
 }
 
 void tst_Conformance::selectedRules()
@@ -275,9 +275,9 @@ void tst_Conformance::selectedRules()
     const Report report =
         Checker(request).run([&](const Result &result) { numbers += result.rule->number; });
     QCOMPARE(numbers, QVector<int>({103, 401, 904}));
-    QCOMPARE(report.count(Outcome::Passed), 1);
-    QCOMPARE(report.count(Outcome::Failed), 1);
-    QCOMPARE(report.results.constLast().outcome, Outcome::NotRun);
+    QCOMPARE(report.count(Judgement::Passed), 1);
+    QCOMPARE(report.count(Judgement::Failed), 1);
+    QCOMPARE(report.results.constLast().judgement, Judgement::NotRun);
     QVERIFY(report.results.constLast().seen.contains(QStringLiteral("does not open")));
 }
 
@@ -302,7 +302,7 @@ void tst_Conformance::wrongSelection()
     const Report report = Checker(request).run();
     const QString wanted = driver + serial;
     QVERIFY2(report.error.contains(wanted.isEmpty() ? file : wanted), qPrintable(report.error));
-    QCOMPARE(report.count(Outcome::Failed), 0);
+    QCOMPARE(report.count(Judgement::Failed), 0);
 }
 
 void tst_Conformance::crashAndHangAreNamed_data()
@@ -328,10 +328,10 @@ void tst_Conformance::crashAndHangAreNamed()
     const Report report = m_reports.value(name);
     QVERIFY2(describe(report).contains(words), qPrintable(describe(report)));
     // It is one finding, and what does not need the call was judged all the same.
-    QCOMPARE(report.count(Outcome::Failed), 1);
+    QCOMPARE(report.count(Judgement::Failed), 1);
     QCOMPARE(report.results.size(), allRules().size());
     const bool isLastJudged = name != QLatin1String("202-enumeration-hangs");
-    QCOMPARE(outcomeOf(report, 1307), isLastJudged ? Outcome::Passed : Outcome::NotRun);
+    QCOMPARE(judgementOf(report, 1307), isLastJudged ? Judgement::Passed : Judgement::NotRun);
 }
 
 // As when the checker is interrupted: the process that holds the instrument sees its input end.
@@ -421,8 +421,9 @@ static bool check(const QString &fileName)
     const Report report = Checker(request).run();
     std::fputs(qPrintable(describe(report) + summary(report)), stdout);
     const bool isJudged =
-        std::all_of(report.results.cbegin(), report.results.cend(),
-                    [](const Result &r) { return r.outcome != Outcome::NotRun || r.isLeftOut; });
+        std::all_of(report.results.cbegin(), report.results.cend(), [](const Result &r) {
+            return r.judgement != Judgement::NotRun || r.isLeftOut;
+        });
     return report.error.isEmpty() && brokenRules(report).isEmpty() && isJudged;
 }
 

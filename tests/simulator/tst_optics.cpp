@@ -42,9 +42,9 @@ static Moments momentsOf(int count, const std::function<double()> &draw)
     return {mean, std::sqrt(squares / count - mean * mean)};
 }
 
-static Plate plateOf(Plate::Layout layout)
+static SimulatedPlate plateOf(SimulatedPlate::Layout layout)
 {
-    Plate plate;
+    SimulatedPlate plate;
     plate.layout = layout;
     return plate;
 }
@@ -102,7 +102,7 @@ void tst_Optics::noiseIsShotNoise()
 void tst_Optics::beerLambert()
 {
     const PlateFormat &format = models().constFirst().format;
-    Plate plate;
+    SimulatedPlate plate;
     const auto whole = trueAbsorbance(plate, format, 1, 450);
     plate.concentration /= 2;
     const auto half = trueAbsorbance(plate, format, 1, 450);
@@ -134,20 +134,21 @@ void tst_Optics::layouts()
         };
         const int lastRow = format.rows - 1;
         const int lastColumn = format.columns - 1;
-        const auto dilution = strengths(plateOf(Plate::Layout::DilutionSeries), format, 1);
+        const auto dilution = strengths(plateOf(SimulatedPlate::Layout::DilutionSeries), format, 1);
         QCOMPARE(dilution.size(), format.wells());
         QCOMPARE(at(dilution, lastRow, 1), 0.5);
         QCOMPARE(at(dilution, 0, lastColumn), 0.0);
-        const auto edge = strengths(plateOf(Plate::Layout::EdgeEffect), format, 1);
+        const auto edge = strengths(plateOf(SimulatedPlate::Layout::EdgeEffect), format, 1);
         if (format.wells() >= 96)
             QVERIFY(at(edge, 0, 3) > at(edge, 1, 3) && at(edge, 1, 3) > at(edge, 2, 3));
         QCOMPARE(at(edge, lastRow, lastColumn), at(edge, 0, 0));
-        const auto elisa = strengths(plateOf(Plate::Layout::Elisa), format, 1);
+        const auto elisa = strengths(plateOf(SimulatedPlate::Layout::Elisa), format, 1);
         QCOMPARE(at(elisa, 0, 0), at(elisa, 0, 1)); // standards in duplicate
         QVERIFY(at(elisa, 0, 0) > at(elisa, 1, 0));
         QCOMPARE(at(elisa, lastRow, 0), 0.0);
-        QVERIFY(strengths(plateOf(Plate::Layout::Elisa), format, 2) != elisa);
-        QCOMPARE(strengths(plateOf(Plate::Layout::Empty), format, 1).count(0.0), format.wells());
+        QVERIFY(strengths(plateOf(SimulatedPlate::Layout::Elisa), format, 2) != elisa);
+        QCOMPARE(strengths(plateOf(SimulatedPlate::Layout::Empty), format, 1).count(0.0),
+                 format.wells());
     }
 }
 
@@ -155,7 +156,7 @@ void tst_Optics::glowRisesAndFades()
 {
     const PlateFormat &format = models().at(1).format;
     const auto glow = [&](double seconds) {
-        return trueLuminescence(Plate(), format, 1, seconds).at(0);
+        return trueLuminescence(SimulatedPlate(), format, 1, seconds).at(0);
     };
     QVERIFY(glow(30) > glow(0));
     QVERIFY(std::abs(glow(30 + 1800) / glow(30) - std::exp(-1)) < 0.01);

@@ -78,7 +78,7 @@ int check(const Request &request, const QString &format)
         return fail(NoSuchDevice, report.error);
     if (printed != Done)
         return printed;
-    if (report.count(Outcome::Failed) > 0)
+    if (report.count(Judgement::Failed) > 0)
         return RunFailed;
     return report.isIncomplete() ? Incomplete : Done;
 }

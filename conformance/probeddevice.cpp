@@ -1,4 +1,4 @@
-#include "instrument.h"
+#include "probeddevice.h"
 
 #include "configurations.h"
 
@@ -27,11 +27,11 @@ static DeviceInfo releasedRecord(Subject &subject)
     return subject.record();
 }
 
-Instrument::Instrument(Subject &subject)
-    : Instrument(subject, releasedRecord(subject))
+ProbedDevice::ProbedDevice(Subject &subject)
+    : ProbedDevice(subject, releasedRecord(subject))
 { }
 
-Instrument::Instrument(Subject &subject, const DeviceInfo &record)
+ProbedDevice::ProbedDevice(Subject &subject, const DeviceInfo &record)
     : m_subject(subject)
     , m_recorder(std::make_shared<Recorder>())
 {
@@ -46,7 +46,7 @@ Instrument::Instrument(Subject &subject, const DeviceInfo &record)
     subject.m_instruments += this;
 }
 
-Instrument::~Instrument()
+ProbedDevice::~ProbedDevice()
 {
     m_recorder->setReaction({});
     if (m_device && (m_device->isOpen() || m_device->isBusy())) {
@@ -57,29 +57,29 @@ Instrument::~Instrument()
     unlessHung(m_subject, QStringLiteral("the destructor"), [this] { delete m_device; });
 }
 
-bool Instrument::callOpen()
+bool ProbedDevice::callOpen()
 {
     bool accepted = false;
     m_subject.timed(QStringLiteral("open()"), [&] { accepted = m_device->open(); });
     return accepted;
 }
 
-void Instrument::callClose()
+void ProbedDevice::callClose()
 {
     m_subject.timed(QStringLiteral("close()"), [this] { m_device->close(); });
 }
 
-void Instrument::callReset()
+void ProbedDevice::callReset()
 {
     m_subject.timed(QStringLiteral("reset()"), [this] { m_device->reset(); });
 }
 
-void Instrument::callUpdate()
+void ProbedDevice::callUpdate()
 {
     m_subject.timed(QStringLiteral("update()"), [this] { m_device->update(); });
 }
 
-void Instrument::callExecute(Feature feature)
+void ProbedDevice::callExecute(Feature feature)
 {
     m_runStart = m_recorder->count();
     m_subject.timed(
@@ -87,13 +87,13 @@ void Instrument::callExecute(Feature feature)
         [this, feature] { m_device->execute(feature); }, feature);
 }
 
-void Instrument::executeAgain(Feature feature)
+void ProbedDevice::executeAgain(Feature feature)
 {
     m_runStart = m_recorder->count();
     m_device->execute(feature);
 }
 
-void Instrument::confirm(int actionId)
+void ProbedDevice::confirm(int actionId)
 {
     const bool isKnown = m_recorder->hasRequest(actionId);
     m_subject.timed(isKnown ? QStringLiteral("confirmAction()")
@@ -101,7 +101,7 @@ void Instrument::confirm(int actionId)
                     [this, actionId] { m_device->confirmAction(actionId); });
 }
 
-void Instrument::abort(int actionId)
+void ProbedDevice::abort(int actionId)
 {
     const bool isKnown = m_recorder->hasRequest(actionId);
     m_subject.timed(isKnown ? QStringLiteral("abortAction()")
@@ -109,12 +109,12 @@ void Instrument::abort(int actionId)
                     [this, actionId] { m_device->abortAction(actionId); });
 }
 
-void Instrument::destroy()
+void ProbedDevice::destroy()
 {
     m_subject.timed(QStringLiteral("the destructor"), [this] { delete m_device; });
 }
 
-void Instrument::open()
+void ProbedDevice::open()
 {
     if (callOpen()) {
         m_subject.waitFor(m_subject.limits().open,
@@ -130,14 +130,14 @@ void Instrument::open()
     m_subject.m_offered = offered();
 }
 
-bool Instrument::awaitClosed()
+bool ProbedDevice::awaitClosed()
 {
     return m_subject.waitFor(m_subject.limits().open, [this] {
         return !m_device || (!m_device->isOpen() && !m_device->isBusy());
     });
 }
 
-void Instrument::close()
+void ProbedDevice::close()
 {
     callClose();
     if (!awaitClosed())
@@ -145,7 +145,7 @@ void Instrument::close()
     m_subject.settle();
 }
 
-QVector<Instrument::Feature> Instrument::offered() const
+QVector<ProbedDevice::Feature> ProbedDevice::offered() const
 {
     QVector<Feature> features;
     const auto all = QMetaEnum::fromType<Feature>();
@@ -157,14 +157,14 @@ QVector<Instrument::Feature> Instrument::offered() const
     return features;
 }
 
-QVector<Instrument::Feature> Instrument::runnable() const
+QVector<ProbedDevice::Feature> ProbedDevice::runnable() const
 {
     QVector<Feature> features = configurable();
     features.removeOne(Device::DF_FirmwareUpdate);
     return features;
 }
 
-QVector<Instrument::Feature> Instrument::configurable() const
+QVector<ProbedDevice::Feature> ProbedDevice::configurable() const
 {
     QVector<Feature> features;
     const QVector<Feature> all = offered();
@@ -180,7 +180,7 @@ QVector<Instrument::Feature> Instrument::configurable() const
     return features;
 }
 
-bool Instrument::awaitEndings(int start, int endings, bool confirms)
+bool ProbedDevice::awaitEndings(int start, int endings, bool confirms)
 {
     const int patience = 5;
     // Progress may rise for long, but not for ever.
@@ -222,7 +222,7 @@ bool Instrument::awaitEndings(int start, int endings, bool confirms)
 }
 
 // Whose fault it is shows in what happened to the requests of the run.
-void Instrument::reportStuck(Feature feature, int start, bool confirms)
+void ProbedDevice::reportStuck(Feature feature, int start, bool confirms)
 {
     const bool asked = m_recorder->count(Event::ActionRequired, start) > 0;
     const bool confirmed = m_recorder->count(Event::ActionConfirmed, start) > 0;
@@ -236,7 +236,7 @@ void Instrument::reportStuck(Feature feature, int start, bool confirms)
                                .arg(m_subject.limits().run)});
 }
 
-void Instrument::awaitRun(Feature feature, int start, bool confirms)
+void ProbedDevice::awaitRun(Feature feature, int start, bool confirms)
 {
     if (awaitEndings(start, 1, confirms))
         return;
@@ -244,7 +244,7 @@ void Instrument::awaitRun(Feature feature, int start, bool confirms)
     throw Hindered{m_subject.stuck().constLast().why};
 }
 
-Event Instrument::run(Feature feature, bool confirms)
+Event ProbedDevice::run(Feature feature, bool confirms)
 {
     const int start = m_recorder->count();
     callExecute(feature);
@@ -254,20 +254,20 @@ Event Instrument::run(Feature feature, bool confirms)
                          [](const Event &event) { return event.kind == Event::Executed; });
 }
 
-void Instrument::setShortConfiguration(Feature feature)
+void ProbedDevice::setShortConfiguration(Feature feature)
 {
     const QVariant configuration = shortConfiguration(feature, m_device->descriptor(feature));
     if (configuration.isValid() || m_device->configuration(feature).isValid())
         m_device->setConfiguration(feature, configuration);
 }
 
-Event Instrument::runShort(Feature feature, bool confirms)
+Event ProbedDevice::runShort(Feature feature, bool confirms)
 {
     setShortConfiguration(feature);
     return run(feature, confirms);
 }
 
-Instrument::Feature Instrument::startLongRun()
+ProbedDevice::Feature ProbedDevice::startLongRun()
 {
     QVector<Feature> features = runnable();
     // The moving ones last longest.
@@ -294,7 +294,7 @@ Instrument::Feature Instrument::startLongRun()
                                              "execute() returns")};
 }
 
-int Instrument::startRequest(Feature *feature)
+int ProbedDevice::startRequest(Feature *feature)
 {
     QVector<Feature> features = runnable();
     // Where requests are to be expected first, so that no plate is measured in vain.
@@ -322,7 +322,7 @@ int Instrument::startRequest(Feature *feature)
     throw NotApplicable{QStringLiteral("no run asks the user for anything")};
 }
 
-int Instrument::provokeError()
+int ProbedDevice::provokeError()
 {
     const QVector<Feature> features = configurable();
     for (const Feature feature : features) {

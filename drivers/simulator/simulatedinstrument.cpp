@@ -1,4 +1,4 @@
-#include "instrument.h"
+#include "simulatedinstrument.h"
 
 #include "optics.h"
 
@@ -11,11 +11,11 @@ namespace qel::simulator {
 using qel::devices::Device;
 using qel::devices::SlotStatus;
 
-Instrument::Instrument(const InstrumentDescription &description)
+SimulatedInstrument::SimulatedInstrument(const InstrumentDescription &description)
     : calibrated(description.calibrated)
     , ledBar(qel::devices::LedBarEffect_config())
     , m_description(description)
-    , m_plate(description.plate.value_or(Plate()))
+    , m_plate(description.plate.value_or(SimulatedPlate()))
     , m_hasPlate(description.plate.has_value())
 {
     for (const Fault &fault : description.faults)
@@ -23,12 +23,12 @@ Instrument::Instrument(const InstrumentDescription &description)
     m_sinceStart.start();
 }
 
-void Instrument::plugIn()
+void SimulatedInstrument::plugIn()
 {
     m_plugged = true;
 }
 
-void Instrument::unplug(int enumerations)
+void SimulatedInstrument::unplug(int enumerations)
 {
     m_absences = enumerations > 0 ? enumerations : -1;
     if (!m_plugged)
@@ -38,7 +38,7 @@ void Instrument::unplug(int enumerations)
     emit unplugged();
 }
 
-bool Instrument::answersEnumeration()
+bool SimulatedInstrument::answersEnumeration()
 {
     passTime();
     const QVector<Fault> faults = strike(Fault::Moment::Enumerate);
@@ -55,7 +55,7 @@ bool Instrument::answersEnumeration()
     return false;
 }
 
-void Instrument::setHasPlate(bool hasPlate)
+void SimulatedInstrument::setHasPlate(bool hasPlate)
 {
     if (hasPlate == m_hasPlate)
         return;
@@ -63,12 +63,12 @@ void Instrument::setHasPlate(bool hasPlate)
     emit plateChanged();
 }
 
-SlotStatus Instrument::slotStatus() const
+SlotStatus SimulatedInstrument::slotStatus() const
 {
     return m_hasPlate ? SlotStatus::Occupied : SlotStatus::Empty;
 }
 
-QVector<Fault> Instrument::strike(Fault::Moment moment, Device::DeviceFeature feature)
+QVector<Fault> SimulatedInstrument::strike(Fault::Moment moment, Device::DeviceFeature feature)
 {
     QVector<Fault> faults;
     for (int i = 0; i < m_scripts.size(); ++i) {
@@ -87,7 +87,7 @@ QVector<Fault> Instrument::strike(Fault::Moment moment, Device::DeviceFeature fe
     return faults;
 }
 
-void Instrument::passTime()
+void SimulatedInstrument::passTime()
 {
     for (int i = 0; i < m_scripts.size(); ++i) {
         Script &script = m_scripts[i];
@@ -99,7 +99,7 @@ void Instrument::passTime()
     }
 }
 
-void Instrument::happen(const Fault &fault)
+void SimulatedInstrument::happen(const Fault &fault)
 {
     switch (fault.action) {
     case Fault::Action::Unplug:
@@ -114,7 +114,7 @@ void Instrument::happen(const Fault &fault)
     }
 }
 
-int Instrument::nextTimedFault() const
+int SimulatedInstrument::nextTimedFault() const
 {
     qint64 next = -1;
     for (const Script &script : m_scripts) {

@@ -1,5 +1,5 @@
-#ifndef QEL_CONFORMANCE_INSTRUMENT_H
-#define QEL_CONFORMANCE_INSTRUMENT_H
+#ifndef QEL_CONFORMANCE_PROBEDDEVICE_H
+#define QEL_CONFORMANCE_PROBEDDEVICE_H
 
 #include "subject.h"
 
@@ -8,17 +8,17 @@
 namespace qel::conformance {
 
 /// A device of the instrument under test, watched. Closed and deleted at the end of its life.
-class Instrument
+class ProbedDevice
 {
 public:
     using Feature = devices::Device::DeviceFeature;
 
     /// Creates the device, closed. Throws Unmet when there is none.
-    explicit Instrument(Subject &subject);
+    explicit ProbedDevice(Subject &subject);
     /// The same for an instrument of one's choice.
-    Instrument(Subject &subject, const devices::DeviceInfo &record);
-    ~Instrument();
-    Q_DISABLE_COPY(Instrument)
+    ProbedDevice(Subject &subject, const devices::DeviceInfo &record);
+    ~ProbedDevice();
+    Q_DISABLE_COPY(ProbedDevice)
 
     /// The device; null once it is deleted.
     devices::Device *device() const

@@ -1,5 +1,5 @@
-#ifndef SIMULATOR_INSTRUMENT_H
-#define SIMULATOR_INSTRUMENT_H
+#ifndef SIMULATOR_SIMULATEDINSTRUMENT_H
+#define SIMULATOR_SIMULATEDINSTRUMENT_H
 
 #include "scenario.h"
 
@@ -15,12 +15,12 @@ namespace qel::simulator {
 ///
 /// It knows what the scenario has in store for it: at each moment that faults can hang on, its
 /// device asks which of them strike.
-class Instrument : public QObject
+class SimulatedInstrument : public QObject
 {
     Q_OBJECT
 
 public:
-    explicit Instrument(const InstrumentDescription &description);
+    explicit SimulatedInstrument(const InstrumentDescription &description);
 
     const InstrumentDescription &description() const
     {
@@ -46,7 +46,7 @@ public:
 
     /// What is in the slot; DilutionSeries where a plate was inserted that the scenario leaves
     /// open.
-    const Plate &plate() const
+    const SimulatedPlate &plate() const
     {
         return m_plate;
     }
@@ -100,7 +100,7 @@ private:
     InstrumentDescription m_description;
     QVector<Script> m_scripts;
     QElapsedTimer m_sinceStart;
-    Plate m_plate;
+    SimulatedPlate m_plate;
     bool m_hasPlate;
     bool m_plugged = true;
     int m_absences = 0; // enumerations still to miss; negative: all
