@@ -491,9 +491,10 @@ quint64 Session::keep(const values::Event &said)
         m_runs.erase(found);
     if (!m_gate)
         return 0;
-    m_gate->noteRun(m_peer, *m_device, run, said.flag);
+    // On disk before anybody is told, the log included.
     const QString name =
         said.flag ? m_gate->keepResult(m_peer, *m_device, run, said.value) : QString();
+    m_gate->noteRun(m_peer, *m_device, run, said.flag);
     if (name.isEmpty())
         return 0;
     m_keptResults.insert(++m_lastResult, name);
