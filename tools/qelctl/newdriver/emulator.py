@@ -10,6 +10,17 @@ for a code named by --accept.
 Troubles: none; silent (never answers); garbage (answers with noise); half-lines (stops in the middle of
 each answer); wrong-checksum; slow (every answer takes 300 ms); unplug (ends the connection in the middle
 of every measurement).
+
+Commands and answers are lines; an answer ends in "*" and the exclusive or of the bytes before it, in two
+hexadecimal digits. A command may end so, too; nobody looks.
+
+  ID?            ID @name@-1 1.0
+  TEMP?          TEMP 21.5                    in °C
+  CALIBRATE      CALIBRATED
+  MEASURE 450 …  WELL read well value, …      from 0, row by row; one read for each wavelength in nm
+                 END number-of-values
+  STOP           no answer; the measurement ends where it is
+  else           ERR
 """
 
 import argparse
