@@ -182,7 +182,9 @@ void Checker::takeTally(const QJsonObject &tally)
             ++feature.succeeded;
         } else {
             ++feature.failed;
-            feature.lastError = ending.at(2).toInt();
+            // A run that was aborted on purpose leaves none.
+            if (const int code = ending.at(2).toInt())
+                feature.lastError = code;
         }
     }
 }

@@ -62,7 +62,7 @@ struct FeatureTally
     devices::Device::DeviceFeature feature = devices::Device::DF_None;
     int succeeded = 0;   ///< runs that ended with success
     int failed = 0;      ///< runs that did not
-    int lastError = 0;   ///< the error code that the last failed run left
+    int lastError = 0;   ///< the last error code that a failed run left; 0 when none did
     bool isTried = true; ///< whether it could be run at all: permitted, and no firmware update
 };
 

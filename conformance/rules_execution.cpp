@@ -350,7 +350,7 @@ QVector<Rule> executionRules()
          "before a success.",
          "A bar that jumps back or stops short looks like a fault.",
          "Emit transientValue(feature, QVariantHash{{\"progress\", p}}) with a double, 0 at the "
-         "start and 1 before the ending.",
+         "start and 1 before the ending; with Qel::Driver, call reportProgress().",
          checkProgress},
         {610, group, Severity::Failure, false, Needs::Open,
          "A second execute() while the device is busy is refused with ERROR_DEVICE_NOT_READY and "

@@ -947,9 +947,9 @@
         <source></source>
         <translation>Arbeiten Sie mit einer Kopie von configuration(feature).</translation>
     </message>
-    <message id="Emit transientValue(feature, QVariantHash{{&quot;progress&quot;, p}}) with a double, 0 at the start and 1 before the ending.">
+    <message id="Emit transientValue(feature, QVariantHash{{&quot;progress&quot;, p}}) with a double, 0 at the start and 1 before the ending; with Qel::Driver, call reportProgress().">
         <source></source>
-        <translation>Senden Sie transientValue(feature, QVariantHash{{"progress", p}}) mit einem double, 0 zu Beginn und 1 vor dem Ende.</translation>
+        <translation>Senden Sie transientValue(feature, QVariantHash{{"progress", p}}) mit einem double, 0 zu Beginn und 1 vor dem Ende; mit Qel::Driver rufen Sie reportProgress() auf.</translation>
     </message>
     <message id="Refuse the second with ERROR_DEVICE_NOT_READY and executed(feature, false); do not touch the run in progress.">
         <source></source>
