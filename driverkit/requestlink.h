@@ -48,8 +48,8 @@ public:
         /// Called once, instead, when no answer came in time, the last repetition included.
         std::function<void()> unanswered;
         /// Whether `message` can be an answer to this request at all; one that cannot, such as that
-        /// to an earlier request, is discarded. Without it, every message can. What is an answer and
-        /// wrong, such as one with a wrong checksum, is for `answered` to judge.
+        /// to an earlier request, is discarded. Without it, every message can. What is an answer
+        /// and wrong, such as one with a wrong checksum, is for `answered` to judge.
         std::function<bool(const QByteArray &message)> accepts;
         std::chrono::milliseconds limit{1000}; ///< from sending to each answer
         int repetitions = 0; ///< how often it is sent again; only for what does no harm twice
