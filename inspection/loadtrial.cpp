@@ -257,4 +257,20 @@ void addOutcomes(const QVector<LoadOutcome> &outcomes, const QVector<FileReport 
     }
 }
 
+void tryLoading(QVector<FolderReport> *folders, const QString &program,
+                const QStringList &arguments)
+{
+    QVector<FileReport *> candidates;
+    QStringList files;
+    for (FolderReport &folder : *folders) {
+        for (FileReport &file : folder.files) {
+            if (file.verdict() == Verdict::NotUsable)
+                continue;
+            candidates.append(&file);
+            files.append(file.path);
+        }
+    }
+    addOutcomes(tryLoading(files, program, arguments), candidates);
+}
+
 } // namespace qel::inspection

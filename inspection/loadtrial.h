@@ -47,6 +47,11 @@ int serveLoadTrial();
 /// by those of a later file.
 void addOutcomes(const QVector<LoadOutcome> &outcomes, const QVector<FileReport *> &reports);
 
+/// The same for all files in `folders` that may be usable, in the order in which the library loads
+/// them, and adds to their reports what it has shown.
+void tryLoading(QVector<FolderReport> *folders, const QString &program,
+                const QStringList &arguments);
+
 } // namespace qel::inspection
 
 #endif

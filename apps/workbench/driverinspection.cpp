@@ -43,23 +43,6 @@ QVector<FolderReport> inspectAll(const QStringList &folders)
     return reports;
 }
 
-// In the order in which the library loads them.
-void load(QVector<FolderReport> *folders, const QString &program)
-{
-    QVector<FileReport *> candidates;
-    QStringList files;
-    for (FolderReport &folder : *folders) {
-        for (FileReport &file : folder.files) {
-            if (file.verdict() == Verdict::NotUsable)
-                continue;
-            candidates.append(&file);
-            files.append(file.path);
-        }
-    }
-    addOutcomes(qel::inspection::tryLoading(files, program, {QString::fromLatin1(trialArgument)}),
-                candidates);
-}
-
 } // namespace
 
 DriverInspection::DriverInspection(QStringList folders, QObject *parent)
@@ -88,7 +71,7 @@ void DriverInspection::tryLoading()
     m_trial.reset(QThread::create([reports, folders = pluginFolders() + m_folders,
                                    program = QCoreApplication::applicationFilePath()] {
         *reports = inspectAll(folders);
-        load(reports.get(), program);
+        qel::inspection::tryLoading(reports.get(), program, {QString::fromLatin1(trialArgument)});
     }));
     connect(m_trial.get(), &QThread::finished, this, [this, reports] {
         m_reports = *reports;

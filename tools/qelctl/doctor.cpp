@@ -69,18 +69,8 @@ Diagnosis diagnoseInstalled()
     for (const QString &folder : folders)
         diagnosis.folders.append(inspectFolder(folder));
 
-    QVector<FileReport *> candidates = diagnosis.reports();
-    candidates.erase(std::remove_if(candidates.begin(), candidates.end(),
-                                    [](const FileReport *report) {
-                                        return report->verdict() == Verdict::NotUsable;
-                                    }),
-                     candidates.end());
-    QStringList files;
-    for (const FileReport *report : std::as_const(candidates))
-        files.append(report->path);
-    addOutcomes(tryLoading(files, QCoreApplication::applicationFilePath(),
-                           {QString::fromLatin1(trialArgument)}),
-                candidates);
+    tryLoading(&diagnosis.folders, QCoreApplication::applicationFilePath(),
+               {QString::fromLatin1(trialArgument)});
     return diagnosis;
 }
 
