@@ -32,7 +32,7 @@ void useLanguage(const QLocale &locale)
     // In the second the English text is the id, so that English needs none.
     static const std::pair<const char *, QTranslator *> catalogues[] = {
         {"workbench", new QTranslator(QCoreApplication::instance())},
-        {"reports", new QTranslator(QCoreApplication::instance())},
+        {"findings", new QTranslator(QCoreApplication::instance())},
     };
     for (const auto &[name, translator] : catalogues) {
         QCoreApplication::removeTranslator(translator);

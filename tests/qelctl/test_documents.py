@@ -73,15 +73,17 @@ class Catalogues(unittest.TestCase):
         yield from re.findall(r"^\*\*\d+\.\*\* (.*?)(?: \*\(\w+\)\*)*$", page, re.M)
 
     def test_whatever_is_reported_on_a_driver_has_a_german_text(self):
-        english = set()
-        for kind, few in (self.findings, 60), (self.check_texts, 20), (self.rules, 250):
-            texts = set(kind()) - {""}
-            self.assertGreater(len(texts), few)
-            english |= texts
-        german = self.catalogue(TOOL / "reports_de.ts")
-        self.assertEqual(english, set(german))
-        for text, translation in german.items():
-            self.assertEqual(*(sorted(set(re.findall(r"%\d", t))) for t in (text, translation)))
+        for catalogue, kinds in (("inspection/findings_de.ts", ((self.findings, 60),)),
+                                 ("conformance/rules_de.ts", ((self.check_texts, 20), (self.rules, 250)))):
+            english = set()
+            for kind, few in kinds:
+                texts = set(kind()) - {""}
+                self.assertGreater(len(texts), few)
+                english |= texts
+            german = self.catalogue(SOURCE / catalogue)
+            self.assertEqual(english, set(german))
+            for text, translation in german.items():
+                self.assertEqual(*(sorted(set(re.findall(r"%\d", t))) for t in (text, translation)))
 
 
 class Manual(ToolTest):

@@ -47,17 +47,19 @@ static QLocale locale(const QString &language)
 
 // What the library of a command says in English, its rules for instance, has its translations in a
 // catalogue of its own, in which the English text is the id.
-static void useLanguage(const QString &language, QTranslator *translator, QTranslator *reports)
+static const char *const catalogues[] = {"qelctl", "findings", "rules"};
+
+static void useLanguage(const QString &language)
 {
     const QLocale chosen = locale(language);
     QLocale::setDefault(chosen);
     qel::frontend::installTranslations(chosen);
-    if (translator->load(chosen, QStringLiteral("qelctl"), QStringLiteral("_"),
-                         QStringLiteral(":/qel/qelctl")))
-        QCoreApplication::installTranslator(translator);
-    if (reports->load(chosen, QStringLiteral("reports"), QStringLiteral("_"),
-                      QStringLiteral(":/qel/qelctl")))
-        QCoreApplication::installTranslator(reports);
+    for (const char *name : catalogues) {
+        auto *translator = new QTranslator(QCoreApplication::instance());
+        if (translator->load(chosen, QString::fromLatin1(name), QStringLiteral("_"),
+                             QStringLiteral(":/qel/qelctl")))
+            QCoreApplication::installTranslator(translator);
+    }
 }
 
 static std::optional<Color> readColor(const QString &value)
@@ -129,9 +131,7 @@ static int runTool(const QCoreApplication &application)
     CommandLine line("qelctl-details");
     declare(&line);
     const bool understood = line.read(application.arguments());
-    QTranslator translator;
-    QTranslator reports;
-    useLanguage(line.value(QStringLiteral("lang")), &translator, &reports);
+    useLanguage(line.value(QStringLiteral("lang")));
     if (!understood)
         return fail(BadUsage, line.mistake());
     if (const int code = readGlobalOptions(line); code != Done)
