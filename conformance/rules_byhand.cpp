@@ -139,36 +139,38 @@ static void checkPluggedInIsBack(Subject &subject)
 
 QVector<Rule> byHandRules()
 {
-    return {
+    QVector<Rule> rules{
         {1401, group, Severity::Failure, false, Needs::Open,
          "Plate detection tells whether there is a plate, when it is asked and when one comes.",
          "Front ends show the slot, and warn of a measurement without a plate.",
          "Emit transientValue(DF_PlateDetection, ...) with the SlotStatus whenever it changes.",
-         checkPlateDetection, false, true},
+         checkPlateDetection},
         {1402, group, Severity::Failure, false, Needs::Open,
          "The device of an instrument that is unplugged during a run closes within 10 s, with "
          "ERROR_DEVICE_DISCONNECTED.",
          "Nobody else can tell the user that the cable is loose.",
          "On an error of the connection, or when the instrument stops answering: "
          "setError(ERROR_DEVICE_DISCONNECTED, ...), then setStatus({}).",
-         checkUnpluggedCloses, false, true},
+         checkUnpluggedCloses},
         {1403, group, Severity::Failure, false, Needs::Open,
          "A run that is cut short by unplugging ends once with executed(feature, false), after the "
          "device is closed and idle.",
          "Whoever waits for the ending would wait for ever, or take it for a measurement.",
-         "Forget the run, and emit executed(feature, false) for it last.", checkUnpluggedEndsRun,
-         false, true},
+         "Forget the run, and emit executed(feature, false) for it last.", checkUnpluggedEndsRun},
         {1404, group, Severity::Recommendation, false, Needs::Open,
          "An instrument that is unplugged is not listed.",
          "A user who chooses it gets nothing but an error.",
          "Ask the system for what is connected each time availableDevices() is called.",
-         checkUnpluggedIsGone, false, true},
+         checkUnpluggedIsGone},
         {1405, group, Severity::Failure, false, Needs::Open,
          "An instrument that is plugged in again is listed again, and opens.",
          "A loose cable must not cost a restart.",
          "Let go of the port and of everything that was remembered when the connection is lost.",
-         checkPluggedInIsBack, false, true},
+         checkPluggedInIsBack},
     };
+    for (Rule &rule : rules)
+        rule.needsPerson = true;
+    return rules;
 }
 
 } // namespace qel::conformance
