@@ -3,6 +3,7 @@
 
 #include <QtCore/QObject>
 
+#include <grpcpp/alarm.h>
 #include <grpcpp/grpcpp.h>
 #include <grpcpp/support/client_callback.h>
 #include <grpcpp/support/server_callback.h>
@@ -138,19 +139,24 @@ protected:
     Stream() = default;
 
     // The first half of a stream that nobody can have closed yet.
-    void begin(std::shared_ptr<Stream> self)
+    void begin(std::shared_ptr<Stream> own)
     {
-        m_self = std::move(self);
+        m_self = std::move(own);
         this->StartRead(&m_incoming);
     }
 
     void end()
     {
-        std::shared_ptr<Stream> self;
+        std::shared_ptr<Stream> last;
         const std::lock_guard lock(m_mutex);
         m_hasEnded = true;
         post();
-        self = std::exchange(m_self, nullptr);
+        last = std::exchange(m_self, nullptr);
+    }
+
+    std::shared_ptr<Stream> self() const
+    {
+        return m_self;
     }
 
     void close()
@@ -270,14 +276,29 @@ public:
     {
         {
             const std::lock_guard lock(this->m_mutex);
-            m_status = status;
+            m_status = m_isUnreadable
+                ? grpc::Status(grpc::StatusCode::DATA_LOSS,
+                               "the other side sends what cannot be understood")
+                : status;
         }
+        m_statusAlarm.Cancel();
         this->end();
     }
 
 private:
+    // A status follows at once where the peer has ended the call. It does not where a message was
+    // none.
     void readEnded() override
     {
+        const auto late = std::chrono::system_clock::now() + std::chrono::seconds(1);
+        m_statusAlarm.Set(late, [this, self = this->self()](bool isLate) mutable {
+            if (isLate) {
+                const std::lock_guard lock(this->m_mutex);
+                m_isUnreadable = true;
+                m_context.TryCancel();
+            }
+            self.reset();
+        });
         this->RemoveHold();
     }
 
@@ -290,6 +311,8 @@ private:
     }
 
     grpc::ClientContext m_context;
+    grpc::Alarm m_statusAlarm;
+    bool m_isUnreadable = false;
     bool m_isLeaving = false;
     bool m_hasLeft = false;
     grpc::Status m_status;
