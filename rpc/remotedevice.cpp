@@ -289,26 +289,35 @@ void RemoteDevice::hearError(const wire::Error &error)
     setError(error.code(), fromWire(error.info()));
 }
 
+// Who hears of one change may delete the device, or run an event loop in which the session is lost;
+// then the next change is none any more.
+std::function<bool()> RemoteDevice::sameSession()
+{
+    return [self = QPointer<RemoteDevice>(this), session = QPointer<FarSession>(m_session.get())] {
+        return self && session && self->m_session.get() == session;
+    };
+}
+
 // A new far device. What the former one offered goes when this one has opened without it.
 void RemoteDevice::hearState(const wire::State &state)
 {
-    const QPointer<RemoteDevice> self(this);
+    const auto goesOn = sameSession();
     if (state.has_plugin())
         setProperty(pluginProperty, fromWire(state.plugin()));
     setName(fromWire(state.name()));
-    if (self)
+    if (goesOn())
         setSerial(fromWire(state.serial()));
-    if (self)
+    if (goesOn())
         makeAvailable(state.features());
     for (const wire::FeatureValue &descriptor : state.descriptors()) {
-        if (self)
+        if (goesOn())
             hearDescriptor(descriptor);
     }
-    if (self)
+    if (goesOn())
         setError(state.error().code(), fromWire(state.error().info()));
-    if (self)
+    if (goesOn())
         hearOpen(state.open());
-    if (self)
+    if (goesOn())
         hearBusy(state.busy());
 }
 
@@ -338,14 +347,14 @@ void RemoteDevice::hearOpen(bool open)
         return;
     if (open) {
         m_isOpening = false;
-        const QPointer<RemoteDevice> self(this);
+        const auto goesOn = sameSession();
         const auto all = QMetaEnum::fromType<DeviceFeature>();
-        for (int i = 0; self && i < all.keyCount(); ++i) {
+        for (int i = 0; goesOn() && i < all.keyCount(); ++i) {
             const auto feature = DeviceFeature(all.value(i));
             if (hasFeature(feature) && !m_farFeatures.contains(feature))
                 removeFeature(feature);
         }
-        if (!self)
+        if (!goesOn())
             return;
     }
     setOpen(open);

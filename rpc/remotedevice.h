@@ -10,6 +10,7 @@
 #include <QtCore/QPointer>
 #include <QtCore/QSet>
 
+#include <functional>
 #include <memory>
 
 namespace qel::rpc {
@@ -57,6 +58,7 @@ private:
     void end(DeviceFeature feature, bool ok, const QVariant &result);
 
     void hear(const wire::Event &event);
+    std::function<bool()> sameSession();
     void hearState(const wire::State &state);
     void hearAnswer(quint64 number, wire::Command::WhatCase what, bool result);
     void hearOpen(bool open);
