@@ -4,7 +4,8 @@
 
 #include <qeldevices/logging.h>
 
-#include <QtCore/QFileInfo>
+#include <QtCore/QDeadlineTimer>
+#include <QtCore/QThread>
 
 #include <grpcpp/create_channel_posix.h>
 
@@ -22,8 +23,21 @@ constexpr std::chrono::milliseconds firstPause = 100ms;
 constexpr std::chrono::milliseconds longestPause = 10s;
 // A process that has lived as long did not fail because of how it was started.
 constexpr std::chrono::milliseconds soundAge = 1s;
+// How often in a row a process may show no life. These are counted and not measured: time in which
+// this process did not run, either, is none of the other's.
+constexpr int missedAtMost = 5;
+constexpr int missedAtMostInLoading = 30;
 // The first enumeration is worth a moment, as nothing is known before it.
 constexpr std::chrono::milliseconds firstAnswer = 500ms;
+
+QString HostTrouble::text() const
+{
+    const QString call = lastCall.text();
+    const QString end = ending.kind == isolation::Ending::Running
+        ? QStringLiteral("the process does not answer")
+        : ending.text();
+    return call.isEmpty() ? end : end + QStringLiteral(", ") + call;
+}
 
 DriverHost::DriverHost(const QString &pluginFile, QObject *parent)
     : QObject(parent)
@@ -34,7 +48,9 @@ DriverHost::DriverHost(const QString &pluginFile, QObject *parent)
     connect(&m_pause, &QTimer::timeout, this, &DriverHost::start);
     connect(&m_end, &QTimer::timeout, this, &DriverHost::onEnded);
     connect(&m_link, &Link::lost, this, &DriverHost::onLost);
-    connect(&m_link, &Link::silent, this, &DriverHost::onSilent);
+    connect(&m_link, &Link::silent, this, &DriverHost::endSilent);
+    m_pulse.setTimerType(Qt::VeryCoarseTimer);
+    connect(&m_pulse, &QTimer::timeout, this, &DriverHost::feelPulse);
     connect(&m_link, &Link::ready, this, [this] {
         if (m_isWanted)
             registerDrivers();
@@ -57,6 +73,25 @@ Link *DriverHost::link()
     return &m_link;
 }
 
+void DriverHost::settle(std::chrono::milliseconds time)
+{
+    const QDeadlineTimer deadline(time);
+    m_link.settle(time);
+    while (trouble() && !m_trouble && !deadline.hasExpired()) {
+        QThread::msleep(2);
+        onEnded();
+    }
+}
+
+std::optional<HostTrouble> DriverHost::trouble() const
+{
+    if (m_link.knowsInstruments())
+        return std::nullopt;
+    if (m_trouble)
+        return m_trouble;
+    return HostTrouble{{isolation::Ending::Running, 0}, m_process.trail().lastCall()};
+}
+
 void DriverHost::registerDrivers()
 {
     m_isWanted = !m_link.isReady();
@@ -73,10 +108,14 @@ void DriverHost::start()
     if (socket < 0) {
         qCWarning(LogCDevices) << "No process for the driver plugin" << m_pluginFile
                                << "\n\tReason:" << problem;
+        m_trouble = HostTrouble();
         startLater();
         return;
     }
     m_age.start();
+    m_beats = 0;
+    m_missed = 0;
+    m_pulse.start(hostPulse);
     grpc::ChannelArguments arguments;
     arguments.SetMaxReceiveMessageSize(maximumMessageSize);
     m_link.connectTo(grpc::CreateCustomInsecureChannelFromFd("host", socket, arguments));
@@ -90,11 +129,20 @@ void DriverHost::onLost()
     onEnded();
 }
 
-void DriverHost::onSilent(const QString &call)
+void DriverHost::endSilent(const QString &call)
 {
     qCWarning(LogCDevices) << "The process of the driver plugin" << m_pluginFile
                            << "does not answer; it is ended.\n\tCall:" << call;
     m_process.kill();
+}
+
+void DriverHost::feelPulse()
+{
+    const quint32 beats = m_process.trail().beats();
+    if (std::exchange(m_beats, beats) != beats)
+        m_missed = 0;
+    else if (++m_missed == (beats == 0 ? missedAtMostInLoading : missedAtMost))
+        endSilent(m_process.trail().lastCall().text());
 }
 
 void DriverHost::onEnded()
@@ -107,7 +155,10 @@ void DriverHost::onEnded()
         return;
     }
     m_end.stop();
-    qCWarning(LogCDevices) << "The process of the driver plugin" << m_pluginFile << "has" << *end;
+    m_pulse.stop();
+    m_trouble = HostTrouble{*end, m_process.trail().lastCall()};
+    qCWarning(LogCDevices) << "The process of the driver plugin" << m_pluginFile
+                           << "has ended.\n\tReason:" << m_trouble->text();
     startLater();
 }
 

@@ -13,8 +13,20 @@
 
 namespace qel::rpc {
 
+/// What keeps a host from serving its drivers.
+struct HostTrouble
+{
+    isolation::Ending ending; ///< Running when it does not answer
+    LastCall lastCall;
+
+    /// For instance "the process ended with signal 11 (Segmentation fault), in acme: open()".
+    QString text() const;
+};
+
 /// One plugin file in a process of its own, which is started again whenever it ends, after a pause
 /// that grows from 100 ms to 10 s.
+///
+/// A process that shows no life for some seconds is ended, also when nothing is asked of it.
 class DriverHost : public QObject
 {
     Q_OBJECT
@@ -27,21 +39,31 @@ public:
     qint64 processId() const;
     Link *link();
 
+    /// Blocks until it is known whether the process serves its drivers.
+    void settle(std::chrono::milliseconds time);
+    /// Nothing once the process has told of its instruments.
+    std::optional<HostTrouble> trouble() const;
+
     /// Registers the drivers of the plugin with DeviceBroker, now or as soon as they are known.
     void registerDrivers();
 
 private:
     void start();
     void onLost();
-    void onSilent(const QString &call);
+    void endSilent(const QString &call);
+    void feelPulse();
     void onEnded();
     void startLater();
 
     const QString m_pluginFile;
     HostProcess m_process;
-    Link m_link;    // goes first: the process ends with it
+    Link m_link; // goes first: the process ends with it
+    QTimer m_pulse;
     QTimer m_end;   // until the process has ended
     QTimer m_pause; // until it is started again
+    quint32 m_beats = 0;
+    int m_missed = 0;                     // how often there was no beat since the last look
+    std::optional<HostTrouble> m_trouble; // of the last process that has ended
     QElapsedTimer m_age;
     QElapsedTimer m_sinceLost;
     std::chrono::milliseconds m_nextPause;

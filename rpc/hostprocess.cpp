@@ -27,7 +27,7 @@ HostProcess::~HostProcess()
     waitForEnd(std::chrono::seconds(2));
 }
 
-static int spawn(pid_t *id, const char *const *arguments, int socket)
+static int spawn(pid_t *id, const char *const *arguments, int socket, int trail)
 {
     posix_spawn_file_actions_t files;
     posix_spawn_file_actions_init(&files);
@@ -35,6 +35,7 @@ static int spawn(pid_t *id, const char *const *arguments, int socket)
     // What a driver prints must not get into the data that an application writes.
     posix_spawn_file_actions_adddup2(&files, STDERR_FILENO, STDOUT_FILENO);
     posix_spawn_file_actions_adddup2(&files, socket, hostSocket);
+    posix_spawn_file_actions_adddup2(&files, trail, hostTrail);
 
     posix_spawnattr_t attributes;
     posix_spawnattr_init(&attributes);
@@ -55,24 +56,37 @@ static int spawn(pid_t *id, const char *const *arguments, int socket)
     return error;
 }
 
+// The same, and none of those by which the host finds what it inherits.
+static int outOfTheWay(int descriptor)
+{
+    if (descriptor < 0)
+        return -1;
+    const int other = ::fcntl(descriptor, F_DUPFD_CLOEXEC, hostTrail + 1);
+    const int error = errno;
+    ::close(descriptor);
+    errno = error;
+    return other;
+}
+
 int HostProcess::start(const QString &program, const QString &pluginFile, QString *problem)
 {
-    m_end.clear();
+    m_end.reset();
+    m_isKilled = false;
     int ends[2];
     if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0, ends) != 0) {
         *problem = QStringLiteral("no sockets: %1").arg(QString::fromLocal8Bit(strerror(errno)));
         return -1;
     }
-    // dup2() onto itself would leave the descriptor to be closed.
-    if (ends[1] == hostSocket)
-        std::swap(ends[0], ends[1]);
+    const int socket = outOfTheWay(ends[1]);
+    const int trail = outOfTheWay(m_trail.renew());
     const QByteArray path = QFile::encodeName(program);
     const QByteArray plugin = QFile::encodeName(pluginFile);
     const QByteArray parent = QByteArray::number(qlonglong(::getpid()));
     const char *const arguments[] = {path.constData(), plugin.constData(), parent.constData(),
                                      nullptr};
-    const int error = spawn(&m_id, arguments, ends[1]);
-    ::close(ends[1]);
+    const int error = socket < 0 || trail < 0 ? errno : spawn(&m_id, arguments, socket, trail);
+    ::close(socket);
+    ::close(trail);
     if (error == 0)
         return ends[0];
     m_id = 0;
@@ -85,29 +99,33 @@ int HostProcess::start(const QString &program, const QString &pluginFile, QStrin
 void HostProcess::kill()
 {
     if (m_id != 0 && !end())
-        ::kill(m_id, SIGKILL);
+        m_isKilled = ::kill(m_id, SIGKILL) == 0;
 }
 
-static QString describe(int status)
+static isolation::Ending describe(int status, bool isKilled)
 {
+    using isolation::Ending;
     if (WIFSIGNALED(status))
-        return QStringLiteral("ended by signal %1 (%2)")
-            .arg(QString::number(WTERMSIG(status)),
-                 QString::fromLocal8Bit(strsignal(WTERMSIG(status))));
-    return QStringLiteral("ended with exit code %1").arg(WEXITSTATUS(status));
+        return {isKilled ? Ending::Hung : Ending::Crashed, WTERMSIG(status)};
+    return {Ending::Exited, WEXITSTATUS(status)};
 }
 
-std::optional<QString> HostProcess::end()
+std::optional<isolation::Ending> HostProcess::end()
 {
     if (m_id != 0) {
         int status = 0;
         const pid_t ended = ::waitpid(m_id, &status, WNOHANG);
         if (ended == 0)
             return std::nullopt;
-        m_end = ended == m_id ? describe(status) : QStringLiteral("ended");
+        m_end = ended == m_id ? describe(status, m_isKilled) : isolation::Ending();
         m_id = 0;
     }
-    return m_end.isEmpty() ? std::nullopt : std::optional(m_end);
+    return m_end;
+}
+
+const HostTrail &HostProcess::trail() const
+{
+    return m_trail;
 }
 
 pid_t HostProcess::id() const

@@ -1,6 +1,10 @@
 #ifndef RPC_HOSTPROCESS_H
 #define RPC_HOSTPROCESS_H
 
+#include "hosttrail.h"
+
+#include <qelisolation/childprocess.h>
+
 #include <QtCore/QString>
 
 #include <chrono>
@@ -34,9 +38,11 @@ public:
 
     /// Has the process end now.
     void kill();
-    /// How the process has ended, as half a sentence; nothing while it runs or before it was
-    /// started. The end is asked for, not waited for.
-    std::optional<QString> end();
+    /// How the process has ended; nothing while it runs or before it was started. The end is asked
+    /// for, not waited for.
+    std::optional<isolation::Ending> end();
+    /// What the process does, or has done last.
+    const HostTrail &trail() const;
     /// 0 while there is none.
     pid_t id() const;
 
@@ -44,7 +50,9 @@ private:
     bool waitForEnd(std::chrono::milliseconds time);
 
     pid_t m_id = 0;
-    QString m_end;
+    bool m_isKilled = false;
+    std::optional<isolation::Ending> m_end;
+    HostTrail m_trail;
 };
 
 /// Where qeldevices-host is: named by QELDEVICES_HOST, or as libexecFile() finds it. Empty when it

@@ -79,6 +79,16 @@ void Link::waitForInstruments(std::chrono::milliseconds time)
         waitFor(m_knowsInstruments, time);
 }
 
+void Link::settle(std::chrono::milliseconds time)
+{
+    waitFor(m_knowsInstruments, time);
+}
+
+bool Link::knowsInstruments() const
+{
+    return m_knowsInstruments;
+}
+
 void Link::waitFor(const bool &flag, std::chrono::milliseconds time)
 {
     const QDeadlineTimer deadline(time);

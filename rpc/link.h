@@ -47,6 +47,10 @@ public:
     /// Blocks until the far side has told of its instruments for the first time. A second call does
     /// not wait any more.
     void waitForInstruments(std::chrono::milliseconds time);
+    /// Blocks until the far side has told of its instruments, or until it is lost.
+    void settle(std::chrono::milliseconds time);
+    /// Whether it has told of them.
+    bool knowsInstruments() const;
 
     /// What the far side has told last, and asks it again. Empty while it is away.
     QList<devices::DeviceInfo> instruments();

@@ -1,5 +1,6 @@
 #include "session.h"
 
+#include "hosttrail.h"
 #include "wire.h"
 
 #include <qeldevices/devicebroker.h>
@@ -45,10 +46,14 @@ Session::~Session()
     for (const QString &name : qAsConst(m_keptResults))
         m_gate->noteKept(m_peer, name);
     release();
-    if (!m_stream)
+    if (m_stream) {
+        m_stream->detach();
+        m_stream->finish(grpc::Status::OK);
+    }
+    if (!m_device)
         return;
-    m_stream->detach();
-    m_stream->finish(grpc::Status::OK);
+    const TrailMark mark(m_device->driver(), QStringLiteral("~Device()"));
+    m_device.reset();
 }
 
 void Session::read()
@@ -102,7 +107,10 @@ void Session::hear(const wire::Command &command)
     const QPointer<Session> self(this);
     wire::Event done;
     done.mutable_done()->set_number(command.number());
-    done.mutable_done()->set_result(call(command));
+    {
+        const TrailMark mark(m_device->driver(), callName(command));
+        done.mutable_done()->set_result(call(command));
+    }
     if (self)
         send(std::move(done));
 }
@@ -148,7 +156,10 @@ void Session::attach(const wire::Attach &attach, quint64 heard)
         return;
     }
     clearTheWay();
-    m_device.reset(DeviceBroker::createDevice(info));
+    {
+        const TrailMark mark(info.driver(), QStringLiteral("createDevice()"));
+        m_device.reset(DeviceBroker::createDevice(info));
+    }
     if (!m_device) {
         refuse(grpc::StatusCode::NOT_FOUND,
                QStringLiteral("there is no instrument at '%1'").arg(info.location()));

@@ -1,6 +1,7 @@
 #include "watcher.h"
 
 #include "gate.h"
+#include "hosttrail.h"
 #include "wire.h"
 
 #include <qeldevices/devicebroker.h>
@@ -8,6 +9,7 @@
 #include <QtCore/QJsonDocument>
 #include <QtCore/QJsonObject>
 
+#include <algorithm>
 #include <utility>
 
 namespace qel::rpc {
@@ -96,8 +98,14 @@ void Watcher::answer()
     if (!std::exchange(m_isIntroduced, true))
         introduce();
     wire::Told told;
-    const auto instruments = DeviceBroker::availableDevices();
-    for (const DeviceInfo &info : instruments)
+    QList<DeviceInfo> instruments;
+    const auto drivers = DeviceBroker::DRIVERS;
+    for (auto it = drivers.cbegin(); it != drivers.cend(); ++it) {
+        const TrailMark mark(it.key(), QStringLiteral("availableDevices()"));
+        instruments += it.value()->availableDevices();
+    }
+    std::sort(instruments.begin(), instruments.end());
+    for (const DeviceInfo &info : qAsConst(instruments))
         *told.add_records() = toWire(info);
     m_stream->send(std::move(told), 1);
 }

@@ -2,6 +2,7 @@
 
 #include "stream.h"
 
+#include <qelvalues/names.h>
 #include <qelvalues/valuecodec.h>
 
 #include <qeldevices/qeldevices_global.h>
@@ -9,6 +10,7 @@
 namespace qel::rpc {
 
 using devices::DeviceInfo;
+using Feature = devices::Device::DeviceFeature;
 using namespace values;
 
 // What stands around a value in a message is small.
@@ -41,6 +43,37 @@ QString mismatch(const wire::Hello &peer)
                "version %3 (library %4); install the same release on both")
         .arg(QString::number(peer.protocol()), fromWire(peer.library()).left(80),
              QString::number(protocolVersion), devices::version());
+}
+
+QString callName(const wire::Command &command)
+{
+    switch (command.what_case()) {
+    case wire::Command::kConfiguration:
+        return QStringLiteral("setConfiguration(%1)")
+            .arg(values::featureName(Feature(command.configuration().feature())));
+    case wire::Command::kOpen:
+        return QStringLiteral("open()");
+    case wire::Command::kClose:
+        return QStringLiteral("close()");
+    case wire::Command::kUpdate:
+        return QStringLiteral("update()");
+    case wire::Command::kReset:
+        return QStringLiteral("reset()");
+    case wire::Command::kExecute:
+        return QStringLiteral("execute(%1)").arg(values::featureName(Feature(command.execute())));
+    case wire::Command::kConfirm:
+        return QStringLiteral("confirmAction()");
+    case wire::Command::kAbort:
+        return QStringLiteral("abortAction()");
+    case wire::Command::kAttach:
+        return QStringLiteral("createDevice()");
+    case wire::Command::kReceived:
+        return QStringLiteral("executed()");
+    case wire::Command::kLeave:
+    case wire::Command::WHAT_NOT_SET:
+        break;
+    }
+    return QString();
 }
 
 wire::Record toWire(const DeviceInfo &info)

@@ -26,6 +26,9 @@ QString mismatch(const wire::Hello &peer);
 std::string toWire(const QString &text);
 QString fromWire(const std::string &text);
 
+/// The call that a command stands for, as people name it: "execute(DF_Orientation)".
+QString callName(const wire::Command &command);
+
 wire::Record toWire(const devices::DeviceInfo &info);
 devices::DeviceInfo fromWire(const wire::Record &record);
 

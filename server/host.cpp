@@ -7,11 +7,13 @@
 #include <QtCore/QCoreApplication>
 #include <QtCore/QFile>
 #include <QtCore/QLoggingCategory>
+#include <QtCore/QTimer>
 
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
 
+#include <fcntl.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -24,7 +26,12 @@ static bool settleIn(pid_t parent)
     ::prctl(PR_SET_PDEATHSIG, SIGKILL);
     if (::getppid() != parent)
         return false;
-    ::close_range(qel::rpc::hostSocket + 1, ~0U, 0);
+    ::close_range(qel::rpc::hostTrail + 1, ~0U, 0);
+    // What a driver starts must not keep the connection.
+    ::fcntl(qel::rpc::hostSocket, F_SETFD, FD_CLOEXEC);
+    if (!qel::rpc::HostTrail::leaveIn(qel::rpc::hostTrail))
+        return false;
+    ::close(qel::rpc::hostTrail);
     const rlimit none = {0, 0};
     ::setrlimit(RLIMIT_CORE, &none);
     std::signal(SIGPIPE, SIG_IGN);
@@ -49,7 +56,10 @@ int main(int argc, char *argv[])
     // Errors of devices are logged at the near end, too; a plugin that fails to load is not.
     QLoggingCategory::setFilterRules(
         QStringLiteral("qel.devices*.info=false\nqel.devices*.debug=false"));
-    qel::devices::DeviceBroker::loadPlugin(QFile::decodeName(argv[1]));
+    {
+        const qel::rpc::TrailMark mark(QString(), QStringLiteral("loading"));
+        qel::devices::DeviceBroker::loadPlugin(QFile::decodeName(argv[1]));
+    }
     QLoggingCategory::setFilterRules(QStringLiteral(
         "qel.devices=false\nqel.devices.driver.info=false\nqel.devices.driver.debug=false"));
 
@@ -57,5 +67,12 @@ int main(int argc, char *argv[])
     QObject::connect(&server, &qel::rpc::DeviceServer::watcherLeft, &application,
                      &QCoreApplication::quit);
     server.serveSocket(qel::rpc::hostSocket);
+
+    // A driver that holds the event loop up holds this up as well.
+    QTimer pulse;
+    QObject::connect(&pulse, &QTimer::timeout, &qel::rpc::HostTrail::beat);
+    pulse.setTimerType(Qt::VeryCoarseTimer);
+    pulse.start(qel::rpc::hostPulse);
+    qel::rpc::HostTrail::beat();
     return QCoreApplication::exec();
 }

@@ -13,13 +13,15 @@
 
 namespace qel::isolated {
 
-constexpr int startUpTime = 1000; // ms
+constexpr int startUpTime = 1000;        // ms
+constexpr int longestStartUpTime = 3000; // ms, for who wants to know
 
 Isolation *Isolation::instance()
 {
     static QPointer<Isolation> isolation;
     if (!isolation)
         isolation = new Isolation(QCoreApplication::instance());
+    isolation->setObjectName(QLatin1String(isolationName));
     return isolation;
 }
 
@@ -38,6 +40,47 @@ void Isolation::registerDrivers()
         host->link()->waitUntilReady(std::chrono::milliseconds(deadline.remainingTime()));
         host->registerDrivers();
     }
+}
+
+static QString stateOf(rpc::DriverHost *host)
+{
+    using qel::isolation::Ending;
+    const auto trouble = host->trouble();
+    if (!trouble)
+        return host->link()->plugins().empty() ? QStringLiteral("refused")
+                                               : QStringLiteral("serving");
+    switch (trouble->ending.kind) {
+    case Ending::NotStarted:
+        return QStringLiteral("not started");
+    case Ending::Exited:
+        return QStringLiteral("exited");
+    case Ending::Crashed:
+        return QStringLiteral("crashed");
+    case Ending::Running:
+    case Ending::Hung:
+    case Ending::Garbled:
+        break;
+    }
+    return QStringLiteral("silent");
+}
+
+QVariantList Isolation::hosts()
+{
+    const QDeadlineTimer deadline(longestStartUpTime);
+    QVariantList all;
+    for (rpc::DriverHost *host : qAsConst(m_hosts)) {
+        host->settle(std::chrono::milliseconds(deadline.remainingTime()));
+        const auto trouble = host->trouble().value_or(rpc::HostTrouble());
+        all.append(QVariantMap{
+            {QStringLiteral("file"), host->pluginFile()},
+            {QStringLiteral("drivers"), host->link()->drivers()},
+            {QStringLiteral("state"), stateOf(host)},
+            {QStringLiteral("code"), trouble.ending.code},
+            {QStringLiteral("driver"), trouble.lastCall.driver},
+            {QStringLiteral("lastCall"), trouble.lastCall.text()},
+        });
+    }
+    return all;
 }
 
 } // namespace qel::isolated

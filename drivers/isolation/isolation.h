@@ -3,6 +3,7 @@
 
 #include <QtCore/QList>
 #include <QtCore/QObject>
+#include <QtCore/QVariant>
 
 namespace qel::rpc {
 class DriverHost;
@@ -13,6 +14,8 @@ namespace qel::isolated {
 /// The processes of all plugin files in the folders for isolated drivers.
 class Isolation : public QObject
 {
+    Q_OBJECT
+
 public:
     /// The one of this process. It belongs to the application object.
     static Isolation *instance();
@@ -20,6 +23,9 @@ public:
     /// Registers the drivers of all plugin files that have answered within a second, and those of
     /// the others when they answer.
     void registerDrivers();
+
+    /// What Plugin::hosts() says.
+    Q_INVOKABLE QVariantList hosts();
 
 private:
     using QObject::QObject;

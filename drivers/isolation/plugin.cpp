@@ -5,6 +5,9 @@
 
 #include <qeldevices/devicebroker.h>
 
+#include <QtCore/QCoreApplication>
+#include <QtCore/QVariant>
+
 namespace qel::isolated {
 
 class Plugin : public QObject, public devices::DevicePlugin
@@ -18,6 +21,23 @@ public:
     {
         if (!pluginFiles().isEmpty())
             rpc::registerDriversOf(QStringLiteral("isolation-driver.so"));
+    }
+
+    /// What became of each isolated plugin file; waits some seconds for those that are starting.
+    ///
+    /// Maps with "file", its "drivers" as far as they are known, and a "state": "serving",
+    /// "refused" (it is no driver plugin, or does not load), "silent" (the process does not answer
+    /// or was ended because of that), "crashed" or "exited" with the signal or the exit code as
+    /// "code", "not started". "lastCall" says where the process was, "in acme: open()" for
+    /// instance, in whose "driver".
+    Q_INVOKABLE QVariantList hosts() const
+    {
+        QVariantList all;
+        QObject *isolation = QCoreApplication::instance()->findChild<QObject *>(
+            QLatin1String(isolationName), Qt::FindDirectChildrenOnly);
+        if (isolation)
+            QMetaObject::invokeMethod(isolation, "hosts", Q_RETURN_ARG(QVariantList, all));
+        return all;
     }
 };
 

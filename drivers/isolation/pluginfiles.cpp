@@ -10,11 +10,13 @@ namespace qel::isolated {
 
 QStringList pluginFiles()
 {
+    const QString named = QFile::decodeName(qgetenv("QELDEVICES_ISOLATED"));
+    if (QFileInfo(named).isFile())
+        return {QFileInfo(named).canonicalFilePath()};
     const QString name = QStringLiteral("/devicedrivers-isolated");
     QStringList folders{QCoreApplication::applicationDirPath() + name,
                         QLibraryInfo::location(QLibraryInfo::PluginsPath) + name};
-    folders += QFile::decodeName(qgetenv("QELDEVICES_ISOLATED"))
-                   .split(QLatin1Char(':'), Qt::SkipEmptyParts);
+    folders += named.split(QLatin1Char(':'), Qt::SkipEmptyParts);
     QStringList all;
     for (const QString &folder : qAsConst(folders)) {
         QStringList files;

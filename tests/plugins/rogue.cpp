@@ -2,6 +2,7 @@
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QFileInfo>
+#include <QtCore/QTimer>
 
 #include <csignal>
 #include <cstdio>
@@ -12,7 +13,7 @@
 #include <unistd.h>
 
 // Does to the process what the environment variable ROGUE says, "WHERE WHAT": where is load,
-// enumerate, open, execute, close or destroy.
+// enumerate, open, later (when open() has returned), execute, close or destroy.
 static void act(const char *where)
 {
     const QByteArrayList words = qgetenv("ROGUE").split(' ');
@@ -31,6 +32,8 @@ static void act(const char *where)
         std::quick_exit(0);
     else if (what == "quit")
         QCoreApplication::quit();
+    else if (what == "dawdle")
+        usleep(1500 * 1000);
     else if (what == "print")
         std::puts("rogue was here");
     if (what == "shut") { // out all signals, and hang
@@ -60,6 +63,7 @@ public:
             return true; // on its way, for ever
         addFeature(DF_ReferenceNumber);
         setOpen(true);
+        QTimer::singleShot(0, this, [] { act("later"); });
         return true;
     }
     void close() override
