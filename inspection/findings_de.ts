@@ -263,6 +263,18 @@
         <source></source>
         <translation>der Prozess sendete etwas, das keine Nachricht ist</translation>
     </message>
+    <message id="the process could not be started">
+        <source></source>
+        <translation>der Prozess ließ sich nicht starten</translation>
+    </message>
+    <message id="it is no driver, or something that it needs is missing">
+        <source></source>
+        <translation>sie ist kein Treiber, oder etwas fehlt, das sie braucht</translation>
+    </message>
+    <message id="%1, after the call %2">
+        <source></source>
+        <translation>%1, nach dem Aufruf %2</translation>
+    </message>
     <message id="the process did not come back">
         <source></source>
         <translation>der Prozess kam nicht zurück</translation>

@@ -1,10 +1,13 @@
 #include "loadtrial.h"
 
+#include "hosts.h"
+
 #include <qelisolation/childprocess.h>
 #include <qelisolation/parentlink.h>
 
 #include <qeldevices/devicebroker.h>
 
+#include <QtCore/QFileInfo>
 #include <QtCore/QHash>
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonDocument>
@@ -24,12 +27,14 @@ namespace {
 
 // One message for each file before it is loaded, before each of its drivers is asked for its
 // instruments, and at the end: the number of the file; the driver that is asked; whether the file
-// was taken, the reason if not. The last two tell the names it has registered.
+// was taken, the reason if not. The last two tell the names it has registered, the last one also
+// what became of plugins that this one runs in processes of their own.
 const QLatin1String fileKey("file");
 const QLatin1String askedKey("asked");
 const QLatin1String loadedKey("loaded");
 const QLatin1String reasonKey("reason");
 const QLatin1String driversKey("drivers");
+const QLatin1String hostsKey("hosts");
 
 constexpr int maximumCulprits = 10;
 
@@ -78,7 +83,7 @@ TrialRun::TrialRun(const QStringList &files, std::chrono::milliseconds timeLimit
     : m_timeLimit(timeLimit)
 {
     for (const QString &file : files)
-        m_outcomes.append({file, LoadOutcome::Kind::NotTried, {}, {}, {}});
+        m_outcomes.append({file, LoadOutcome::Kind::NotTried, {}, {}, {}, {}});
 }
 
 bool TrialRun::run(const QString &program, const QStringList &arguments)
@@ -117,6 +122,7 @@ void TrialRun::note(const QJsonObject &message)
     if (reason.endsWith(QLatin1Char('.')))
         reason.chop(1);
     outcome.reason = reason;
+    outcome.hosted = outcomesOf(message.value(hostsKey).toArray().toVariantList());
     m_current = -1;
 }
 
@@ -137,6 +143,7 @@ QJsonObject loadOne(const QString &file, const std::function<void(const QJsonObj
 {
     // The copy keeps the drivers that are replaced, so that no new one can have an old address.
     const auto before = DeviceBroker::DRIVERS;
+    const int loader = DeviceBroker::LOADERS.size();
     tell({});
     if (!DeviceBroker::loadPlugin(file)) {
         return {{loadedKey, false}, {reasonKey, DeviceBroker::LOADERS.constLast()->errorString()}};
@@ -153,7 +160,9 @@ QJsonObject loadOne(const QString &file, const std::function<void(const QJsonObj
         tell({{askedKey, name}, {driversKey, drivers}});
         after.value(name)->availableDevices();
     }
-    return {{loadedKey, true}, {driversKey, drivers}};
+    const QVariantList hosts = hostsOf(DeviceBroker::LOADERS.at(loader)->instance());
+    return {
+        {loadedKey, true}, {driversKey, drivers}, {hostsKey, QJsonArray::fromVariantList(hosts)}};
 }
 
 // What is wrong with a file that was not loaded, or not to the end.
@@ -161,19 +170,54 @@ void addRefusal(const LoadOutcome &outcome, FileReport *report)
 {
     const char *remedy = "Report this to the maker of the driver; until then move the file out of "
                          "the plugin folder.";
-    if (outcome.asked.isEmpty()) {
-        report->addProblem(QStringLiteral("does-not-load"),
-                           {"It does not load: %1.", {outcome.reason}}, remedy);
-    } else {
-        report->addProblem(
-            QStringLiteral("does-not-list"),
-            {"It loads, but when its driver \"%1\" is asked for its instruments: %2.",
-             {outcome.asked, outcome.reason}},
-            remedy);
+    report->addProblem(outcome.asked.isEmpty() ? QStringLiteral("does-not-load")
+                                               : QStringLiteral("does-not-list"),
+                       outcome.sentence(), remedy);
+}
+
+void addRegistration(const LoadOutcome &outcome, FileReport *report)
+{
+    report->drivers = outcome.drivers;
+    if (outcome.kind == LoadOutcome::Kind::NotTried) {
+        report->addWarning(QStringLiteral("not-tried"),
+                           "It could not be tried what loading it does.",
+                           "Mend what is said of the other files and ask again.");
+    } else if (outcome.kind != LoadOutcome::Kind::Loaded) {
+        addRefusal(outcome, report);
+    } else if (outcome.drivers.isEmpty()) {
+        report->addWarning(QStringLiteral("no-driver"), "It loads, but registers no driver.",
+                           "Have registerDrivers() call DeviceBroker::addDriver().");
     }
 }
 
+FolderReport &folderAt(const QString &path, QVector<FolderReport> *folders)
+{
+    for (FolderReport &folder : *folders) {
+        if (folder.path == path)
+            return folder;
+    }
+    folders->append(FolderReport{path, true, {}});
+    return folders->last();
+}
+
+void addHosted(const LoadOutcome &outcome, QVector<FolderReport> *folders)
+{
+    FileReport report = inspectFile(outcome.file);
+    // Otherwise it is known better why it was not loaded.
+    if (report.verdict() != Verdict::NotUsable)
+        addRegistration(outcome, &report);
+    folderAt(QFileInfo(outcome.file).path(), folders).files.append(report);
+}
+
 } // namespace
+
+Sentence LoadOutcome::sentence() const
+{
+    if (asked.isEmpty())
+        return {"It does not load: %1.", {reason}};
+    return {"It loads, but when its driver \"%1\" is asked for its instruments: %2.",
+            {asked, reason}};
+}
 
 QVector<LoadOutcome> tryLoading(const QStringList &files, const QString &program,
                                 const QStringList &arguments, std::chrono::milliseconds timeLimit)
@@ -182,7 +226,7 @@ QVector<LoadOutcome> tryLoading(const QStringList &files, const QString &program
     QVector<int> remaining; // indexes of the files that are tried; a file may be there twice
     for (const QString &file : files) {
         remaining.append(outcomes.size());
-        outcomes.append({file, LoadOutcome::Kind::NotTried, {}, {}, {}});
+        outcomes.append({file, LoadOutcome::Kind::NotTried, {}, {}, {}, {}});
     }
     for (int attempt = 0; attempt < maximumCulprits && !remaining.isEmpty(); ++attempt) {
         QStringList tried;
@@ -234,17 +278,7 @@ void addOutcomes(const QVector<LoadOutcome> &outcomes, const QVector<FileReport 
     for (int i = 0; i < std::min(outcomes.size(), reports.size()); ++i) {
         const LoadOutcome &outcome = outcomes.at(i);
         FileReport *report = reports.at(i);
-        report->drivers = outcome.drivers;
-        if (outcome.kind == LoadOutcome::Kind::NotTried) {
-            report->addWarning(QStringLiteral("not-tried"),
-                               "It could not be tried what loading it does.",
-                               "Mend what is said of the other files and ask again.");
-        } else if (outcome.kind != LoadOutcome::Kind::Loaded) {
-            addRefusal(outcome, report);
-        } else if (outcome.drivers.isEmpty()) {
-            report->addWarning(QStringLiteral("no-driver"), "It loads, but registers no driver.",
-                               "Have registerDrivers() call DeviceBroker::addDriver().");
-        }
+        addRegistration(outcome, report);
         for (const QString &driver : outcome.drivers) {
             const int owner = owners.value(driver);
             if (owner == i)
@@ -270,7 +304,12 @@ void tryLoading(QVector<FolderReport> *folders, const QString &program,
             files.append(file.path);
         }
     }
-    addOutcomes(tryLoading(files, program, arguments), candidates);
+    const auto outcomes = tryLoading(files, program, arguments);
+    addOutcomes(outcomes, candidates);
+    for (const LoadOutcome &outcome : outcomes) {
+        for (const LoadOutcome &hosted : outcome.hosted)
+            addHosted(hosted, folders);
+    }
 }
 
 } // namespace qel::inspection

@@ -27,6 +27,11 @@ struct LoadOutcome
     Sentence reason;     ///< half a sentence, unless Loaded
     QString asked;       ///< the driver that was just asked for its instruments, if any
     QStringList drivers; ///< names it registered, replacing any driver of that name
+    /// What became of the plugins that it runs in processes of their own.
+    QVector<LoadOutcome> hosted;
+
+    /// Says what happened, unless Loaded: "It does not load: ...".
+    Sentence sentence() const;
 };
 
 /// Loads `files` in this order in a process of their own, and asks their drivers for the
@@ -48,7 +53,8 @@ int serveLoadTrial();
 void addOutcomes(const QVector<LoadOutcome> &outcomes, const QVector<FileReport *> &reports);
 
 /// The same for all files in `folders` that may be usable, in the order in which the library loads
-/// them, and adds to their reports what it has shown.
+/// them, and adds to their reports what it has shown. Adds the folders of the files that are loaded
+/// in processes of their own.
 void tryLoading(QVector<FolderReport> *folders, const QString &program,
                 const QStringList &arguments);
 

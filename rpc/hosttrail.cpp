@@ -62,12 +62,16 @@ static void leave(const LastCall &call)
     leftPage->current = next;
 }
 
+QString LastCall::name() const
+{
+    return driver.isEmpty() ? call : driver + QStringLiteral(": ") + call;
+}
+
 QString LastCall::text() const
 {
     if (call.isEmpty())
         return QString();
-    return (hasReturned ? QStringLiteral("after ") : QStringLiteral("in "))
-        + (driver.isEmpty() ? call : driver + QStringLiteral(": ") + call);
+    return (hasReturned ? QStringLiteral("after ") : QStringLiteral("in ")) + name();
 }
 
 HostTrail::~HostTrail()

@@ -22,6 +22,8 @@ struct LastCall
     QString call;   ///< for instance "open()"; empty before the first one
     bool hasReturned = false;
 
+    /// For instance "acme: open()"; empty before the first call.
+    QString name() const;
     /// For instance "in acme: open()" or "after acme: open()"; empty before the first call.
     QString text() const;
 };

@@ -92,10 +92,12 @@ bool Link::knowsInstruments() const
 void Link::waitFor(const bool &flag, std::chrono::milliseconds time)
 {
     const QDeadlineTimer deadline(time);
-    while (m_watch && !flag && !deadline.hasExpired()) {
-        if (!m_watch->wait(std::chrono::milliseconds(deadline.remainingTime())))
-            return;
-        read();
+    // What has arrived is looked at also when the time is over already.
+    bool isOver = false;
+    while (m_watch && !flag && !isOver) {
+        isOver = deadline.hasExpired();
+        if (m_watch->wait(std::chrono::milliseconds(deadline.remainingTime())))
+            read();
     }
 }
 

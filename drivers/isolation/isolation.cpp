@@ -51,7 +51,7 @@ static QString stateOf(rpc::DriverHost *host)
                                                : QStringLiteral("serving");
     switch (trouble->ending.kind) {
     case Ending::NotStarted:
-        return QStringLiteral("not started");
+        return QStringLiteral("not-started");
     case Ending::Exited:
         return QStringLiteral("exited");
     case Ending::Crashed:
@@ -75,9 +75,11 @@ QVariantList Isolation::hosts()
             {QStringLiteral("file"), host->pluginFile()},
             {QStringLiteral("drivers"), host->link()->drivers()},
             {QStringLiteral("state"), stateOf(host)},
+            {QStringLiteral("trouble"), host->trouble() ? trouble.text() : QString()},
             {QStringLiteral("code"), trouble.ending.code},
             {QStringLiteral("driver"), trouble.lastCall.driver},
-            {QStringLiteral("lastCall"), trouble.lastCall.text()},
+            {QStringLiteral("call"), trouble.lastCall.name()},
+            {QStringLiteral("hasReturned"), trouble.lastCall.hasReturned},
         });
     }
     return all;

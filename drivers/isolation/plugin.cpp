@@ -28,8 +28,9 @@ public:
     /// Maps with "file", its "drivers" as far as they are known, and a "state": "serving",
     /// "refused" (it is no driver plugin, or does not load), "silent" (the process does not answer
     /// or was ended because of that), "crashed" or "exited" with the signal or the exit code as
-    /// "code", "not started". "lastCall" says where the process was, "in acme: open()" for
-    /// instance, in whose "driver".
+    /// "code", "not-started". "trouble" is what happened to the process, in English. Of the last
+    /// call into a "driver", "call" is the name, "acme: open()" for instance, and "hasReturned"
+    /// says whether the process was still in it.
     Q_INVOKABLE QVariantList hosts() const
     {
         QVariantList all;

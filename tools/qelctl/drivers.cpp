@@ -5,6 +5,8 @@
 #include <qelfrontend/frontend.h>
 #include <qelfrontend/provenance.h>
 
+#include <qelinspection/hosts.h>
+
 #include <QtCore/QDir>
 #include <QtCore/QHash>
 #include <QtCore/QJsonArray>
@@ -12,6 +14,7 @@
 
 namespace qelctl {
 
+using namespace qel::inspection;
 using qel::devices::DeviceBroker;
 
 namespace {
@@ -21,24 +24,44 @@ using PluginInfo = DeviceBroker::DevicePluginInfo;
 struct Failure
 {
     QString fileName;
-    QString reason;
+    Sentence reason;
+    bool isHosted; // in a process of its own
 };
 
-// The plugin files that were tried in vain. Every loader is kept, also those that failed.
-QList<Failure> failures()
+QString translated(const char *english)
+{
+    return text(english);
+}
+
+QSet<QString> loadedFiles()
 {
     QSet<QString> loaded;
     const auto plugins = DeviceBroker::loadedPlugins();
     for (const PluginInfo &plugin : plugins)
         loaded.insert(QFileInfo(plugin.fileName).canonicalFilePath());
+    return loaded;
+}
+
+// The plugin files that were tried in vain, here or in a process of their own. Every loader is
+// kept, also those that failed.
+QList<Failure> failures()
+{
+    const auto loaded = loadedFiles();
     QList<Failure> failed;
     for (const auto &loader : qAsConst(DeviceBroker::LOADERS)) {
         const QString fileName = loader->fileName();
-        if (loaded.contains(QFileInfo(fileName).canonicalFilePath()))
+        if (!loaded.contains(QFileInfo(fileName).canonicalFilePath())) {
+            failed.append(
+                {fileName,
+                 loader->isLoaded() ? text("qelctl-drivers-no-interface") : loader->errorString(),
+                 false});
             continue;
-        failed.append(
-            {fileName,
-             loader->isLoaded() ? text("qelctl-drivers-no-interface") : loader->errorString()});
+        }
+        const auto outcomes = outcomesOf(hostsOf(loader->instance()));
+        for (const LoadOutcome &outcome : outcomes) {
+            if (outcome.kind != LoadOutcome::Kind::Loaded)
+                failed.append({outcome.file, outcome.sentence(), true});
+        }
     }
     return failed;
 }
@@ -67,11 +90,13 @@ QByteArray asTable(const QList<PluginInfo> &plugins, const QList<Failure> &faile
                      plugin.manufacturer, QDir::toNativeSeparators(plugin.fileName)});
     }
     QByteArray lines = table(rows);
-    for (const Failure &failure : failed)
-        lines += qel::frontend::printable(
-                     text("qelctl-drivers-failure", failure.fileName, failure.reason))
-                     .toUtf8()
-            + '\n';
+    for (const Failure &failure : failed) {
+        const QString reason = failure.reason.in(translated);
+        const QString line = failure.isHosted
+            ? failure.fileName + QStringLiteral(": ") + reason
+            : text("qelctl-drivers-failure", failure.fileName, reason);
+        lines += qel::frontend::printable(line).toUtf8() + '\n';
+    }
     return lines;
 }
 
@@ -92,7 +117,7 @@ QByteArray asJson(const QList<PluginInfo> &plugins, const QList<Failure> &failed
     QJsonArray notLoaded;
     for (const Failure &failure : failed) {
         notLoaded.append(QJsonObject{{QStringLiteral("file"), failure.fileName},
-                                     {QStringLiteral("reason"), failure.reason}});
+                                     {QStringLiteral("reason"), failure.reason.english()}});
     }
     QJsonObject json = document(QStringLiteral("qelctl-drivers"));
     json.insert(QStringLiteral("plugins"), loaded);
