@@ -5,6 +5,7 @@
 namespace qel::conformance {
 
 static const QString keyFile = QStringLiteral("file");
+static const QString keyHost = QStringLiteral("host");
 static const QString keyDriver = QStringLiteral("driver");
 static const QString keySerial = QStringLiteral("serial");
 static const QString keyUnsafe = QStringLiteral("unsafe");
@@ -40,6 +41,7 @@ QJsonObject Assignment::toJson() const
     for (const Stuck &feature : stuck)
         features += conformance::toJson(feature);
     return {{keyFile, fileName},
+            {keyHost, host},
             {keyDriver, driver},
             {keySerial, serial},
             {keyUnsafe, isUnsafe},
@@ -57,6 +59,7 @@ Assignment Assignment::fromJson(const QJsonObject &json)
 {
     Assignment assignment;
     assignment.fileName = json.value(keyFile).toString();
+    assignment.host = json.value(keyHost).toString();
     assignment.driver = json.value(keyDriver).toString();
     assignment.serial = json.value(keySerial).toString();
     assignment.isUnsafe = json.value(keyUnsafe).toBool();

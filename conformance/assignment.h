@@ -28,9 +28,10 @@ struct Stuck
 /// What one process with the plugin has to know.
 struct Assignment
 {
-    QString fileName;      ///< the plugin file
-    QString driver;        ///< the driver to judge; empty when the plugin has one only
-    QString serial;        ///< the instrument to judge; empty for the first
+    QString fileName; ///< the plugin file
+    QString host;     ///< the plugin that has it in a process of its own; empty to load it directly
+    QString driver;   ///< the driver to judge; empty when the plugin has one only
+    QString serial;   ///< the instrument to judge; empty for the first
     bool isUnsafe = false; ///< whether parts of the instrument may be moved
     Answers answers = Answers::Decline;
     Limits limits;

@@ -114,6 +114,7 @@ void Checker::startWorker(isolation::ChildProcess *process, const QVector<const 
 {
     Assignment assignment;
     assignment.fileName = m_request.fileName;
+    assignment.host = m_request.host;
     assignment.driver = m_request.driver;
     assignment.serial = m_request.serial;
     assignment.isUnsafe = m_request.isUnsafe;

@@ -41,7 +41,10 @@ struct Result
 /// What is to be judged, and how.
 struct Request
 {
-    QString fileName;      ///< the plugin file
+    QString fileName; ///< the plugin file
+    /// The plugin that has drivers in processes of their own, where the file is to be judged from
+    /// outside of such a process. Empty to load it directly.
+    QString host;
     QString driver;        ///< the driver; empty when the plugin has one only
     QString serial;        ///< the serial number of the instrument; empty for the first
     bool isUnsafe = false; ///< whether parts of the instrument may be moved

@@ -106,6 +106,7 @@ SoakReport soak(const Request &request, int seconds, quint32 seed)
         : request.workerProgram;
     Assignment assignment;
     assignment.fileName = QFileInfo(request.fileName).absoluteFilePath();
+    assignment.host = request.host;
     assignment.driver = request.driver;
     assignment.serial = request.serial;
     assignment.isUnsafe = request.isUnsafe;

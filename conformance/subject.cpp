@@ -26,7 +26,7 @@ using devices::DevicePlugin;
 Subject::Subject(const Assignment &assignment, const Parent &parent)
     : m_assignment(assignment)
     , m_parent(parent)
-    , m_loader(assignment.fileName)
+    , m_loader(assignment.host.isEmpty() ? assignment.fileName : assignment.host)
 {
     collectOutput();
     // Whoever lets events be handled while a call has not returned nests a loop.
@@ -42,7 +42,7 @@ Subject::~Subject() = default;
 
 QJsonObject Subject::metaData() const
 {
-    return m_loader.metaData();
+    return QPluginLoader(m_assignment.fileName).metaData();
 }
 
 QObject *Subject::root()
@@ -59,7 +59,28 @@ DevicePlugin *Subject::plugin()
     auto *plugin = qobject_cast<DevicePlugin *>(root());
     if (!plugin)
         throw Unmet{Needs::Plugin, QStringLiteral("the root object is no DevicePlugin")};
+    if (!m_assignment.host.isEmpty() && !m_isHostStarted)
+        startHost(plugin);
     return plugin;
+}
+
+// The process does not load the plugin before drivers are to be registered.
+void Subject::startHost(DevicePlugin *plugin)
+{
+    QVariantList hosts;
+    call(QStringLiteral("loading"), [&] {
+        plugin->registerDrivers();
+        QMetaObject::invokeMethod(m_loader.instance(), "hosts", Q_RETURN_ARG(QVariantList, hosts));
+    });
+    const QVariantMap host = hosts.value(0).toMap();
+    const QString state = host.value(QStringLiteral("state")).toString();
+    if (state.isEmpty())
+        throw Unmet{Needs::Plugin, QStringLiteral("no process was started for it")};
+    if (state == QLatin1String("refused"))
+        throw Unmet{Needs::Plugin, QStringLiteral("it is no driver plugin, or does not load")};
+    if (state != QLatin1String("serving"))
+        throw Unmet{Needs::Plugin, host.value(QStringLiteral("trouble")).toString()};
+    m_isHostStarted = true;
 }
 
 void Subject::registerAgain()

@@ -60,7 +60,7 @@ public:
     QJsonObject metaData() const;
     /// The root object; throws when the file does not load.
     QObject *root();
-    /// The plugin, without having registered anything.
+    /// The plugin, without having registered anything, unless it is in a process of its own.
     devices::DevicePlugin *plugin();
     /// Has the plugin register its drivers, once. Their names, sorted.
     QStringList driverNames();
@@ -165,6 +165,7 @@ private:
     };
     void beat();
     void recoverFromQuit();
+    void startHost(devices::DevicePlugin *plugin);
     void reserve(const devices::DeviceInfo &record);
     void noteUnopened(const QString &why);
 
@@ -173,6 +174,7 @@ private:
     bool m_isReserved = false;
     QStringList m_undone; // what a person has refused to do
     QPluginLoader m_loader;
+    bool m_isHostStarted = false;
     bool m_isRegistered = false;
     QMap<QString, qint64> m_times;
     QElapsedTimer m_beat;

@@ -6,6 +6,7 @@
 #include <qelisolation/parentlink.h>
 
 #include <QtCore/QCoreApplication>
+#include <QtCore/QFile>
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonDocument>
 #include <QtCore/QLoggingCategory>
@@ -72,6 +73,10 @@ int runWorker(int argc, char **argv)
     if (!request)
         return EXIT_FAILURE;
     const Assignment assignment = Assignment::fromJson(QJsonDocument::fromJson(*request).object());
+
+    // For the host, and before anybody looks at what the plugin changes of the environment.
+    if (!assignment.host.isEmpty())
+        qputenv("QELDEVICES_ISOLATED", QFile::encodeName(assignment.fileName));
 
     const auto answer = [&link](const QJsonObject &object) {
         if (!link.send(QJsonDocument(object).toJson(QJsonDocument::Compact)))

@@ -6,6 +6,8 @@
 #include <report.h>
 #include <soak.h>
 
+#include <qelinspection/inspection.h>
+
 #include <QtCore/QFileInfo>
 #include <QtCore/QRandomGenerator>
 #include <QtCore/QRegularExpression>
@@ -103,6 +105,18 @@ bool isPersonThere()
     return ::isatty(STDIN_FILENO) && ::isatty(STDERR_FILENO);
 }
 
+// The plugin that has others in processes of their own; empty when it is not installed.
+QString findHost()
+{
+    const auto folders = globalOptions().pluginFolders + qel::inspection::pluginFolders();
+    for (const QString &folder : folders) {
+        const QFileInfo file(folder + QStringLiteral("/isolation.so"));
+        if (file.isFile())
+            return file.absoluteFilePath();
+    }
+    return {};
+}
+
 Answers answersFor(bool saysYes)
 {
     if (saysYes)
@@ -149,6 +163,7 @@ int run(const QStringList &arguments)
     line.addOption({QStringLiteral("device")}, "qelctl-check-option-device",
                    QStringLiteral("SERIAL"));
     line.addOption({QStringLiteral("rule")}, "qelctl-check-option-rule", QStringLiteral("N"));
+    line.addOption({QStringLiteral("isolated")}, "qelctl-check-option-isolated");
     line.addOption({QStringLiteral("unsafe")}, "qelctl-check-option-unsafe");
     line.addOption({QStringLiteral("yes")}, "qelctl-check-option-yes");
     line.addOption({QStringLiteral("guided")}, "qelctl-check-option-guided");
@@ -167,6 +182,11 @@ int run(const QStringList &arguments)
     request.fileName = line.positional().constFirst();
     if (!QFileInfo(request.fileName).isFile())
         return fail(BadUsage, text("qelctl-check-no-file", request.fileName));
+    if (line.has(QStringLiteral("isolated"))) {
+        request.host = findHost();
+        if (request.host.isEmpty())
+            return fail(BadUsage, text("qelctl-check-no-isolation"));
+    }
     request.driver = line.value(QStringLiteral("driver"));
     request.serial = line.value(QStringLiteral("device"));
     request.isUnsafe = line.has(QStringLiteral("unsafe"));

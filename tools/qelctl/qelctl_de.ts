@@ -651,6 +651,10 @@ Regeln zählen nicht.</translation>
         <source></source>
         <translation>Nur Regel N beurteilen. Darf mehrmals angegeben werden.</translation>
     </message>
+    <message id="qelctl-check-option-isolated">
+        <source></source>
+        <translation>Den Treiber so beurteilen, wie Anwendungen ihn sehen, wenn er isoliert ist: von außerhalb seines Prozesses.</translation>
+    </message>
     <message id="qelctl-check-option-unsafe">
         <source></source>
         <translation>Auch beurteilen, was Teile des Geräts bewegt.</translation>
@@ -710,6 +714,10 @@ Regeln zählen nicht.</translation>
     <message id="qelctl-check-no-such-format">
         <source></source>
         <translation>Das Format „%1“ gibt es nicht. Möglich sind text, json und junit.</translation>
+    </message>
+    <message id="qelctl-check-no-isolation">
+        <source></source>
+        <translation>Das Treiber-Plugin „isolation.so“ ist in keinem der Plugin-Ordner; es kommt mit qeldevicesd.</translation>
     </message>
     <message id="qelctl-check-no-file">
         <source></source>

@@ -650,6 +650,10 @@ do not count.</translation>
         <source></source>
         <translation>Judge rule N only. May be given several times.</translation>
     </message>
+    <message id="qelctl-check-option-isolated">
+        <source></source>
+        <translation>Judge the driver as applications see it when it is isolated, from outside of its process.</translation>
+    </message>
     <message id="qelctl-check-option-unsafe">
         <source></source>
         <translation>Also judge what moves parts of the instrument.</translation>
@@ -709,6 +713,10 @@ do not count.</translation>
     <message id="qelctl-check-no-such-format">
         <source></source>
         <translation>There is no format '%1'. Use text, json or junit.</translation>
+    </message>
+    <message id="qelctl-check-no-isolation">
+        <source></source>
+        <translation>The driver plugin 'isolation.so' is in none of the plugin folders; it comes with qeldevicesd.</translation>
     </message>
     <message id="qelctl-check-no-file">
         <source></source>
