@@ -79,12 +79,14 @@ int HostProcess::start(const QString &program, const QString &pluginFile, QStrin
     }
     const int socket = outOfTheWay(ends[1]);
     const int trail = outOfTheWay(m_trail.renew());
+    int error = socket < 0 || trail < 0 ? errno : 0;
     const QByteArray path = QFile::encodeName(program);
     const QByteArray plugin = QFile::encodeName(pluginFile);
     const QByteArray parent = QByteArray::number(qlonglong(::getpid()));
     const char *const arguments[] = {path.constData(), plugin.constData(), parent.constData(),
                                      nullptr};
-    const int error = socket < 0 || trail < 0 ? errno : spawn(&m_id, arguments, socket, trail);
+    if (error == 0)
+        error = spawn(&m_id, arguments, socket, trail);
     ::close(socket);
     ::close(trail);
     if (error == 0)

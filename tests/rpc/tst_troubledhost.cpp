@@ -12,12 +12,16 @@ using namespace qel::devices;
 
 namespace {
 
-QStringList warnings;
+QStringList &warnings()
+{
+    static QStringList all;
+    return all;
+}
 
 void keepWarning(QtMsgType type, const QMessageLogContext &, const QString &text)
 {
     if (type == QtWarningMsg)
-        warnings.append(text);
+        warnings().append(text);
 }
 
 // The process of a plugin; 0 when there is none.
@@ -104,7 +108,7 @@ void tst_TroubledHost::restartAs(const char *behaviour)
     QTRY_VERIFY_WITH_TIMEOUT(instrumentsOf(rogueName).isEmpty(), 30000);
     QTRY_VERIFY_WITH_TIMEOUT(!instrumentsOf(rogueName).isEmpty(), 30000);
     QVERIFY(hostOf("rogue.so") != former);
-    warnings.clear();
+    warnings().clear();
 }
 
 void tst_TroubledHost::open()
@@ -151,9 +155,9 @@ void tst_TroubledHost::tellsWhatItWasDoing()
     QVERIFY(!m_device->isOpen());
     QVERIFY2(clock.elapsed() < 15000, qPrintable(QString::number(clock.elapsed())));
     const auto isTold = [&] {
-        return !warnings.filter("has ended").filter("rogue.so").filter(end).isEmpty();
+        return !warnings().filter("has ended").filter("rogue.so").filter(end).isEmpty();
     };
-    QVERIFY2(QTest::qWaitFor(isTold, 30000), qPrintable(warnings.join('\n')));
+    QVERIFY2(QTest::qWaitFor(isTold, 30000), qPrintable(warnings().join('\n')));
 }
 
 void tst_TroubledHost::waitsForABusyApplication()
