@@ -33,7 +33,7 @@ function(qel_add_fuzzer name)
         target_link_libraries(${name} PRIVATE ${fuzzer_LIBRARIES})
         target_link_options(${name} PRIVATE -fsanitize=fuzzer)
         add_dependencies(fuzzers ${name})
-    elseif(TEST fuzzers_build)
+    elseif(QEL_FUZZING_COMPILER AND NOT CMAKE_CXX_FLAGS MATCHES "-fsanitize=")
         add_test(NAME ${name}
             COMMAND ${QEL_FUZZERS_DIRECTORY}/tests/${name}
                 -seed=1 -timeout=10 -rss_limit_mb=1024
