@@ -13,8 +13,7 @@
 namespace qel::rpc {
 
 // A far side that is no friend must not fill the memory.
-constexpr int maximumTexts = 10000;
-constexpr int maximumSentences = 100;
+constexpr int maximumSize = 8 * 1024 * 1024; // characters, of all texts
 constexpr int maximumLength = 4096;
 
 FarTexts *FarTexts::instance()
@@ -29,14 +28,16 @@ FarTexts *FarTexts::instance()
 
 void FarTexts::add(const wire::Text &text)
 {
-    const QString id = fromWire(text.id());
-    if (m_texts.size() >= maximumTexts && !m_texts.contains(id))
+    const QString id = fromWire(text.id()).left(maximumLength);
+    if (!m_texts.contains(id) && qtTrId(text.id().c_str()) != id)
         return;
-    QMap<QString, QString> &sentences = m_texts[id];
     for (const auto &[language, sentence] : text.sentences()) {
-        if (sentences.size() < maximumSentences)
-            sentences.insert(fromWire(language).left(maximumLength),
-                             fromWire(sentence).left(maximumLength));
+        const QString key = fromWire(language).left(maximumLength);
+        const QString value = fromWire(sentence).left(maximumLength);
+        if (m_size + id.size() + key.size() + value.size() > maximumSize)
+            return;
+        m_size += id.size() + key.size() + value.size();
+        m_texts[id].insert(key, value);
     }
 }
 

@@ -19,6 +19,7 @@ public:
     /// The one of this process, installed in the application, which must exist.
     static FarTexts *instance();
 
+    /// Takes in a text, but none whose id says something here already.
     void add(const wire::Text &text);
     /// By language, "de" for instance; empty for an unknown id.
     QMap<QString, QString> sentences(const QString &id) const;
@@ -31,6 +32,7 @@ private:
     using QTranslator::QTranslator;
 
     QHash<QString, QMap<QString, QString>> m_texts;
+    int m_size = 0; // in characters
 };
 
 /// What `id` says in every language of the catalogues of the library, of the plugins and of
