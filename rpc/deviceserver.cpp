@@ -85,6 +85,8 @@ DeviceServer::Listener DeviceServer::build(grpc::ServerBuilder *builder)
     builder->AddChannelArgument(GRPC_ARG_KEEPALIVE_TIMEOUT_MS, 5000);
     builder->AddChannelArgument(GRPC_ARG_HTTP2_MIN_RECV_PING_INTERVAL_WITHOUT_DATA_MS, 5000);
     builder->AddChannelArgument(GRPC_ARG_ALLOW_REUSEPORT, 0);
+    // Nor does one stay that has come without a word.
+    builder->AddChannelArgument(GRPC_ARG_SERVER_HANDSHAKE_TIMEOUT_MS, 10000);
     builder->SetMaxReceiveMessageSize(maximumMessageSize);
     builder->SetMaxSendMessageSize(maximumMessageSize);
     auto service = std::make_unique<Service>(this);

@@ -9,6 +9,7 @@
 #include <QtCore/QLoggingCategory>
 #include <QtCore/QTimer>
 
+#include <algorithm>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
@@ -16,6 +17,7 @@
 #include <fcntl.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
+#include <sys/select.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -34,6 +36,11 @@ static bool settleIn(pid_t parent)
     ::close(qel::rpc::hostTrail);
     const rlimit none = {0, 0};
     ::setrlimit(RLIMIT_CORE, &none);
+    // What a driver uses may know no more; the one it serves may have raised it.
+    rlimit files = {};
+    ::getrlimit(RLIMIT_NOFILE, &files);
+    files.rlim_cur = std::min<rlim_t>(files.rlim_cur, FD_SETSIZE);
+    ::setrlimit(RLIMIT_NOFILE, &files);
     std::signal(SIGPIPE, SIG_IGN);
     return true;
 }

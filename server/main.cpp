@@ -22,6 +22,7 @@
 #include <csignal>
 #include <cstdio>
 
+#include <sys/resource.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -98,8 +99,18 @@ static void quitOnSignals()
     std::signal(SIGPIPE, SIG_IGN);
 }
 
+// Whoever has no file left for a connection listens no more, ever.
+static void allowConnections()
+{
+    rlimit files = {};
+    ::getrlimit(RLIMIT_NOFILE, &files);
+    files.rlim_cur = files.rlim_max;
+    ::setrlimit(RLIMIT_NOFILE, &files);
+}
+
 static int serve(const QCommandLineParser &line)
 {
+    allowConnections();
     QLoggingCategory::setFilterRules(
         QStringLiteral("qel.devices*.info=false\nqel.devices*.debug=false"));
     Settings settings;
