@@ -152,7 +152,8 @@ void Link::introduce(const wire::Told &told)
         giveUp(problem);
         return;
     }
-    m_grace = std::chrono::milliseconds(told.grace());
+    constexpr quint32 longestGrace = 24 * 60 * 60 * 1000; // ms, as servers grant it
+    m_grace = std::chrono::milliseconds(std::min(told.grace(), longestGrace));
     m_plugins.assign(told.plugins().begin(), told.plugins().end());
     m_drivers.clear();
     for (const std::string &driver : told.drivers())

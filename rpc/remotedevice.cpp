@@ -19,6 +19,9 @@ using Feature = Device::DeviceFeature;
 static const char awayText[] = "qel-remote-away";
 static const char valueText[] = "qel-remote-value";
 
+// A far side that is no friend must not fill the memory.
+constexpr int maximumFeatures = 1000;
+
 static QString nameOf(Feature feature)
 {
     return QStringLiteral("execute(%1)").arg(QVariant::fromValue(feature).toString());
@@ -370,8 +373,10 @@ void RemoteDevice::hearBusy(bool busy)
 static QSet<int> setOf(const wire::Features &features)
 {
     QSet<int> set;
-    for (const int feature : features.available())
-        set.insert(feature);
+    for (const int feature : features.available()) {
+        if (set.size() < maximumFeatures)
+            set.insert(feature);
+    }
     return set;
 }
 
@@ -400,6 +405,8 @@ void RemoteDevice::hearFeatures(const wire::Features &features)
 void RemoteDevice::hearDescriptor(const wire::FeatureValue &value)
 {
     const auto feature = DeviceFeature(value.feature());
+    if (m_farFeatures.size() >= maximumFeatures && !m_farFeatures.contains(feature))
+        return;
     QString problem;
     const auto descriptor = fromWire(value.value(), &problem);
     if (!descriptor)

@@ -51,6 +51,7 @@ public:
         m_wake = {};
         m_isDetached = true;
         m_arrived.clear();
+        m_arrivedSize = 0;
         resume();
     }
 
@@ -62,13 +63,16 @@ public:
         const std::lock_guard lock(m_mutex);
         if (m_isClosed)
             return true;
+        const std::size_t size = message.ByteSizeLong();
         if (kind != 0 && !m_queue.empty() && m_queue.back().kind == kind) {
-            m_queue.back().message = std::move(message);
+            m_queueSize += size - m_queue.back().size;
+            m_queue.back() = {std::move(message), kind, size};
             return true;
         }
-        if (m_queue.size() >= maximumQueue)
+        if (m_queue.size() >= maximumQueue || m_queueSize + size > maximumQueueSize)
             return false;
-        m_queue.push_back({std::move(message), kind});
+        m_queueSize += size;
+        m_queue.push_back({std::move(message), kind, size});
         write();
         return true;
     }
@@ -79,6 +83,7 @@ public:
         const std::lock_guard lock(m_mutex);
         m_isAwake = false;
         std::deque<Incoming> arrived = std::exchange(m_arrived, {});
+        m_arrivedSize = 0;
         resume();
         return arrived;
     }
@@ -114,11 +119,13 @@ public:
             return;
         }
         // A stream whose end nobody reads would never end.
-        if (!m_isDetached)
+        if (!m_isDetached) {
+            m_arrivedSize += m_incoming.ByteSizeLong();
             m_arrived.push_back(std::move(m_incoming));
+        }
         m_incoming = Incoming();
         post();
-        if (m_arrived.size() < maximumArrived)
+        if (m_arrived.size() < maximumArrived && m_arrivedSize < maximumArrivedSize)
             this->StartRead(&m_incoming);
         else
             m_isPaused = true;
@@ -127,10 +134,13 @@ public:
     void OnWriteDone(bool ok) override
     {
         const std::lock_guard lock(m_mutex);
+        m_queueSize -= m_queue.front().size;
         m_queue.pop_front();
         m_isWriting = false;
-        if (!ok)
+        if (!ok) {
             m_queue.clear();
+            m_queueSize = 0;
+        }
         write();
         writeEnded();
     }
@@ -183,11 +193,15 @@ protected:
 private:
     static constexpr std::size_t maximumQueue = 4096;
     static constexpr std::size_t maximumArrived = 256;
+    // More than an Outbox, which is sent at once.
+    static constexpr std::size_t maximumQueueSize = 6 * std::size_t(maximumMessageSize);
+    static constexpr std::size_t maximumArrivedSize = 2 * std::size_t(maximumMessageSize);
 
     struct Entry
     {
         Outgoing message;
         int kind;
+        std::size_t size;
     };
 
     void write()
@@ -223,11 +237,13 @@ private:
     bool m_isAwake = false;
     bool m_isDetached = false;
     std::deque<Incoming> m_arrived;
+    std::size_t m_arrivedSize = 0;
     Incoming m_incoming;
     bool m_isPaused = false;
     bool m_hasEnded = false;
     bool m_isClosed = false;
     std::deque<Entry> m_queue;
+    std::size_t m_queueSize = 0;
     bool m_isWriting = false;
     std::shared_ptr<Stream> m_self;
 };
