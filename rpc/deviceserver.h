@@ -15,6 +15,9 @@ namespace qel::rpc {
 
 class Gate;
 
+/// Why a call was of no use that had no message at first, or none that could be understood.
+constexpr char noIntroduction[] = "the call has ended before it said what it is about";
+
 /// The far end: lets peers list the instruments of DeviceBroker and drive its devices.
 ///
 /// With a gate, every result is kept until its peer says that the application has it. With a grace,

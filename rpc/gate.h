@@ -41,6 +41,8 @@ public:
     {
         return {};
     }
+    /// What `peer` says was refused for another reason, a sentence.
+    virtual void noteRefusal(const QString &, const QString &) { }
     /// A peer begins to watch the instruments.
     virtual void noteConnect(const QString &) { }
     /// Why `peer` may not execute `feature`; an empty text when it may.

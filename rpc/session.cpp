@@ -22,6 +22,10 @@ using devices::DeviceInfo;
 // For a run that nobody waits for any more to obey one step.
 constexpr std::chrono::milliseconds patience = 5s;
 
+// A peer that is no friend must not fill the memory.
+constexpr std::size_t maximumAttachment = 64 * 1024;
+constexpr quint64 maximumConfiguration = 64 * 1024 * 1024; // of all features together
+
 Session::Session(std::shared_ptr<DriveServer> stream, QString peer, DeviceServer *server)
     : QObject(server)
     , m_server(server)
@@ -77,6 +81,8 @@ void Session::read()
             return;
     }
     --m_reading;
+    if (isOver && m_stream == stream && !m_device && !m_isObserver && m_gate)
+        m_gate->noteRefusal(m_peer, QLatin1String(noIntroduction));
     if ((isOver || m_hasLeft) && m_stream == stream)
         loseStream();
 }
@@ -86,7 +92,7 @@ void Session::hear(const wire::Command &command)
     if (m_isObserver) {
         m_hasLeft = command.what_case() == wire::Command::kLeave;
         if (!m_hasLeft && command.number() != 0)
-            refuse(grpc::StatusCode::PERMISSION_DENIED,
+            reject(grpc::StatusCode::PERMISSION_DENIED,
                    QStringLiteral("who observes cannot operate"));
         return;
     }
@@ -136,7 +142,12 @@ void Session::attach(const wire::Attach &attach, quint64 heard)
 {
     const QString problem = mismatch(attach.hello());
     if (!problem.isEmpty()) {
-        refuse(grpc::StatusCode::FAILED_PRECONDITION, problem);
+        reject(grpc::StatusCode::FAILED_PRECONDITION, problem);
+        return;
+    }
+    if (attach.ByteSizeLong() > maximumAttachment) {
+        reject(grpc::StatusCode::INVALID_ARGUMENT,
+               QStringLiteral("no instrument has a name as long as this"));
         return;
     }
     const DeviceInfo info = fromWire(attach.record());
@@ -152,7 +163,7 @@ void Session::attach(const wire::Attach &attach, quint64 heard)
         return;
     }
     if (attach.again()) {
-        refuse(grpc::StatusCode::NOT_FOUND, QStringLiteral("the session is over"));
+        reject(grpc::StatusCode::NOT_FOUND, QStringLiteral("the session is over"));
         return;
     }
     clearTheWay();
@@ -161,7 +172,7 @@ void Session::attach(const wire::Attach &attach, quint64 heard)
         m_device.reset(DeviceBroker::createDevice(info));
     }
     if (!m_device) {
-        refuse(grpc::StatusCode::NOT_FOUND,
+        reject(grpc::StatusCode::NOT_FOUND,
                QStringLiteral("there is no instrument at '%1'").arg(info.location()));
         return;
     }
@@ -329,11 +340,24 @@ void Session::climb()
 
 void Session::refuse(grpc::StatusCode code, const QString &why)
 {
-    if (m_stream)
+    if (m_stream) {
+        // Nothing that it still says is done.
+        m_stream->detach();
         m_stream->finish({code, toWire(why)});
+        m_stream = nullptr;
+    }
+    m_pending.clear();
     m_secret.clear();
     release();
     deleteLater();
+}
+
+// For a reason that the gate does not know yet.
+void Session::reject(grpc::StatusCode code, const QString &why)
+{
+    if (m_gate)
+        m_gate->noteRefusal(m_peer, why);
+    refuse(code, why);
 }
 
 void Session::release()
@@ -387,7 +411,7 @@ bool Session::call(const wire::Command &command)
     case wire::Command::WHAT_NOT_SET:
         break;
     }
-    refuse(grpc::StatusCode::INVALID_ARGUMENT,
+    reject(grpc::StatusCode::INVALID_ARGUMENT,
            QStringLiteral("a command that makes no sense here"));
     return false;
 }
@@ -423,7 +447,16 @@ void Session::configure(const wire::FeatureValue &value)
     QString problem;
     const auto configuration = fromWire(value.value(), &problem);
     if (!configuration) {
-        refuse(grpc::StatusCode::INVALID_ARGUMENT, problem);
+        reject(grpc::StatusCode::INVALID_ARGUMENT, problem);
+        return;
+    }
+    constexpr quint64 entrySize = 1024;
+    quint64 &size = m_configurations[value.feature()];
+    m_configurationSize -= std::exchange(size, value.ByteSizeLong() + entrySize);
+    m_configurationSize += size;
+    if (m_configurationSize > maximumConfiguration) {
+        reject(grpc::StatusCode::RESOURCE_EXHAUSTED,
+               QStringLiteral("the configurations of all features are too large together"));
         return;
     }
     m_isConfiguring = true;
@@ -531,7 +564,7 @@ void Session::send(wire::Event event, int kind)
     if (fits)
         return;
     if (m_stream)
-        refuse(grpc::StatusCode::RESOURCE_EXHAUSTED,
+        reject(grpc::StatusCode::RESOURCE_EXHAUSTED,
                QStringLiteral("the peer reads too slowly to be served"));
     // Of what the peer has missed, the results are kept all the same.
     m_secret.clear();

@@ -50,6 +50,7 @@ private:
     void abandon();
     void climb();
     void refuse(grpc::StatusCode code, const QString &why);
+    void reject(grpc::StatusCode code, const QString &why);
     void release();
 
     // Who only hears what another peer has the device do
@@ -91,8 +92,10 @@ private:
     int m_reading = 0;                   // times on the stack
 
     bool m_isConfiguring = false;
-    QList<FarRun> m_runs;    // executed and not yet ended
-    QSet<int> m_openActions; // asked for, and not answered
+    QHash<int, quint64> m_configurations; // their sizes, by feature
+    quint64 m_configurationSize = 0;      // of all of them
+    QList<FarRun> m_runs;                 // executed and not yet ended
+    QSet<int> m_openActions;              // asked for, and not answered
     quint64 m_lastResult = 0;
     QHash<quint64, QString> m_keptResults; // those that the peer may not have
 

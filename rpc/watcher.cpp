@@ -32,7 +32,7 @@ Watcher::Watcher(std::shared_ptr<WatchServer> stream, QString peer, DeviceServer
     const QString refusal = server->gate() ? server->gate()->enter(m_peer) : QString();
     m_hasEntered = refusal.isEmpty();
     if (!m_hasEntered)
-        m_stream->finish({grpc::StatusCode::RESOURCE_EXHAUSTED, toWire(refusal)});
+        refuse(grpc::StatusCode::RESOURCE_EXHAUSTED, refusal);
 }
 
 Watcher::~Watcher()
@@ -58,6 +58,8 @@ void Watcher::read()
     if (isAsked)
         answer();
     if (m_stream->hasEnded()) {
+        if (!m_isKnown && !m_isRefused && m_server->gate())
+            m_server->gate()->noteRefusal(m_peer, QLatin1String(noIntroduction));
         emit m_server->watcherLeft();
         deleteLater();
     }
@@ -67,18 +69,25 @@ bool Watcher::isLetIn()
 {
     const QString refusal = m_server->gate() ? m_server->gate()->refusal(m_peer) : QString();
     if (!refusal.isEmpty())
-        m_stream->finish({grpc::StatusCode::PERMISSION_DENIED, toWire(refusal)});
+        refuse(grpc::StatusCode::PERMISSION_DENIED, refusal);
     return refusal.isEmpty();
+}
+
+// Ends the call, and does nothing that it still says.
+void Watcher::refuse(grpc::StatusCode code, const QString &why)
+{
+    m_isRefused = true;
+    m_stream->finish({code, toWire(why)});
 }
 
 bool Watcher::accept(const wire::Ask &ask)
 {
-    if (!m_hasEntered || !isLetIn())
+    if (m_isRefused || !isLetIn())
         return false;
     Gate *const gate = m_server->gate();
     const QString refusal = gate ? gate->callRefusal(m_peer, ask.ByteSizeLong()) : QString();
     if (!refusal.isEmpty()) {
-        m_stream->finish({grpc::StatusCode::RESOURCE_EXHAUSTED, toWire(refusal)});
+        refuse(grpc::StatusCode::RESOURCE_EXHAUSTED, refusal);
         return false;
     }
     if (m_isKnown)
@@ -87,8 +96,10 @@ bool Watcher::accept(const wire::Ask &ask)
     m_isKnown = problem.isEmpty();
     if (m_isKnown && gate)
         gate->noteConnect(m_peer);
+    if (!m_isKnown && gate)
+        gate->noteRefusal(m_peer, problem);
     if (!m_isKnown)
-        m_stream->finish({grpc::StatusCode::FAILED_PRECONDITION, toWire(problem)});
+        refuse(grpc::StatusCode::FAILED_PRECONDITION, problem);
     return m_isKnown;
 }
 
@@ -107,7 +118,7 @@ void Watcher::answer()
     std::sort(instruments.begin(), instruments.end());
     for (const DeviceInfo &info : qAsConst(instruments))
         *told.add_records() = toWire(info);
-    m_stream->send(std::move(told), 1);
+    tell(std::move(told), 1);
 }
 
 void Watcher::answerResults(const wire::Ask &ask)
@@ -121,7 +132,17 @@ void Watcher::answerResults(const wire::Ask &ask)
         for (const QString &name : names)
             *results->add_results() = keptResult(name, false);
     }
-    m_stream->send(std::move(told));
+    tell(std::move(told));
+}
+
+void Watcher::tell(wire::Told told, int kind)
+{
+    if (m_stream->send(std::move(told), kind))
+        return;
+    const QString why = QStringLiteral("the peer reads too slowly to be served");
+    if (m_server->gate())
+        m_server->gate()->noteRefusal(m_peer, why);
+    refuse(grpc::StatusCode::RESOURCE_EXHAUSTED, why);
 }
 
 wire::KeptResult Watcher::keptResult(const QString &name, bool isWhole) const
@@ -158,7 +179,7 @@ void Watcher::introduce()
         plugin->set_resource_id(toWire(info.resourceId));
         plugin->set_version(toWire(info.version));
     }
-    m_stream->send(std::move(told));
+    tell(std::move(told));
 }
 
 } // namespace qel::rpc

@@ -19,6 +19,17 @@ constexpr int maximumStreams = 256;
 constexpr int maximumCalls = 5000;                 // a second
 constexpr quint64 maximumBytes = 64 * 1024 * 1024; // a second
 
+// Part of it comes from outside: it fills one line, and no terminal acts on it.
+static QByteArray printable(const QString &text)
+{
+    QString line = text.left(2000);
+    for (QChar &character : line) {
+        if (!character.isPrint() && !character.isSurrogate())
+            character = QChar::ReplacementCharacter;
+    }
+    return line.toUtf8();
+}
+
 void audit(bool logsJson, const QString &event, const QList<QPair<QString, QString>> &details)
 {
     QByteArray line;
@@ -32,7 +43,7 @@ void audit(bool logsJson, const QString &event, const QList<QPair<QString, QStri
     } else {
         line = event.toUtf8();
         for (const auto &[key, value] : details)
-            line += ' ' + key.toUtf8() + "='" + value.toUtf8() + '\'';
+            line += ' ' + key.toUtf8() + "='" + printable(value) + '\'';
     }
     line += '\n';
     std::fwrite(line.constData(), 1, size_t(line.size()), stderr);
@@ -60,8 +71,7 @@ QString Gatekeeper::refusal(const QString &peer)
     const QString why =
         client ? client->refusal() : QStringLiteral("nobody was invited under this certificate");
     if (!why.isEmpty())
-        audit(m_logsJson, QStringLiteral("refused"),
-              {{QStringLiteral("client"), nameOf(peer)}, {QStringLiteral("why"), why}});
+        noteRefusal(peer, why);
     return why;
 }
 
@@ -107,6 +117,12 @@ QString Gatekeeper::callRefusal(const QString &peer, quint64 bytes)
         audit(m_logsJson, QStringLiteral("limit"),
               {{QStringLiteral("client"), nameOf(peer)}, {QStringLiteral("why"), why}});
     return why;
+}
+
+void Gatekeeper::noteRefusal(const QString &peer, const QString &why)
+{
+    audit(m_logsJson, QStringLiteral("refused"),
+          {{QStringLiteral("client"), nameOf(peer)}, {QStringLiteral("why"), why}});
 }
 
 void Gatekeeper::noteConnect(const QString &peer)

@@ -26,6 +26,7 @@ public:
     QString enter(const QString &peer) override;
     void leave(const QString &peer) override;
     QString callRefusal(const QString &peer, quint64 bytes) override;
+    void noteRefusal(const QString &peer, const QString &why) override;
     void noteConnect(const QString &peer) override;
     rpc::wire::Text executeRefusal(const QString &peer,
                                    devices::Device::DeviceFeature feature) override;
