@@ -19,6 +19,8 @@
 #include <QtCore/QSysInfo>
 #include <QtCore/QUuid>
 
+#include <grpc/support/log.h>
+
 #include <csignal>
 #include <cstdio>
 
@@ -108,8 +110,20 @@ static void allowConnections()
     ::setrlimit(RLIMIT_NOFILE, &files);
 }
 
+// What gRPC has to say, of handshakes that fail for instance.
+static bool logsJson;
+
+static void onTransportLog(gpr_log_func_args *said)
+{
+    if (said->severity == GPR_LOG_SEVERITY_ERROR)
+        audit(logsJson, QStringLiteral("transport"),
+              {{QStringLiteral("what"), QString::fromUtf8(said->message)}});
+}
+
 static int serve(const QCommandLineParser &line)
 {
+    logsJson = line.isSet(QStringLiteral("log-json"));
+    gpr_set_log_function(&onTransportLog);
     allowConnections();
     QLoggingCategory::setFilterRules(
         QStringLiteral("qel.devices*.info=false\nqel.devices*.debug=false"));
@@ -119,7 +133,7 @@ static int serve(const QCommandLineParser &line)
     settings.plugins = pluginFolders(line);
     settings.address = line.value(QStringLiteral("listen"));
     settings.isForGroup = isSystemServer() && !line.isSet(QStringLiteral("socket"));
-    settings.logsJson = line.isSet(QStringLiteral("log-json"));
+    settings.logsJson = logsJson;
     bool isNumber = false;
     settings.grace = std::chrono::seconds(line.value(QStringLiteral("grace")).toUInt(&isNumber));
     if (!isNumber || settings.grace > std::chrono::hours(24))

@@ -1,5 +1,6 @@
 #include "network.h"
 
+#include "certificate.h"
 #include "connections.h"
 
 #include <remotedevice.h>
@@ -97,7 +98,9 @@ Server::Server(Connection connection, QObject *parent)
         m_nextPause = firstPause;
     });
     connect(&m_link, &rpc::Link::lost, this, [this](const QString &why) {
-        m_absence = why;
+        m_absence = why.contains(QLatin1String("Ssl handshake failed"))
+            ? QStringLiteral("what answers there is not the server that has invited: ") + why
+            : why;
         m_pause.start(m_nextPause);
         m_nextPause = std::min(2 * m_nextPause, longestPause);
     });
@@ -108,6 +111,13 @@ Server::Server(Connection connection, QObject *parent)
 
 void Server::start()
 {
+    const QString problem = certificateProblem(m_connection);
+    if (!problem.isEmpty()) {
+        m_absence = problem;
+        // The clock may be set.
+        m_pause.start(longestPause);
+        return;
+    }
     if (m_absence.isEmpty())
         m_absence = QStringLiteral("it has not answered yet");
     m_link.connectTo(channelTo(m_connection));

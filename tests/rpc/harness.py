@@ -97,6 +97,9 @@ class ServerCase(unittest.TestCase):
         self.addCleanup(folder.cleanup)
         self.folder = pathlib.Path(folder.name)
         self.state = self.folder / "state"
+        self.host = "127.0.0.1"
+        self.server_prefix = []
+        self.tool_prefix = []
         self.port = free_port()
         self.log = self.folder / "log"
         self.furnish(time_scale=0.1)
@@ -116,8 +119,8 @@ class ServerCase(unittest.TestCase):
     def start(self, *options):
         with self.log.open("a") as log:
             self.server = subprocess.Popen(
-                [SERVER, "--state", str(self.state), "--socket", str(self.folder / "run" / "qeldevices" / "socket"),
-                 "--plugins", SERVER_PLUGINS, "--listen", f"127.0.0.1:{self.port}", *options],
+                [*self.server_prefix, SERVER, "--state", str(self.state), "--socket", str(self.folder / "run" / "qeldevices" / "socket"),
+                 "--plugins", SERVER_PLUGINS, "--listen", f"{self.host}:{self.port}", *options],
                 env=self.server_environment, stderr=log)
         self.addCleanup(self.stop)
         self.await_log("listening")
@@ -137,7 +140,7 @@ class ServerCase(unittest.TestCase):
 
     def invite(self, name, *options):
         port = self.proxy.port if self.proxy else self.port
-        invited = self.keeper("invite", name, "--host", f"127.0.0.1:{port}", *options)
+        invited = self.keeper("invite", name, "--host", f"{self.host}:{port}", *options)
         self.assertEqual(invited.returncode, 0, invited.stderr)
         file = self.folder / f"{name}.invitation"
         file.write_text(invited.stdout)
@@ -146,7 +149,7 @@ class ServerCase(unittest.TestCase):
     def command(self, user, *arguments):
         home = self.folder / user
         home.mkdir(exist_ok=True)
-        return ([QELCTL, "--plugins", CLIENT_PLUGINS, "--lang", "en", *arguments],
+        return ([*self.tool_prefix, QELCTL, "--plugins", CLIENT_PLUGINS, "--lang", "en", *arguments],
                 {**os.environ, "XDG_CONFIG_HOME": str(home), "XDG_RUNTIME_DIR": str(self.folder / "run"),
                  "QELDEVICES_SIMULATOR": "/dev/null"})
 
@@ -157,7 +160,7 @@ class ServerCase(unittest.TestCase):
 
     def connect(self, user, *options):
         file = self.invite(user, *options)
-        self.await_log(f"listening address='127.0.0.1:{self.port}'")
+        self.await_log(f"{self.host}:{self.port}")
         end = time.monotonic() + PATIENCE
         while True:
             connected = self.tool(user, "connect", str(file))

@@ -1,9 +1,12 @@
 """An instrument of one machine, used from another: the server, its invitations, the tool."""
 
+import datetime
 import json
 import os
 import platform
 import re
+import socket
+import ssl
 import stat
 import subprocess
 import time
@@ -55,6 +58,26 @@ class ServerTest(ServerCase):
                          {"network", "network-driver", "libgrpc++"})
         self.assertEqual(loaded(trace, ("QELDEVICES_ISOLATED", SERVER_PLUGINS)),
                          {"network", "isolation-driver", "libgrpc++"})
+
+    def test_what_the_keeper_sees(self):
+        self.start("--log-json")
+        self.connect("anna")
+        self.invite("bert", "--days", "3")
+        for name, days in (("anna", 365), ("bert", 3)):
+            end = datetime.datetime.utcnow() + datetime.timedelta(days)
+            self.assertRegex(self.keeper("clients").stdout, f"{name} .* until {end:%Y-%m-%d}")
+        run = self.tool("anna", "run", "A-1", "absorbance-measurement")
+        self.assertEqual(run.returncode, 0, run.stderr)
+        with socket.create_connection(("127.0.0.1", self.port)) as raw:
+            raw.sendall(b"no TLS at all, but as long as the beginning of it would be")
+            raw.recv(100)
+        self.await_log('"release"')
+        lines = [json.loads(line) for line in self.log.read_text().splitlines()]
+        events = [line["event"] for line in lines if line.get("client", "anna") == "anna"]
+        for event in ("listening", "connect", "lease", "start", "run", "release", "transport"):
+            self.assertIn(event, events)
+        start = next(line for line in lines if line["event"] == "start")
+        self.assertIn("wavelength", start["configuration"])
 
     def test_invited_at_the_same_time(self):
         """Before there is an identity even."""
@@ -251,6 +274,81 @@ class ServerTest(ServerCase):
             file = self.folder / "broken.invitation"
             file.write_text(broken)
             self.assertIn("no invitation", self.tool("mallory", "connect", str(file)).stderr)
+
+    def sign(self, folder, begin=-1, end=1, usage="clientAuth", name="guest"):
+        """A certificate by the authority in `folder`, and its key."""
+        made = self.folder / "made"
+        made.mkdir(exist_ok=True)
+        (made / "index").touch()
+        (made / "config").write_text(
+            f"[ca]\ndefault_ca=x\n[x]\ndatabase={made}/index\nnew_certs_dir={made}\n"
+            f"rand_serial=yes\ndefault_md=sha256\nunique_subject=no\npolicy=p\n"
+            f"[p]\ncommonName=supplied\n[e]\nextendedKeyUsage={usage}\n")
+
+        def openssl(*arguments):
+            subprocess.run(["openssl", *map(str, arguments)], check=True, capture_output=True)
+        openssl("req", "-newkey", "ec", "-pkeyopt", "ec_paramgen_curve:P-256", "-nodes", "-subj",
+                f"/CN={name}", "-keyout", made / "key", "-out", made / "request")
+        now = datetime.datetime.utcnow()
+        dates = [(now + datetime.timedelta(days)).strftime("%Y%m%d%H%M%SZ")
+                 for days in (begin, end)]
+        openssl("ca", "-batch", "-notext", "-config", made / "config", "-extensions", "e",
+                "-in", made / "request", "-out", made / "certificate", "-startdate", dates[0],
+                "-enddate", dates[1], "-cert", folder / "authority.pem",
+                "-keyfile", folder / "authority.key")
+        return {name: (made / name).read_text() for name in ("certificate", "key")}
+
+    def test_certificates(self):
+        """Whatever is wrong with one: a sentence for its owner, and nothing else."""
+        self.start()
+        self.connect("anna")
+        ours = json.loads((self.folder / "anna.invitation").read_text())
+        identity = json.loads((self.state / "clients.json").read_text())[0]["id"]
+        good = self.sign(self.state, name=identity)
+        other = self.sign(self.state)
+        self.state, state = self.folder / "elsewhere", self.state
+        stranger = json.loads(self.invite("eve").read_text())
+        self.state = state
+        for name, change, code, why in (
+                ("good", good, 0, "Connected"),
+                ("expired", self.sign(self.state, -9, -1, name=identity), 4, "has expired on 20"),
+                ("too early", self.sign(self.state, 3, 9, name=identity), 4, "not valid before 20"),
+                ("for servers", self.sign(self.state, usage="serverAuth", name=identity), 4,
+                 "none for clients"),
+                ("nobody's", other, 4, "nobody was invited under this certificate"),
+                ("another's key", {**good, "key": other["key"]}, 4, "does not belong"),
+                ("foreign", {**stranger, "authority": ours["authority"]}, 4, "by another server"),
+                ("self signed", {**good, "authority": good["certificate"]}, 4, "by another server"),
+                ("another server", stranger, 4, "not the server that has invited"),
+                ("no PEM", {"certificate": "x", "key": "y"}, 4, "damaged"),
+                ("absent", {"certificate": ""}, 1, "no invitation")):
+            with self.subTest(name):
+                file = self.folder / "changed.invitation"
+                file.write_text(json.dumps({**ours, **change, "address": ours["address"]}))
+                connected = self.tool(name, "connect", str(file))
+                self.assertEqual(connected.returncode, code, connected.stderr)
+                self.assertIn(why, connected.stdout + connected.stderr)
+                if code == 4:
+                    self.assertIn(why, self.tool(name, "servers").stdout)
+        self.refused_by_the_server()
+
+    def refused_by_the_server(self):
+        """Who does not look at its own certificate is refused all the same, which the log says."""
+        expired = self.sign(self.state, -9, -1)
+        for certificate in (expired, self.sign(self.state, usage="serverAuth"), None):
+            self.log.write_text("")
+            context = ssl.create_default_context(cafile=str(self.state / "authority.pem"))
+            if certificate:
+                for name in ("certificate", "key"):
+                    (self.folder / name).write_text(certificate[name])
+                context.load_cert_chain(self.folder / "certificate", self.folder / "key")
+            context.set_alpn_protocols(["h2"])
+            with socket.create_connection(("127.0.0.1", self.port), timeout=PATIENCE) as raw:
+                with self.assertRaises((ssl.SSLError, ConnectionError)):
+                    with context.wrap_socket(raw, server_hostname="qeldevicesd") as secure:
+                        if secure.recv(100) == b"":
+                            raise ConnectionError
+            self.await_log("transport what='.*(verify failed|did not return a certificate)")
 
     def test_server_goes_and_comes(self):
         self.start()
