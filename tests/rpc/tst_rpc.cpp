@@ -578,10 +578,14 @@ void tst_Rpc::saysWhatCannotTravel()
     QCOMPARE(m_device->errorAdditionalInfoTrId(), QString("qel-remote-value"));
     QCOMPARE(m_heard->results.size(), 1);
 
+    m_device->setConfiguration(feature, QString(16 * 1024 * 1024, 'x'));
+    m_device->execute(feature);
+    QCOMPARE(m_heard->take().count("executed 9 0"), 2);
+
     m_device->setConfiguration(feature, QVariant());
     far()->onExecute = [&](FarDevice *device) { emit device->executed(feature, true, stranger); };
     m_device->execute(feature);
-    QTRY_COMPARE_WITH_TIMEOUT(m_heard->results.size(), 2, patience);
+    QTRY_COMPARE_WITH_TIMEOUT(m_heard->results.size(), 3, patience);
     QVERIFY(m_heard->all.contains("executed 9 0"));
     QCOMPARE(m_device->errorCode(), int(ERROR_DEVICE_VENDOR_SPECIFIC));
 }
