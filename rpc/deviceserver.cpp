@@ -1,6 +1,5 @@
 #include "deviceserver.h"
 
-#include "runtime.h"
 #include "session.h"
 #include "watcher.h"
 
@@ -16,48 +15,22 @@ using namespace std::chrono_literals;
 // For the last words to peers that are there.
 constexpr std::chrono::milliseconds farewell = 500ms;
 
-// Runs in the threads of gRPC: hands each call over to the server's thread.
-class DeviceServer::Service final : public wire::Instruments::CallbackService
+// Hands each call of a method over to the thread of the server.
+template<typename Peer, typename Stream, typename Request>
+static void serve(DeviceServer *server, Completions *completions, Request request)
 {
-public:
-    explicit Service(DeviceServer *server)
-        : m_server(server)
-    { }
-
-    grpc::ServerBidiReactor<wire::Ask, wire::Told> *
-    Watch(grpc::CallbackServerContext *context) override
-    {
-        return receive<WatchServer, Watcher>(context);
-    }
-
-    grpc::ServerBidiReactor<wire::Command, wire::Event> *
-    Drive(grpc::CallbackServerContext *context) override
-    {
-        return receive<DriveServer, Session>(context);
-    }
-
-private:
-    template<typename Stream, typename Peer>
-    Stream *receive(grpc::CallbackServerContext *context)
-    {
-        const auto stream = Stream::start();
+    const auto take = [server](std::shared_ptr<Stream> stream, const std::string &name) {
+        // Where nobody takes it any more, it is over.
+        const std::shared_ptr<Stream> call(stream.get(), [stream](Stream *) {
+            stream->detach();
+            stream->finish(grpc::Status::OK);
+        });
         QMetaObject::invokeMethod(
-            m_server,
-            [server = m_server, stream, name = nameIn(context)] { new Peer(stream, name, server); },
+            server, [=] { new Peer(call, QString::fromStdString(name), server); },
             Qt::QueuedConnection);
-        return stream.get();
-    }
-
-    // The common name in the certificate of a peer that had to show one.
-    static QString nameIn(grpc::CallbackServerContext *context)
-    {
-        const auto names = context->auth_context()->FindPropertyValues(GRPC_X509_CN_PROPERTY_NAME);
-        return names.size() == 1 ? QString::fromUtf8(names[0].data(), int(names[0].size()))
-                                 : QString();
-    }
-
-    DeviceServer *m_server;
-};
+    };
+    Stream::accept(completions, request, take);
+}
 
 DeviceServer::DeviceServer(Gate *gate, std::chrono::milliseconds grace, QObject *parent)
     : QObject(parent)
@@ -89,9 +62,24 @@ DeviceServer::Listener DeviceServer::build(grpc::ServerBuilder *builder)
     builder->AddChannelArgument(GRPC_ARG_SERVER_HANDSHAKE_TIMEOUT_MS, 10000);
     builder->SetMaxReceiveMessageSize(maximumMessageSize);
     builder->SetMaxSendMessageSize(maximumMessageSize);
-    auto service = std::make_unique<Service>(this);
+    auto service = std::make_unique<wire::Instruments::AsyncService>();
     builder->RegisterService(service.get());
-    return {std::move(service), builder->BuildAndStart()};
+    auto calls = builder->AddCompletionQueue();
+    auto *const queue = calls.get();
+    auto completions = std::make_unique<Completions>(std::move(calls));
+    auto server = builder->BuildAndStart();
+    if (server) {
+        auto *const methods = service.get();
+        serve<Watcher, WatchServer>(this, completions.get(),
+                                    [=](auto *context, auto *call, void *tag) {
+                                        methods->RequestWatch(context, call, queue, queue, tag);
+                                    });
+        serve<Session, DriveServer>(this, completions.get(),
+                                    [=](auto *context, auto *call, void *tag) {
+                                        methods->RequestDrive(context, call, queue, queue, tag);
+                                    });
+    }
+    return {std::move(service), std::move(server), std::move(completions)};
 }
 
 bool DeviceServer::listen(const std::string &address,

@@ -59,11 +59,12 @@ Q_SIGNALS:
     void watcherLeft();
 
 private:
-    class Service;
+    // One address, or all sockets.
     struct Listener
     {
-        std::unique_ptr<Service> service;
+        std::unique_ptr<wire::Instruments::AsyncService> service;
         std::unique_ptr<grpc::Server> server;
+        std::unique_ptr<Completions> completions;
     };
 
     Listener build(grpc::ServerBuilder *builder);

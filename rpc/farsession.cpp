@@ -124,7 +124,8 @@ void FarSession::read()
     const QPointer<FarSession> self(this);
     const bool isOver = stream->hasEnded();
     const auto arrived = stream->take();
-    m_pending.insert(m_pending.end(), arrived.cbegin(), arrived.cend());
+    for (const wire::Events &events : arrived)
+        m_pending.insert(m_pending.end(), events.events().begin(), events.events().end());
     // Who hears of one may run an event loop, in which the next one is heard.
     while (!m_pending.empty()) {
         const wire::Event event = std::move(m_pending.front());

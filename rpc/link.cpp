@@ -1,6 +1,5 @@
 #include "link.h"
 
-#include "runtime.h"
 #include "wire.h"
 
 #include <QtCore/QDeadlineTimer>
@@ -16,9 +15,7 @@ using devices::DeviceInfo;
 
 Link::Link(QObject *parent)
     : QObject(parent)
-{
-    keepRuntime();
-}
+{ }
 
 Link::~Link()
 {
@@ -33,9 +30,10 @@ void Link::connectTo(std::shared_ptr<grpc::Channel> channel)
     disconnect();
     m_channel = std::move(channel);
     m_stub = wire::Instruments::NewStub(m_channel);
-    m_watch = WatchClient::start([this](grpc::ClientContext *context, WatchClient *stream) {
-        m_stub->async()->Watch(context, stream);
-    });
+    m_watch =
+        WatchClient::start([this](grpc::ClientContext *context, grpc::CompletionQueue *queue) {
+            return m_stub->PrepareAsyncWatch(context, queue);
+        });
     m_watch->attach(this, [this] { read(); });
     wire::Ask first;
     *first.mutable_hello() = hello();
@@ -224,8 +222,8 @@ std::shared_ptr<DriveClient> Link::drive()
 {
     if (!m_isReady)
         return nullptr;
-    return DriveClient::start([this](grpc::ClientContext *context, DriveClient *stream) {
-        m_stub->async()->Drive(context, stream);
+    return DriveClient::start([this](grpc::ClientContext *context, grpc::CompletionQueue *queue) {
+        return m_stub->PrepareAsyncDrive(context, queue);
     });
 }
 

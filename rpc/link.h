@@ -17,7 +17,7 @@
 
 namespace qel::rpc {
 
-using DriveClient = ClientStream<wire::Command, wire::Event>;
+using DriveClient = ClientStream<wire::Command, wire::Events>;
 using WatchClient = ClientStream<wire::Ask, wire::Told>;
 
 /// The near end of a connection to one DeviceServer: knows the instruments there and opens the

@@ -263,8 +263,8 @@ void Session::resume(std::shared_ptr<DriveServer> stream, quint64 heard)
     m_outbox.drop(heard);
     wire::Event resumed;
     resumed.mutable_resumed()->set_heard(m_heard);
-    m_stream->send(std::move(resumed));
-    m_outbox.forEach([this](const wire::Event &event) { m_stream->send(event); });
+    transmit(std::move(resumed));
+    m_outbox.forEach([this](const wire::Event &event) { transmit(event); });
     QMetaObject::invokeMethod(this, &Session::read, Qt::QueuedConnection);
 }
 
@@ -552,6 +552,13 @@ void Session::forget(quint64 result)
         m_gate->dropResult(name);
 }
 
+bool Session::transmit(wire::Event event, int kind)
+{
+    wire::Events message;
+    *message.add_events() = std::move(event);
+    return m_stream->send(std::move(message), kind);
+}
+
 void Session::send(wire::Event event, int kind)
 {
     if (m_isAbandoned)
@@ -560,7 +567,7 @@ void Session::send(wire::Event event, int kind)
     event.set_number(++m_lastEvent);
     bool fits = m_secret.isEmpty() || m_outbox.add(event, kind);
     if (m_stream)
-        fits = m_stream->send(std::move(event), kind) && fits;
+        fits = transmit(std::move(event), kind) && fits;
     if (fits)
         return;
     if (m_stream)

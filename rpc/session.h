@@ -20,7 +20,7 @@
 
 namespace qel::rpc {
 
-using DriveServer = ServerStream<wire::Event, wire::Command>;
+using DriveServer = ServerStream<wire::Events, wire::Command>;
 
 /// One peer of a server that drives one device.
 ///
@@ -69,6 +69,7 @@ private:
     quint64 keep(const values::Event &said);
     void forget(quint64 result);
     void send(wire::Event event, int kind = 0);
+    bool transmit(wire::Event event, int kind = 0);
     void sendError(int code, const wire::Text &text);
 
     DeviceServer *const m_server;

@@ -1,12 +1,13 @@
 #ifndef RPC_STREAM_H
 #define RPC_STREAM_H
 
+#include "completions.h"
+#include "instruments.pb.h"
+
 #include <QtCore/QObject>
 
 #include <grpcpp/alarm.h>
 #include <grpcpp/grpcpp.h>
-#include <grpcpp/support/client_callback.h>
-#include <grpcpp/support/server_callback.h>
 
 #include <chrono>
 #include <condition_variable>
@@ -14,6 +15,7 @@
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <type_traits>
 #include <utility>
 
 namespace qel::rpc {
@@ -21,14 +23,14 @@ namespace qel::rpc {
 /// How large a message may be; the peer ends the stream over a larger one.
 constexpr int maximumMessageSize = 16 * 1024 * 1024;
 
-/// One stream of messages both ways, between the threads of gRPC and the thread of one QObject, the
+/// One stream of messages both ways, between the thread of gRPC and the thread of one QObject, the
 /// receiver.
 ///
 /// What arrives waits until the receiver takes it; beyond a bound, reading pauses. What is sent
 /// waits until the peer reads it. The stream lives until gRPC is done with it, however early
 /// everybody else lets go.
-template<typename Reactor, typename Outgoing, typename Incoming>
-class Stream : public Reactor
+template<typename Call, typename Outgoing, typename Incoming>
+class Stream
 {
 public:
     /// From now on `wake` is called in the thread of `receiver` whenever there is something to
@@ -110,68 +112,71 @@ public:
         return m_news.wait_for(lock, time, [this] { return m_hasEnded || !m_arrived.empty(); });
     }
 
-    void OnReadDone(bool ok) override
+protected:
+    Stream() = default;
+    ~Stream() = default;
+
+    // What follows is called with the mutex locked, except after().
+
+    // Something to ask of gRPC; when it is over, `step` is called, with the mutex locked.
+    Operation after(std::function<void(bool)> step)
     {
-        const std::lock_guard lock(m_mutex);
-        if (!ok) {
-            m_isClosed = true;
-            readEnded();
-            return;
-        }
-        // A stream whose end nobody reads would never end.
-        if (!m_isDetached) {
-            m_arrivedSize += m_incoming.ByteSizeLong();
-            m_arrived.push_back(std::move(m_incoming));
-        }
-        m_incoming = Incoming();
-        post();
-        if (m_arrived.size() < maximumArrived && m_arrivedSize < maximumArrivedSize)
-            this->StartRead(&m_incoming);
-        else
-            m_isPaused = true;
+        return {[this, step = std::move(step)](bool ok) {
+            // They may be all that keeps this object and the queue; they go after the lock.
+            std::shared_ptr<void> use;
+            std::shared_ptr<void> self;
+            const std::lock_guard lock(m_mutex);
+            --m_asked;
+            step(ok);
+            if (!m_isOver || m_asked > 0)
+                return;
+            m_hasEnded = true;
+            post();
+            use = std::move(m_use);
+            self = std::move(m_self);
+        }};
     }
 
-    void OnWriteDone(bool ok) override
+    // Counts what is asked of gRPC: the stream outlives it.
+    void *asked(Operation *operation)
     {
-        const std::lock_guard lock(m_mutex);
-        m_queueSize -= m_queue.front().size;
-        m_queue.pop_front();
+        ++m_asked;
+        return operation;
+    }
+
+    // The stream keeps itself and the queue until it is over.
+    void keep(std::shared_ptr<void> self, Completions *completions)
+    {
+        m_self = std::move(self);
+        m_use = completions->use();
+    }
+
+    // The call is established.
+    void begin(Call *call)
+    {
+        m_call = call;
         m_isWriting = false;
-        if (!ok) {
-            m_queue.clear();
-            m_queueSize = 0;
-        }
+        read();
         write();
         writeEnded();
     }
 
-protected:
-    Stream() = default;
-
-    // The first half of a stream that nobody can have closed yet.
-    void begin(std::shared_ptr<Stream> own)
-    {
-        m_self = std::move(own);
-        this->StartRead(&m_incoming);
-    }
-
-    void end()
-    {
-        std::shared_ptr<Stream> last;
-        const std::lock_guard lock(m_mutex);
-        m_hasEnded = true;
-        post();
-        last = std::exchange(m_self, nullptr);
-    }
-
-    std::shared_ptr<Stream> self() const
-    {
-        return m_self;
-    }
-
+    // Nothing is sent any more.
     void close()
     {
         m_isClosed = true;
+    }
+
+    // Nothing more will be asked of gRPC.
+    void conclude()
+    {
+        m_isOver = true;
+    }
+
+    // Nothing is written any more.
+    void endWriting()
+    {
+        m_isWriting = true;
     }
 
     bool isWriting() const
@@ -184,11 +189,11 @@ protected:
         return !m_isClosed && !m_isWriting && m_queue.empty();
     }
 
+    // The peer sends nothing more.
     virtual void readEnded() = 0;
-    virtual void writeEnded() { }
+    virtual void writeEnded() = 0;
 
-    // gRPC may call back from within its calls.
-    mutable std::recursive_mutex m_mutex;
+    mutable std::mutex m_mutex;
 
 private:
     static constexpr std::size_t maximumQueue = 4096;
@@ -196,6 +201,7 @@ private:
     // More than an Outbox, which is sent at once.
     static constexpr std::size_t maximumQueueSize = 6 * std::size_t(maximumMessageSize);
     static constexpr std::size_t maximumArrivedSize = 2 * std::size_t(maximumMessageSize);
+    static constexpr std::size_t maximumTogether = 1024 * 1024; // bytes
 
     struct Entry
     {
@@ -204,14 +210,33 @@ private:
         std::size_t size;
     };
 
-    void write()
+    void read()
     {
-        if (m_isWriting || m_isClosed || m_queue.empty())
+        m_call->Read(&m_incoming, asked(&m_reading));
+    }
+
+    void onRead(bool ok)
+    {
+        if (!ok) {
+            m_isClosed = true;
+            readEnded();
             return;
-        m_isWriting = true;
-        // What is being written must not be replaced.
-        m_queue.front().kind = 0;
-        this->StartWrite(&m_queue.front().message);
+        }
+        // A stream whose end nobody reads would never end.
+        if (!m_isDetached) {
+            m_arrivedSize += m_incoming.ByteSizeLong();
+            m_arrived.push_back(std::move(m_incoming));
+        }
+        m_incoming = Incoming();
+        post();
+        m_isPaused = m_arrived.size() >= maximumArrived || m_arrivedSize >= maximumArrivedSize;
+        if (m_isPaused)
+            return;
+        // The receiver, which is awake now, does not wait for what gRPC does here.
+        void *const tag = asked(&m_reading);
+        m_mutex.unlock();
+        m_call->Read(&m_incoming, tag);
+        m_mutex.lock();
     }
 
     void resume()
@@ -219,7 +244,52 @@ private:
         if (!m_isPaused || m_isClosed)
             return;
         m_isPaused = false;
-        this->StartRead(&m_incoming);
+        read();
+    }
+
+    void write()
+    {
+        if (m_isWriting || m_isClosed || m_queue.empty())
+            return;
+        m_isWriting = true;
+        const Outgoing message = next();
+        m_call->Write(message, asked(&m_writing));
+    }
+
+    Outgoing next()
+    {
+        Outgoing message = pop();
+        if constexpr (std::is_same_v<Outgoing, wire::Events>) {
+            std::size_t size = message.ByteSizeLong();
+            while (!m_queue.empty()) {
+                size += m_queue.front().size;
+                if (size > maximumTogether)
+                    break;
+                Outgoing other = pop();
+                for (wire::Event &event : *other.mutable_events())
+                    *message.add_events() = std::move(event);
+            }
+        }
+        return message;
+    }
+
+    Outgoing pop()
+    {
+        Outgoing message = std::move(m_queue.front().message);
+        m_queueSize -= m_queue.front().size;
+        m_queue.pop_front();
+        return message;
+    }
+
+    void onWritten(bool ok)
+    {
+        m_isWriting = false;
+        if (!ok) {
+            m_queue.clear();
+            m_queueSize = 0;
+        }
+        write();
+        writeEnded();
     }
 
     void post()
@@ -231,7 +301,15 @@ private:
         QMetaObject::invokeMethod(m_receiver, m_wake, Qt::QueuedConnection);
     }
 
-    std::condition_variable_any m_news;
+    Call *m_call = nullptr;
+    std::shared_ptr<void> m_self;
+    std::shared_ptr<void> m_use;
+    int m_asked = 0; // operations that are not over
+    bool m_isOver = false;
+    Operation m_reading = after([this](bool ok) { onRead(ok); });
+    Operation m_writing = after([this](bool ok) { onWritten(ok); });
+
+    std::condition_variable m_news;
     QObject *m_receiver = nullptr;
     std::function<void()> m_wake;
     bool m_isAwake = false;
@@ -244,26 +322,24 @@ private:
     bool m_isClosed = false;
     std::deque<Entry> m_queue;
     std::size_t m_queueSize = 0;
-    bool m_isWriting = false;
-    std::shared_ptr<Stream> m_self;
+    bool m_isWriting = true; // as long as there is nothing to write to
 };
 
 /// The end that has called.
 template<typename Outgoing, typename Incoming>
 class ClientStream final :
-    public Stream<grpc::ClientBidiReactor<Outgoing, Incoming>, Outgoing, Incoming>
+    public Stream<grpc::ClientAsyncReaderWriter<Outgoing, Incoming>, Outgoing, Incoming>
 {
 public:
-    /// Calls; `call` hands the context and this reactor to a method of the stub.
-    template<typename Call>
-    static std::shared_ptr<ClientStream> start(Call &&call)
+    /// Calls; `prepare` hands the context and the queue to a method of the stub.
+    template<typename Prepare>
+    static std::shared_ptr<ClientStream> start(Prepare &&prepare)
     {
         auto stream = std::make_shared<ClientStream>();
-        call(&stream->m_context, stream.get());
-        // Messages are sent from outside of gRPC's callbacks.
-        stream->AddHold();
-        stream->begin(stream);
-        stream->StartCall();
+        const std::lock_guard lock(stream->m_mutex);
+        stream->keep(stream, Completions::ofCalls());
+        stream->m_call = prepare(&stream->m_context, Completions::ofCalls()->queue());
+        stream->m_call->StartCall(stream->asked(&stream->m_starting));
         return stream;
     }
 
@@ -288,34 +364,39 @@ public:
         return m_status;
     }
 
-    void OnDone(const grpc::Status &status) override
+private:
+    void onStarted(bool ok)
     {
-        {
-            const std::lock_guard lock(this->m_mutex);
-            m_status = m_isUnreadable
-                ? grpc::Status(grpc::StatusCode::DATA_LOSS,
-                               "the other side sends what cannot be understood")
-                : status;
-        }
-        m_statusAlarm.Cancel();
-        this->end();
+        if (ok)
+            this->begin(m_call.get());
+        else
+            readEnded();
     }
 
-private:
     // A status follows at once where the peer has ended the call. It does not where a message was
     // none.
     void readEnded() override
     {
-        const auto late = std::chrono::system_clock::now() + std::chrono::seconds(1);
-        m_statusAlarm.Set(late, [this, self = this->self()](bool isLate) mutable {
-            if (isLate) {
-                const std::lock_guard lock(this->m_mutex);
-                m_isUnreadable = true;
-                m_context.TryCancel();
-            }
-            self.reset();
-        });
-        this->RemoveHold();
+        this->close();
+        m_call->Finish(&m_status, this->asked(&m_finishing));
+        m_lateness.Set(Completions::ofCalls()->queue(),
+                       std::chrono::system_clock::now() + std::chrono::seconds(1),
+                       this->asked(&m_beingLate));
+    }
+
+    void onLate()
+    {
+        m_isUnreadable = true;
+        m_context.TryCancel();
+    }
+
+    void onFinished()
+    {
+        m_lateness.Cancel();
+        if (m_isUnreadable)
+            m_status = {grpc::StatusCode::DATA_LOSS,
+                        "the other side sends what cannot be understood"};
+        this->conclude();
     }
 
     void writeEnded() override
@@ -323,11 +404,20 @@ private:
         if (!m_isLeaving || m_hasLeft || !this->isOpenAndWritten())
             return;
         m_hasLeft = true;
-        this->StartWritesDone();
+        this->endWriting();
+        m_call->WritesDone(this->asked(&m_leaving));
     }
 
     grpc::ClientContext m_context;
-    grpc::Alarm m_statusAlarm;
+    std::unique_ptr<grpc::ClientAsyncReaderWriter<Outgoing, Incoming>> m_call;
+    Operation m_starting = this->after([this](bool ok) { onStarted(ok); });
+    Operation m_leaving = this->after([](bool) {});
+    Operation m_finishing = this->after([this](bool) { onFinished(); });
+    grpc::Alarm m_lateness;
+    Operation m_beingLate = this->after([this](bool isLate) {
+        if (isLate)
+            onLate();
+    });
     bool m_isUnreadable = false;
     bool m_isLeaving = false;
     bool m_hasLeft = false;
@@ -337,20 +427,55 @@ private:
 /// The end that was called.
 template<typename Outgoing, typename Incoming>
 class ServerStream final :
-    public Stream<grpc::ServerBidiReactor<Incoming, Outgoing>, Outgoing, Incoming>
+    public Stream<grpc::ServerAsyncReaderWriter<Outgoing, Incoming>, Outgoing, Incoming>
 {
 public:
-    static std::shared_ptr<ServerStream> start()
+    using Arrival = std::function<void(std::shared_ptr<ServerStream>, const std::string &peer)>;
+
+    /// Waits for calls, one after the other.
+    /// @param request hands what it is given to a method of the service
+    /// @param arrive hears of each, in the thread of gRPC, with the common name in the certificate
+    /// of a peer that had to show one
+    template<typename Request>
+    static void accept(Completions *completions, Request request, Arrival arrive)
     {
         auto stream = std::make_shared<ServerStream>();
-        stream->begin(stream);
-        return stream;
+        ServerStream *const self = stream.get();
+        const std::lock_guard lock(self->m_mutex);
+        self->m_arriving = self->after([=](bool ok) {
+            // The server may end otherwise.
+            if (!ok) {
+                self->conclude();
+                return;
+            }
+            accept(completions, request, arrive);
+            self->begin(&self->m_call);
+            // Whoever hears of it may use it at once.
+            self->m_mutex.unlock();
+            arrive(self->m_shared.lock(), self->peer());
+            self->m_mutex.lock();
+        });
+        self->m_shared = stream;
+        self->keep(std::move(stream), completions);
+        request(&self->m_context, &self->m_call, self->asked(&self->m_arriving));
     }
 
     /// Ends the call; the peer learns why.
     void finish(const grpc::Status &status)
     {
         const std::lock_guard lock(this->m_mutex);
+        finishOnce(status);
+    }
+
+private:
+    std::string peer() const
+    {
+        const auto names = m_context.auth_context()->FindPropertyValues(GRPC_X509_CN_PROPERTY_NAME);
+        return names.size() == 1 ? std::string(names[0].data(), names[0].size()) : std::string();
+    }
+
+    void finishOnce(const grpc::Status &status)
+    {
         if (m_isFinished)
             return;
         m_isFinished = true;
@@ -359,15 +484,9 @@ public:
         writeEnded();
     }
 
-    void OnDone() override
-    {
-        this->end();
-    }
-
-private:
     void readEnded() override
     {
-        finish(grpc::Status::OK);
+        finishOnce(grpc::Status::OK);
     }
 
     void writeEnded() override
@@ -375,9 +494,14 @@ private:
         if (!m_isFinished || m_isReported || this->isWriting())
             return;
         m_isReported = true;
-        this->Finish(m_status);
+        m_call.Finish(m_status, this->asked(&m_finishing));
     }
 
+    grpc::ServerContext m_context;
+    grpc::ServerAsyncReaderWriter<Outgoing, Incoming> m_call{&m_context};
+    std::weak_ptr<ServerStream> m_shared;
+    Operation m_arriving;
+    Operation m_finishing = this->after([this](bool) { this->conclude(); });
     bool m_isFinished = false;
     bool m_isReported = false;
     grpc::Status m_status;

@@ -14,7 +14,7 @@
 namespace qel::rpc {
 
 /// The version of the protocol. It changes when an older peer would misunderstand.
-constexpr int protocolVersion = 3;
+constexpr int protocolVersion = 4;
 
 /// How this side introduces itself.
 wire::Hello hello();

@@ -156,14 +156,17 @@ public:
     }
 
     grpc::Status Drive(grpc::ServerContext *,
-                       grpc::ServerReaderWriter<wire::Event, wire::Command> *stream) override
+                       grpc::ServerReaderWriter<wire::Events, wire::Command> *stream) override
     {
         wire::Command command;
         // Each part of the life of a device is heard while another command is on its way.
-        for (size_t i = 0; i < m_script.events.size(); ++i) {
-            if (i % 4 == 0)
-                stream->Read(&command);
-            stream->Write(m_script.events[i]);
+        for (size_t i = 0; i < m_script.events.size();) {
+            stream->Read(&command);
+            wire::Events part;
+            do
+                *part.add_events() = m_script.events[i];
+            while (++i < m_script.events.size() && i % 4 != 0);
+            stream->Write(part);
         }
         return end(m_script.driveEnd, stream, &command);
     }

@@ -215,7 +215,7 @@ private:
 };
 
 using WatchPeer = ClientStream<wire::Ask, wire::Told>;
-using DrivePeer = ClientStream<wire::Command, wire::Event>;
+using DrivePeer = ClientStream<wire::Command, wire::Events>;
 
 wire::Ask anyAsk(FuzzedDataProvider *data)
 {
@@ -307,13 +307,12 @@ public:
         const bool isNew = m_drives.empty() || data->ConsumeIntegralInRange(0, 7) == 7;
         if (data->ConsumeIntegralInRange(0, 7) == 7) {
             if (m_watches.empty() || isNew)
-                m_watches.push_back(
-                    call<WatchPeer>(&wire::Instruments::Stub::async_interface::Watch));
+                m_watches.push_back(call<WatchPeer>(&wire::Instruments::Stub::PrepareAsyncWatch));
             m_watches.back()->send(anyAsk(data));
             return;
         }
         if (isNew) {
-            m_drives.push_back(call<DrivePeer>(&wire::Instruments::Stub::async_interface::Drive));
+            m_drives.push_back(call<DrivePeer>(&wire::Instruments::Stub::PrepareAsyncDrive));
             if (data->ConsumeIntegralInRange(0, 7) != 7)
                 m_drives.back()->send(attachment());
         }
@@ -343,8 +342,8 @@ private:
     template<typename Stream, typename Method>
     std::shared_ptr<Stream> call(Method method)
     {
-        return Stream::start([&](grpc::ClientContext *context, Stream *stream) {
-            (m_stub->async()->*method)(context, stream);
+        return Stream::start([&](grpc::ClientContext *context, grpc::CompletionQueue *queue) {
+            return (m_stub.get()->*method)(context, queue);
         });
     }
     template<typename Streams>

@@ -20,7 +20,7 @@ def field(number, value):
     return varint(number << 3 | 2) + varint(len(content)) + content
 
 
-HELLO = field(1, 3) + field(2, "v9")
+HELLO = field(1, 4) + field(2, "v9")
 
 
 def record(location="bench-1", name="Reader", serial="A-1"):
@@ -52,7 +52,8 @@ def execute(feature):
 
 
 def event(number, what):
-    return field(15, number) + what
+    """A message of one event."""
+    return field(1, field(15, number) + what)
 
 
 def state(name="Reader", features=(9,)):
