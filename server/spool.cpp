@@ -1,47 +1,64 @@
 #include "spool.h"
 
-#include "identity.h"
-
 #include <wire.h>
 
 #include <qelvalues/valuecodec.h>
 
 #include <QtCore/QDateTime>
+#include <QtCore/QDeadlineTimer>
 #include <QtCore/QDir>
 #include <QtCore/QFile>
 #include <QtCore/QJsonDocument>
 #include <QtCore/QJsonObject>
 #include <QtCore/QRegularExpression>
 #include <QtCore/QSysInfo>
+#include <QtCore/QThread>
 
+#include <cerrno>
+#include <chrono>
+#include <cstring>
 #include <utility>
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace qel::server {
 
+using namespace std::chrono_literals;
 using devices::Device;
 
 static const char suffix[] = ".json";
 
 Spool::Spool(QString folder)
     : m_folder(std::move(folder))
-{ }
+{
+    m_disk.setMaxThreadCount(1);
+}
 
 QString Spool::fileOf(const QString &name) const
 {
     return m_folder + QLatin1Char('/') + name + QLatin1String(suffix);
 }
 
-// The name of a file is on the disk only when its folder is.
-static void syncFolder(const QString &folder)
+// Most results reach their clients before.
+constexpr std::chrono::milliseconds moment = 10ms;
+
+static bool sync(const QString &path)
 {
-    const int open = ::open(QFile::encodeName(folder).constData(), O_RDONLY | O_CLOEXEC);
-    if (open >= 0) {
-        ::fsync(open);
-        ::close(open);
-    }
+    const int open = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC);
+    if (open < 0)
+        return errno == ENOENT;
+    const bool isSynced = ::fsync(open) == 0;
+    ::close(open);
+    return isSynced;
+}
+
+// The name of a file is on the disk only when its folder is.
+static void forceToDisk(const QString &folder, const QString &file)
+{
+    if (QFile::exists(file) && (!sync(file) || !sync(folder)))
+        qWarning("'%s' may not be on the disk: %s", qPrintable(file), strerror(errno));
 }
 
 static QJsonObject documentOf(const QString &client, const Device &device, const rpc::FarRun &run,
@@ -68,6 +85,25 @@ static QJsonObject documentOf(const QString &client, const Device &device, const
             {QStringLiteral("result"), json(result)}};
 }
 
+// Under another name until it is whole.
+static bool write(const QString &fileName, const QByteArray &content, QString *problem)
+{
+    const QByteArray part = QFile::encodeName(fileName + QStringLiteral(".part"));
+    const int open =
+        ::open(part.constData(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, S_IRUSR | S_IWUSR);
+    QFile file;
+    const bool isWritten = open >= 0
+        && file.open(open, QIODevice::WriteOnly | QIODevice::Unbuffered, QFile::AutoCloseHandle)
+        && file.write(content) == content.size();
+    file.close();
+    if (isWritten && ::rename(part.constData(), QFile::encodeName(fileName).constData()) == 0)
+        return true;
+    *problem = QStringLiteral("'%1' cannot be written: %2")
+                   .arg(fileName, QString::fromLocal8Bit(strerror(errno)));
+    ::unlink(part.constData());
+    return false;
+}
+
 QString Spool::keep(const QString &client, const Device &device, const rpc::FarRun &run,
                     const QVariant &result, QString *problem)
 {
@@ -76,17 +112,20 @@ QString Spool::keep(const QString &client, const Device &device, const rpc::FarR
         return {};
     }
     // Names of clients come from outside.
-    const QString who = QString(client).replace(
-        QRegularExpression(QStringLiteral("[^A-Za-z0-9_-]")), QStringLiteral("_"));
+    static const QRegularExpression unsuited(QStringLiteral("[^A-Za-z0-9_-]"));
+    const QString who = QString(client).replace(unsuited, QStringLiteral("_"));
     const QString first = QStringLiteral("%1-%2").arg(
         QDateTime::currentDateTimeUtc().toString(QStringLiteral("yyyyMMdd-HHmmss-zzz")), who);
     QString name = first;
     for (int i = 2; QFile::exists(fileOf(name)); ++i)
         name = QStringLiteral("%1-%2").arg(first, QString::number(i));
     const QJsonDocument document(documentOf(client, device, run, result));
-    if (!writePrivateFile(fileOf(name), document.toJson(), problem))
+    if (!write(fileOf(name), document.toJson(), problem))
         return {};
-    syncFolder(m_folder);
+    m_disk.start([folder = m_folder, file = fileOf(name), end = QDeadlineTimer(moment)] {
+        QThread::msleep(ulong(end.remainingTime()));
+        forceToDisk(folder, file);
+    });
     return name;
 }
 

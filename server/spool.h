@@ -6,6 +6,7 @@
 #include <QtCore/QByteArray>
 #include <QtCore/QString>
 #include <QtCore/QStringList>
+#include <QtCore/QThreadPool>
 
 namespace qel::server {
 
@@ -28,7 +29,8 @@ class Spool
 public:
     explicit Spool(QString folder);
 
-    /// Writes a result: when this returns, the file is on the disk, whole.
+    /// Writes a result. From now on the end of this process does no harm to it; what is still there
+    /// after a moment is forced to the disk, so that neither does a loss of power.
     /// @return its name; or nothing, and a sentence in `problem`
     QString keep(const QString &client, const devices::Device &device, const rpc::FarRun &run,
                  const QVariant &result, QString *problem);
@@ -43,6 +45,7 @@ public:
 
 private:
     const QString m_folder;
+    QThreadPool m_disk;
 };
 
 } // namespace qel::server
