@@ -2,7 +2,7 @@
 #define RPC_DEVICESERVER_H
 
 #include "instruments.grpc.pb.h"
-#include "stream.h"
+#include "serverstream.h"
 
 #include <QtCore/QObject>
 

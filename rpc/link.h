@@ -1,8 +1,8 @@
 #ifndef RPC_LINK_H
 #define RPC_LINK_H
 
+#include "clientstream.h"
 #include "instruments.grpc.pb.h"
-#include "stream.h"
 
 #include <qeldevices/deviceinfo.h>
 
