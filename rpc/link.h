@@ -34,7 +34,7 @@ public:
 
     /// Begins to talk over `channel`, in place of what was before.
     void connectTo(std::shared_ptr<grpc::Channel> channel);
-    /// Ends the connection. Devices on the way see it as the loss of the far side.
+    /// Forgets the far side. The streams of devices go on until one of the sides ends them.
     void disconnect();
     /// The same, and says so: lost() with `why`.
     void giveUp(const QString &why);

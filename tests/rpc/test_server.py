@@ -180,6 +180,8 @@ class ServerTest(ServerCase):
         self.await_log("release client='anna'")
         kept = self.keeper("results").stdout.splitlines()
         self.assertEqual(len(kept), 1)
+        for file in (self.state / "results").iterdir():
+            self.assertEqual(stat.S_IMODE(file.stat().st_mode), 0o600, file)
         self.fetch_what_is_kept()
         self.assertEqual(self.tool("bert", "run", "A-1", "orientation").returncode, 0)
 
