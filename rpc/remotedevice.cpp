@@ -218,7 +218,6 @@ void RemoteDevice::lose(const QString &infoTrId)
     // It has just said so itself.
     m_session.release()->deleteLater();
     m_interruption = 0;
-    m_isOpening = false;
     m_isFarBusy = false;
     m_withheld.clear();
     m_farActions.clear();
@@ -230,7 +229,7 @@ void RemoteDevice::lose(const QString &infoTrId)
     if (self)
         setBusy(false);
     if (self)
-        setError(ERROR_DEVICE_DISCONNECTED, infoTrId);
+        fail(ERROR_DEVICE_DISCONNECTED, infoTrId);
     for (const DeviceFeature feature : runs) {
         if (self)
             emit executed(feature, false, QVariant());
@@ -287,9 +286,21 @@ void RemoteDevice::hear(const wire::Event &event)
 
 void RemoteDevice::hearError(const wire::Error &error)
 {
-    if (error.code() != NO_DEVICE_ERROR)
-        m_isOpening = false;
-    setError(error.code(), fromWire(error.info()));
+    if (error.code() == NO_DEVICE_ERROR)
+        setError(NO_DEVICE_ERROR, fromWire(error.info()));
+    else
+        fail(error.code(), fromWire(error.info()));
+}
+
+// Since open() has returned true, only the signal tells that it has failed, and what it fails of
+// may be what it has failed of before.
+void RemoteDevice::fail(int code, const QString &info)
+{
+    const QPointer<RemoteDevice> self(this);
+    if (std::exchange(m_isOpening, false))
+        setError(NO_DEVICE_ERROR, QString());
+    if (self)
+        setError(code, info);
 }
 
 // Who hears of one change may delete the device, or run an event loop in which the session is lost;
@@ -327,12 +338,12 @@ void RemoteDevice::hearState(const wire::State &state)
 void RemoteDevice::hearAnswer(quint64 number, wire::Command::WhatCase what, bool result)
 {
     const QPointer<RemoteDevice> self(this);
-    if (what == wire::Command::kExecute && !m_session->isWaitingFor(wire::Command::kExecute))
+    const bool isLast = !m_session->isWaitingFor(what);
+    if (what == wire::Command::kExecute && isLast)
         setBusy(m_isFarBusy);
-    if (what == wire::Command::kOpen && !result && errorCode() == NO_DEVICE_ERROR)
-        setError(ERROR_DEVICE_CANT_OPEN, QString());
-    if (self && what == wire::Command::kOpen && !result)
-        m_isOpening = false;
+    else if (what == wire::Command::kOpen && isLast && !result && m_isOpening)
+        fail(errorCode() == NO_DEVICE_ERROR ? ERROR_DEVICE_CANT_OPEN : errorCode(),
+             errorAdditionalInfoTrId());
     if (!self || number != m_interruption)
         return;
     m_interruption = 0;

@@ -63,6 +63,7 @@ private:
     void hearAnswer(quint64 number, wire::Command::WhatCase what, bool result);
     void hearOpen(bool open);
     void hearError(const wire::Error &error);
+    void fail(int code, const QString &info);
     void hearBusy(bool busy);
     void hearFeatures(const wire::Features &features);
     void makeAvailable(const wire::Features &features);

@@ -42,6 +42,10 @@ public:
 
     bool open() override
     {
+        if (refuses)
+            setError(ERROR_DEVICE_CANT_OPEN, "stuck");
+        if (refuses)
+            return false;
         addFeature(feature);
         setDescriptor(other, QVariantHash{{"unit", "m"}});
         setOpen(true);
@@ -80,6 +84,7 @@ public:
     }
 
     static FarDevice *current;
+    static bool refuses; // to open
     std::function<void(FarDevice *)> onExecute = [](FarDevice *device) { device->setBusy(true); };
     std::function<void(FarDevice *)> onConfirm = [](FarDevice *) {};
     bool running = false;
@@ -87,6 +92,7 @@ public:
 };
 
 FarDevice *FarDevice::current = nullptr;
+bool FarDevice::refuses = false;
 
 class FarDriver : public DeviceDriver
 {
@@ -146,7 +152,9 @@ public:
     }
     wire::Text acquire(const QString &, const void *, const DeviceInfo &) override
     {
-        return {};
+        wire::Text text;
+        text.set_id(isTaken ? "taken" : "");
+        return text;
     }
     void release(const void *) override { }
     void noteStart(const QString &, const Device &, const FarRun &) override { }
@@ -185,6 +193,7 @@ public:
     }
 
     int forbidden = -1;
+    bool isTaken = false;
     int streams = 1000000;
     int calls = 1000000;
     QMap<QString, QVariant> results;
@@ -344,6 +353,8 @@ private slots:
     void endsRunsThatAreInterruptedWithoutAResult_data();
     void endsRunsThatAreInterruptedWithoutAResult();
     void withdrawsAnOpening();
+    void tellsEachTimeWhyItDoesNotOpen_data();
+    void tellsEachTimeWhyItDoesNotOpen();
     void mapsActions();
     void saysWhatCannotTravel();
     void isDisconnectedWhenTheFarSideGoes();
@@ -545,6 +556,38 @@ void tst_Rpc::withdrawsAnOpening()
     QVERIFY(!m_heard->all.contains("open 1"));
     QVERIFY(!m_device->isOpen());
     QVERIFY(open());
+}
+
+void tst_Rpc::tellsEachTimeWhyItDoesNotOpen_data()
+{
+    QTest::addColumn<bool>("isTaken");
+    QTest::addColumn<QString>("location");
+    QTest::addColumn<int>("error");
+    QTest::newRow("by the driver") << false << "here" << int(ERROR_DEVICE_CANT_OPEN);
+    QTest::newRow("by the server") << true << "here" << int(ERROR_DEVICE_CANT_OPEN);
+    QTest::newRow("not there") << false << "nowhere" << int(ERROR_DEVICE_DISCONNECTED);
+}
+
+void tst_Rpc::tellsEachTimeWhyItDoesNotOpen()
+{
+    QFETCH(bool, isTaken);
+    QFETCH(QString, location);
+    QFETCH(int, error);
+    OpenGate gate;
+    gate.isTaken = isTaken;
+    FarDevice::refuses = true;
+    const auto relent = qScopeGuard([] { FarDevice::refuses = false; });
+    Pair pair(&gate);
+    QTRY_VERIFY_WITH_TIMEOUT(pair.link.isReady(), patience);
+    RemoteDevice device(FarDriver::record(location), FarDriver::record(location), &pair.link);
+    int told = 0;
+    connect(&device, &Device::errorChanged, &device,
+            [&] { told += device.errorCode() == error ? 1 : 0; });
+    for (int i = 1; i <= 3; ++i) {
+        QVERIFY(device.open());
+        QTRY_COMPARE_WITH_TIMEOUT(told, i, patience);
+    }
+    QVERIFY(!device.isOpen());
 }
 
 void tst_Rpc::mapsActions()
