@@ -1,6 +1,7 @@
 // Has a server talk with peers that say what the fuzzer makes up, over a device that does likewise.
 #include "fuzzing.h"
 
+#include <clientstream.h>
 #include <deviceserver.h>
 #include <gate.h>
 
