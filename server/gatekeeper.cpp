@@ -2,6 +2,8 @@
 
 #include <wire.h>
 
+#include <qelvalues/printable.h>
+
 #include <QtCore/QJsonDocument>
 #include <QtCore/QJsonObject>
 
@@ -19,16 +21,7 @@ constexpr int maximumStreams = 256;
 constexpr int maximumCalls = 5000;                 // a second
 constexpr quint64 maximumBytes = 64 * 1024 * 1024; // a second
 
-// Part of it comes from outside: it fills one line, and no terminal acts on it.
-static QByteArray printable(const QString &text)
-{
-    QString line = text.left(2000);
-    for (QChar &character : line) {
-        if (!character.isPrint() && !character.isSurrogate())
-            character = QChar::ReplacementCharacter;
-    }
-    return line.toUtf8();
-}
+constexpr int longestDetail = 2000; // characters; part of it comes from outside
 
 void audit(bool logsJson, const QString &event, const QList<QPair<QString, QString>> &details)
 {
@@ -43,7 +36,8 @@ void audit(bool logsJson, const QString &event, const QList<QPair<QString, QStri
     } else {
         line = event.toUtf8();
         for (const auto &[key, value] : details)
-            line += ' ' + key.toUtf8() + "='" + printable(value) + '\'';
+            line += ' ' + key.toUtf8() + "='"
+                + values::printable(value.left(longestDetail)).toUtf8() + '\'';
     }
     line += '\n';
     std::fwrite(line.constData(), 1, size_t(line.size()), stderr);
