@@ -1,13 +1,22 @@
-// Prints the median and the 90th percentile of a time in µs, tab separated.
+// Each plugin is one that finds simulated instruments: itself, in another process or elsewhere. The
+// first two print the median and the 90th percentile of a time in µs, tab separated.
 //
-//   remote_benchmark call SERIAL COUNT PLUGIN   to execute a feature that is over at once
-//   remote_benchmark run SERIAL COUNT PLUGIN    to measure a plate of 96 wells
-//   remote_benchmark echo ADDRESS COUNT         to send a message to another process and get it
-//   back
+//   remote_benchmark call COUNT PLUGIN       to execute a feature that is over at once
+//   remote_benchmark run COUNT PLUGIN        to measure a plate of 96 wells
+//   remote_benchmark echo COUNT ADDRESS      the same for a message to another process and back
+//   remote_benchmark sessions COUNT PLUGIN   opens so many instruments; with each line of its
+//                                            input, measures a plate in all of them at once and
+//                                            prints the time in ms and how many results there are
+//   remote_benchmark watch COUNT PLUGIN FIRST
+//                                            watches so many instruments from the FIRST on, as long
+//                                            as its input is open
+//   remote_benchmark search COUNT PLUGIN FIRST
+//                                            and looks each second which ones there are
 #include "instruments.grpc.pb.h"
 
 #include <qelfrontend/enumeration.h>
-#include <qelfrontend/selection.h>
+#include <qelfrontend/instrumentwatch.h>
+#include <qelfrontend/run.h>
 
 #include <qeldevices/device.h>
 #include <qeldevices/devicebroker.h>
@@ -15,6 +24,8 @@
 #include <QtCore/QCoreApplication>
 #include <QtCore/QElapsedTimer>
 #include <QtCore/QEventLoop>
+#include <QtCore/QSocketNotifier>
+#include <QtCore/QThread>
 #include <QtCore/QTimer>
 
 #include <grpcpp/grpcpp.h>
@@ -25,7 +36,6 @@
 #include <cstdlib>
 #include <functional>
 #include <memory>
-#include <optional>
 #include <vector>
 
 #include <signal.h>
@@ -33,6 +43,10 @@
 
 using namespace qel::devices;
 using namespace qel::rpc;
+using namespace qel::frontend;
+using Devices = std::vector<std::unique_ptr<Device>>;
+
+constexpr int patience = 60000; // ms
 
 static void print(int count, const std::function<void()> &operation)
 {
@@ -64,7 +78,7 @@ class Echo final : public wire::Instruments::Service
     }
 };
 
-static int echo(const char *address, int count)
+static int echo(int count, const char *address)
 {
     const pid_t other = ::fork();
     if (other == 0) {
@@ -96,35 +110,76 @@ static void await(const std::function<bool()> &isThere)
     QTimer limit;
     limit.setSingleShot(true);
     QObject::connect(&limit, &QTimer::timeout, [] { qFatal("no answer within a minute"); });
-    limit.start(60000);
+    limit.start(patience);
     while (!isThere())
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
 }
 
-static int drive(char *arguments[], Device::DeviceFeature feature)
+// The first ones that the plugin finds.
+static Devices createDevices(int count, const char *plugin)
 {
-    const char *const serial = arguments[2];
-    if (!DeviceBroker::loadPlugin(QString::fromLocal8Bit(arguments[4])))
-        qFatal("no driver plugin '%s'", arguments[4]);
-    QString problem;
-    std::optional<DeviceInfo> info;
-    QElapsedTimer patience;
-    patience.start();
-    while (!info && patience.elapsed() < 20000) {
+    if (!DeviceBroker::loadPlugin(QString::fromLocal8Bit(plugin)))
+        qFatal("no driver plugin '%s'", plugin);
+    QElapsedTimer age;
+    age.start();
+    QList<DeviceInfo> found;
+    while (found.size() < count && age.elapsed() < patience) {
         QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
-        info = qel::frontend::selectDevice(QString::fromLocal8Bit(serial),
-                                           qel::frontend::enumerate().devices(), &problem);
+        found = enumerate().devices();
     }
-    if (!info)
-        qFatal("%s", qPrintable(problem));
-    const std::unique_ptr<Device> device(DeviceBroker::createDevice(*info));
-    device->open();
-    await([&] { return device->isOpen() && device->hasFeature(feature); });
+    if (found.size() < count)
+        qFatal("%d instruments instead of %d", found.size(), count);
+    Devices devices;
+    for (int i = 0; i < count; ++i)
+        devices.emplace_back(DeviceBroker::createDevice(found[i]));
+    return devices;
+}
+
+// All at once. Returns how many have a result, and leaves a sentence for those that have none.
+static std::size_t runAll(const Devices &devices, const RunRequest &request, QString *problem)
+{
+    std::vector<std::unique_ptr<Run>> runs;
+    std::size_t ended = 0;
+    std::size_t results = 0;
+    for (const auto &device : devices) {
+        runs.push_back(std::make_unique<Run>(device.get(), request));
+        QObject::connect(runs.back().get(), &Run::finished, [&](const Outcome &outcome) {
+            ++ended;
+            if (outcome.isResult())
+                ++results;
+            else
+                *problem = outcome.sentence;
+        });
+        runs.back()->start();
+    }
+    await([&] { return ended == runs.size(); });
+    return results;
+}
+
+// Whoever had an instrument before may not have left it yet.
+static void openAll(const Devices &devices)
+{
+    QElapsedTimer age;
+    age.start();
+    QString problem;
+    while (runAll(devices, {}, &problem) < devices.size()) {
+        if (age.elapsed() > patience)
+            qFatal("not all instruments open: %s", qPrintable(problem));
+        QThread::msleep(20);
+    }
+}
+
+static int drive(int count, const char *plugin, Device::DeviceFeature feature)
+{
+    const Devices devices = createDevices(1, plugin);
+    Device *const device = devices.front().get();
+    openAll(devices);
+    await([&] { return device->hasFeature(feature); });
     bool works = true;
-    print(std::atoi(arguments[3]), [&] {
+    print(count, [&] {
         bool isOver = false;
         const auto connection = QObject::connect(
-            device.get(), &Device::executed, [&](Device::DeviceFeature, bool ok, const QVariant &) {
+            device, &Device::executed, [&](Device::DeviceFeature, bool ok, const QVariant &) {
                 works = works && ok;
                 isOver = true;
             });
@@ -136,16 +191,67 @@ static int drive(char *arguments[], Device::DeviceFeature feature)
     return works ? 0 : 1;
 }
 
+static void say(const char *line)
+{
+    std::puts(line);
+    std::fflush(stdout);
+}
+
+static int holdSessions(int count, const char *plugin)
+{
+    const Devices devices = createDevices(count, plugin);
+    openAll(devices);
+    say("open");
+    RunRequest plate;
+    plate.feature = Device::DF_AbsorbanceMeasurement;
+    bool works = true;
+    char line[16];
+    while (std::fgets(line, sizeof line, stdin)) {
+        QString problem;
+        QElapsedTimer timer;
+        timer.start();
+        const std::size_t results = runAll(devices, plate, &problem);
+        const double time = double(timer.nsecsElapsed()) / 1000000;
+        say(qPrintable(QStringLiteral("%1\t%2").arg(time).arg(results)));
+        works = works && results == devices.size();
+        if (!problem.isEmpty())
+            qWarning("%s", qPrintable(problem));
+    }
+    return works ? 0 : 1;
+}
+
+static int watch(int count, const char *plugin, int first, bool searches)
+{
+    const Devices devices = createDevices(first + count, plugin);
+    for (int i = first; i < first + count; ++i) {
+        Device *const device = devices[std::size_t(i)].get();
+        if (!QMetaObject::invokeMethod(device, "observe") || device->errorCode() != 0)
+            qFatal("instrument %d cannot be watched", i);
+    }
+    InstrumentWatch instruments;
+    if (searches)
+        instruments.start();
+    say("watching");
+    QSocketNotifier input(STDIN_FILENO, QSocketNotifier::Read);
+    QObject::connect(&input, &QSocketNotifier::activated, [] { QCoreApplication::quit(); });
+    return QCoreApplication::exec();
+}
+
 int main(int argc, char *argv[])
 {
-    const QByteArray what = argc > 1 ? argv[1] : "";
-    if (what == "echo" && argc == 4)
-        return echo(argv[2], std::atoi(argv[3]));
+    const QByteArray what = argc >= 4 ? argv[1] : "";
+    const int count = argc >= 4 ? std::atoi(argv[2]) : 0;
+    if (what == "echo")
+        return echo(count, argv[3]);
     QCoreApplication application(argc, argv);
-    if (what == "call" && argc == 5)
-        return drive(argv, Device::DF_Orientation);
-    if (what == "run" && argc == 5)
-        return drive(argv, Device::DF_AbsorbanceMeasurement);
-    std::fputs("usage: remote_benchmark call|run|echo SERIAL|ADDRESS COUNT [PLUGIN]\n", stderr);
+    if (what == "call")
+        return drive(count, argv[3], Device::DF_Orientation);
+    if (what == "run")
+        return drive(count, argv[3], Device::DF_AbsorbanceMeasurement);
+    if (what == "sessions")
+        return holdSessions(count, argv[3]);
+    if ((what == "watch" || what == "search") && argc == 5)
+        return watch(count, argv[3], std::atoi(argv[4]), what == "search");
+    std::fputs("usage: remote_benchmark WHAT COUNT PLUGIN|ADDRESS [FIRST]\n", stderr);
     return 2;
 }
