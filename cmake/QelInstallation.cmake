@@ -24,3 +24,9 @@ function(qel_install_pkg_config library)
         DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig
         COMPONENT ${pc_COMPONENT})
 endfunction()
+
+# Debian's zsh looks for what packages bring in a folder of its own.
+set(QEL_ZSH_FUNCTIONS site-functions)
+if(CMAKE_INSTALL_PREFIX STREQUAL "/usr" AND EXISTS /etc/debian_version)
+    set(QEL_ZSH_FUNCTIONS vendor-completions)
+endif()

@@ -3,6 +3,7 @@
 import datetime
 import json
 import os
+import pathlib
 import platform
 import re
 import socket
@@ -78,6 +79,42 @@ class ServerTest(ServerCase):
             self.assertIn(event, events)
         start = next(line for line in lines if line["event"] == "start")
         self.assertIn("wavelength", start["configuration"])
+
+    def test_completion(self):
+        """Both shells offer what the help names and who was invited."""
+        scripts = pathlib.Path(__file__).parents[2] / "server" / "completion"
+        home = self.folder / "home"
+        program = self.folder / "qeldevicesd"
+        program.write_text(f"#!/bin/sh\nexec '{SERVER}' --state '{home}' \"$@\"\n")
+        program.chmod(0o755)
+        self.state = home
+        self.invite("anna")
+        shells = {
+            "bash": f"""source '{scripts}/qeldevicesd.bash'
+                compopt() {{ :; }}
+                COMP_WORDS=(qeldevicesd "$@") COMP_CWORD=$#
+                _qeldevicesd
+                printf '%s\\n' "${{COMPREPLY[@]}}" """,
+            "zsh": f"""words=(qeldevicesd "$@") CURRENT=$(( $# + 1 ))
+                _files() {{ : }}
+                _describe() {{
+                    local candidate
+                    for candidate in ${{(P)argv[-1]}}; do
+                        [[ $candidate == $words[CURRENT]* ]] && print -r -- $candidate
+                    done
+                    return 0
+                }}
+                source '{scripts}/_qeldevicesd' """}
+        for shell, script in shells.items():
+            for words, expected in ((["inv"], {"invite"}), (["revoke", ""], {"anna"}),
+                                    (["invite", "x", "--ro"], {"--role"}),
+                                    (["--role", "op"], {"operate"})):
+                with self.subTest(shell=shell, words=words):
+                    offered = subprocess.run(
+                        [shell, "-c", script, "-", *words], capture_output=True, text=True, check=True,
+                        env={**os.environ, "PATH": f"{self.folder}:{os.environ['PATH']}"})
+                    self.assertEqual(offered.stderr, "")
+                    self.assertEqual(set(offered.stdout.split()), expected)
 
     def test_invited_at_the_same_time(self):
         """Before there is an identity even."""
