@@ -157,7 +157,7 @@ void tst_DriverHost::survivesTheEndOfTheHost_data()
     QTest::addColumn<QString>("moment");
     for (const auto &[name, signal] :
          {std::pair("killed", SIGKILL), std::pair("stopped", SIGSTOP)}) {
-        for (const char *moment : {"open", "run", "close"})
+        for (const char *moment : {"open", "run", "request", "close"})
             QTest::addRow("%s at %s", name, moment) << signal << moment;
     }
 }
@@ -168,7 +168,10 @@ void tst_DriverHost::survivesTheEndOfTheHost()
     QFETCH(QString, moment);
     // In real time, and opening for half a minute, so that the signal comes before the end.
     const QByteArray reader = R"({"model": "absorbance-96", "serial": "A-2")";
-    writeScenario(reader + (moment == "open" ? R"(, "timeScale": 100})" : "}"));
+    const QHash<QString, QByteArray> peculiarities{
+        {"open", R"(, "timeScale": 100)"},
+        {"request", R"(, "faults": [{"at": "execute", "do": "ask", "text": "Turn the plate."}])"}};
+    writeScenario(reader + peculiarities.value(moment) + "}");
     QTRY_COMPARE_WITH_TIMEOUT(instruments().value(0, {{}, {}, {}, {}, {}}).serial(), "A-2", 30000);
     m_device.reset(DeviceBroker::createDevice(instruments().at(0)));
     QVERIFY(m_device);
@@ -179,7 +182,8 @@ void tst_DriverHost::survivesTheEndOfTheHost()
         QTRY_VERIFY_WITH_TIMEOUT(m_device->isOpen(), 30000);
         m_device->execute(Device::DF_AbsorbanceMeasurement);
         QSignalSpy progress(m_device.get(), &Device::transientValue);
-        QVERIFY(progress.wait(30000));
+        QSignalSpy requested(m_device.get(), &Device::actionRequired);
+        QVERIFY(moment == "request" ? requested.wait(30000) : progress.wait(30000));
     }
     const auto victims = hosts();
     QCOMPARE(victims.size(), 1);
