@@ -96,10 +96,10 @@ void FarSession::transmit(wire::Command command)
     m_stream->send(std::move(command));
 }
 
-quint64 FarSession::call(wire::Command command, const QString &name)
+quint64 FarSession::call(wire::Command command)
 {
     command.set_number(++m_lastCall);
-    Call call{command, name, {}};
+    Call call{command, {}};
     call.age.start();
     m_calls.push_back(std::move(call));
     // The first ones follow at once, later ones when it is known what has arrived.
@@ -254,7 +254,8 @@ void FarSession::watchDeadline()
         expectAnswer();
         return;
     }
-    const QString call = m_isAttached ? m_calls.front().name : QStringLiteral("createDevice()");
+    const QString call =
+        m_isAttached ? callName(m_calls.front().command) : QStringLiteral("createDevice()");
     const QPointer<Link> link = m_link;
     if (m_secret.empty())
         lose(silentText);

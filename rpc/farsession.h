@@ -33,9 +33,8 @@ public:
     /// False while the far side is away. Nothing is called before.
     bool start();
     /// Calls the far side.
-    /// @param name of the call, for people
     /// @return the number of the call
-    quint64 call(wire::Command command, const QString &name);
+    quint64 call(wire::Command command);
     /// Whether a call of the kind has not been answered yet.
     bool isWaitingFor(wire::Command::WhatCase what) const;
 
@@ -51,7 +50,6 @@ private:
     struct Call
     {
         wire::Command command;
-        QString name;
         QElapsedTimer age; // since it was sent
     };
 

@@ -3,6 +3,8 @@
 #include "texts.h"
 #include "wire.h"
 
+#include <qelvalues/names.h>
+
 #include <qeldevices/deviceerrors.h>
 #include <qeldevices/logging.h>
 
@@ -14,18 +16,12 @@
 namespace qel::rpc {
 
 using namespace devices;
-using Feature = Device::DeviceFeature;
 
 static const char awayText[] = "qel-remote-away";
 static const char valueText[] = "qel-remote-value";
 
 // A far side that is no friend must not fill the memory.
 constexpr int maximumFeatures = 1000;
-
-static QString nameOf(Feature feature)
-{
-    return QStringLiteral("execute(%1)").arg(QVariant::fromValue(feature).toString());
-}
 
 RemoteDevice::RemoteDevice(const DeviceInfo &info, const DeviceInfo &farInfo, Link *link)
     : Device(info, nullptr)
@@ -68,7 +64,7 @@ bool RemoteDevice::connectFar(bool observes)
     m_isFarBusy = false;
     const auto configured = m_configured;
     for (const int feature : configured)
-        sendConfiguration(Feature(feature));
+        sendConfiguration(DeviceFeature(feature));
     return true;
 }
 
@@ -79,7 +75,7 @@ void RemoteDevice::confirmReceipt(quint64 number)
         return;
     wire::Command command;
     command.set_received(number);
-    m_session->call(std::move(command), QStringLiteral("executed()"));
+    m_session->call(std::move(command));
 }
 
 void RemoteDevice::observe()
@@ -114,7 +110,7 @@ bool RemoteDevice::open()
     wire::Command command;
     command.mutable_open();
     m_isOpening = true;
-    m_session->call(std::move(command), QStringLiteral("open()"));
+    m_session->call(std::move(command));
     return true;
 }
 
@@ -129,7 +125,7 @@ void RemoteDevice::close()
     m_isOpening = false;
     wire::Command command;
     command.mutable_close();
-    m_interruption = m_session->call(std::move(command), QStringLiteral("close()"));
+    m_interruption = m_session->call(std::move(command));
 }
 
 void RemoteDevice::update()
@@ -138,7 +134,7 @@ void RemoteDevice::update()
         return;
     wire::Command command;
     command.mutable_update();
-    m_session->call(std::move(command), QStringLiteral("update()"));
+    m_session->call(std::move(command));
 }
 
 void RemoteDevice::reset()
@@ -149,7 +145,7 @@ void RemoteDevice::reset()
     }
     wire::Command command;
     command.mutable_reset();
-    m_interruption = m_session->call(std::move(command), QStringLiteral("reset()"));
+    m_interruption = m_session->call(std::move(command));
 }
 
 void RemoteDevice::executeImpl(DeviceFeature feature)
@@ -160,7 +156,7 @@ void RemoteDevice::executeImpl(DeviceFeature feature)
     }
     const auto unsendable = m_unsendable.constFind(feature);
     if (unsendable != m_unsendable.constEnd()) {
-        qCWarning(LogCDriver) << "The configuration of" << nameOf(feature)
+        qCWarning(LogCDriver) << "The configuration of" << values::featureName(feature)
                               << "cannot travel:" << *unsendable;
         const QPointer<RemoteDevice> self(this);
         setError(ERROR_DEVICE_INVALID_CONFIGURATION, QLatin1String(valueText));
@@ -171,7 +167,7 @@ void RemoteDevice::executeImpl(DeviceFeature feature)
     m_runs.append(feature);
     wire::Command command;
     command.set_execute(feature);
-    m_session->call(std::move(command), nameOf(feature));
+    m_session->call(std::move(command));
     setBusy(true);
 }
 
@@ -181,7 +177,7 @@ void RemoteDevice::confirmActionImpl(int actionId)
         return;
     wire::Command command;
     command.set_confirm(m_farActions.value(actionId));
-    m_session->call(std::move(command), QStringLiteral("confirmAction()"));
+    m_session->call(std::move(command));
 }
 
 void RemoteDevice::abortActionImpl(int actionId)
@@ -190,7 +186,7 @@ void RemoteDevice::abortActionImpl(int actionId)
         return;
     wire::Command command;
     command.set_abort(m_farActions.value(actionId));
-    m_session->call(std::move(command), QStringLiteral("abortAction()"));
+    m_session->call(std::move(command));
 }
 
 void RemoteDevice::sendConfiguration(DeviceFeature feature)
@@ -206,7 +202,7 @@ void RemoteDevice::sendConfiguration(DeviceFeature feature)
     if (!problem.isEmpty())
         m_unsendable.insert(feature, problem);
     else if (m_session && !m_isObserving)
-        m_session->call(std::move(command), QStringLiteral("setConfiguration()"));
+        m_session->call(std::move(command));
 }
 
 // What the contract calls unplugged. Each step may end in the deletion of the device.
@@ -421,7 +417,7 @@ void RemoteDevice::hearDescriptor(const wire::FeatureValue &value)
     QString problem;
     const auto descriptor = fromWire(value.value(), &problem);
     if (!descriptor)
-        qCWarning(LogCDriver) << "The descriptor of" << nameOf(feature)
+        qCWarning(LogCDriver) << "The descriptor of" << values::featureName(feature)
                               << "cannot travel:" << problem;
     m_farFeatures.insert(feature);
     setDescriptor(feature, descriptor.value_or(QVariant()));
@@ -433,7 +429,7 @@ void RemoteDevice::hearConfiguration(const wire::FeatureValue &value)
     QString problem;
     const auto configuration = fromWire(value.value(), &problem);
     if (!configuration) {
-        qCWarning(LogCDriver) << "The configuration of" << nameOf(feature)
+        qCWarning(LogCDriver) << "The configuration of" << values::featureName(feature)
                               << "cannot travel:" << problem;
         return;
     }
@@ -454,7 +450,8 @@ void RemoteDevice::hearTransient(const wire::FeatureValue &value)
     if (content)
         emit transientValue(feature, *content);
     else
-        qCWarning(LogCDriver) << "A value of" << nameOf(feature) << "cannot travel:" << problem;
+        qCWarning(LogCDriver) << "A value of" << values::featureName(feature)
+                              << "cannot travel:" << problem;
 }
 
 void RemoteDevice::hearExecuted(const wire::Executed &executed)
@@ -475,7 +472,8 @@ void RemoteDevice::hearExecuted(const wire::Executed &executed)
             confirmReceipt(executed.number());
         return;
     }
-    qCWarning(LogCDriver) << "The result of" << nameOf(feature) << "cannot travel:" << problem;
+    qCWarning(LogCDriver) << "The result of" << values::featureName(feature)
+                          << "cannot travel:" << problem;
     setError(ERROR_DEVICE_VENDOR_SPECIFIC, QLatin1String(valueText));
     if (self)
         end(feature, false, QVariant());
