@@ -1,6 +1,7 @@
 // Each plugin is one that finds simulated instruments: itself, in another process or elsewhere. The
-// first two print the median and the 90th percentile of a time in µs, tab separated.
+// first three print the median and the 90th percentile of a time in µs, tab separated.
 //
+//   remote_benchmark close COUNT PLUGIN      to close a device, which is a command and its answer
 //   remote_benchmark call COUNT PLUGIN       to execute a feature that is over at once
 //   remote_benchmark run COUNT PLUGIN        to measure a plate of 96 wells
 //   remote_benchmark echo COUNT ADDRESS      the same for a message to another process and back
@@ -48,12 +49,16 @@ using Devices = std::vector<std::unique_ptr<Device>>;
 
 constexpr int patience = 60000; // ms
 
-static void print(int count, const std::function<void()> &operation)
+static void print(
+    int count, const std::function<void()> &operation, const std::function<void()> &prepare = [] {})
 {
-    for (int i = 0; i < count / 10 + 1; ++i)
+    for (int i = 0; i < count / 10 + 1; ++i) {
+        prepare();
         operation();
+    }
     std::vector<double> times;
     for (int i = 0; i < count; ++i) {
+        prepare();
         QElapsedTimer timer;
         timer.start();
         operation();
@@ -191,6 +196,18 @@ static int drive(int count, const char *plugin, Device::DeviceFeature feature)
     return works ? 0 : 1;
 }
 
+static int closeOften(int count, const char *plugin)
+{
+    const Devices devices = createDevices(1, plugin);
+    Device *const device = devices.front().get();
+    const auto close = [device] {
+        device->close();
+        await([device] { return !device->isOpen(); });
+    };
+    print(count, close, [&] { openAll(devices); });
+    return 0;
+}
+
 static void say(const char *line)
 {
     std::puts(line);
@@ -244,6 +261,8 @@ int main(int argc, char *argv[])
     if (what == "echo")
         return echo(count, argv[3]);
     QCoreApplication application(argc, argv);
+    if (what == "close")
+        return closeOften(count, argv[3]);
     if (what == "call")
         return drive(count, argv[3], Device::DF_Orientation);
     if (what == "run")
