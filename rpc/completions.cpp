@@ -62,7 +62,8 @@ Completions *Completions::ofCalls()
 
 void keepRuntime()
 {
-    // Never deleted, on purpose. Without a thread: those of other queues do not share their work.
+    // Never deleted, on purpose. A thread of its own would read the sockets of other queues, too,
+    // and each message would have to change threads.
     [[maybe_unused]] static const auto *const kept = new grpc::CompletionQueue;
 }
 

@@ -17,6 +17,8 @@ class Gate;
 
 /// Why a call was of no use that had no message at first, or none that could be understood.
 constexpr char noIntroduction[] = "the call has ended before it said what it is about";
+/// Why a peer is not served any more that leaves too much waiting for it.
+constexpr char readsTooSlowly[] = "the peer reads too slowly to be served";
 
 /// The far end: lets peers list the instruments of DeviceBroker and drive its devices.
 ///

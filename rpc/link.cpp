@@ -74,7 +74,7 @@ void Link::waitUntilReady(std::chrono::milliseconds time)
 void Link::waitForInstruments(std::chrono::milliseconds time)
 {
     if (!std::exchange(m_hasWaited, true))
-        waitFor(m_knowsInstruments, time);
+        settle(time);
 }
 
 void Link::settle(std::chrono::milliseconds time)

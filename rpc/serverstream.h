@@ -10,7 +10,8 @@ namespace qel::rpc {
 /// The end that was called.
 template<typename Outgoing, typename Incoming>
 class ServerStream final :
-    public Stream<grpc::ServerAsyncReaderWriter<Outgoing, Incoming>, Outgoing, Incoming>
+    public Stream<grpc::ServerAsyncReaderWriter<Outgoing, Incoming>, Outgoing, Incoming>,
+    public std::enable_shared_from_this<ServerStream<Outgoing, Incoming>>
 {
 public:
     using Arrival = std::function<void(std::shared_ptr<ServerStream>, const std::string &peer)>;
@@ -35,10 +36,9 @@ public:
             self->begin(&self->m_call);
             // Whoever hears of it may use it at once.
             self->m_mutex.unlock();
-            arrive(self->m_shared.lock(), self->peer());
+            arrive(self->shared_from_this(), self->peer());
             self->m_mutex.lock();
         });
-        self->m_shared = stream;
         self->keep(std::move(stream), completions);
         request(&self->m_context, &self->m_call, self->asked(&self->m_arriving));
     }
@@ -82,7 +82,6 @@ private:
 
     grpc::ServerContext m_context;
     grpc::ServerAsyncReaderWriter<Outgoing, Incoming> m_call{&m_context};
-    std::weak_ptr<ServerStream> m_shared;
     Operation m_arriving;
     Operation m_finishing = this->after([this](bool) { this->conclude(); });
     bool m_isFinished = false;

@@ -342,8 +342,7 @@ void Session::send(wire::Event event, int kind)
     if (fits)
         return;
     if (m_stream)
-        reject(grpc::StatusCode::RESOURCE_EXHAUSTED,
-               QStringLiteral("the peer reads too slowly to be served"));
+        reject(grpc::StatusCode::RESOURCE_EXHAUSTED, QLatin1String(readsTooSlowly));
     // Of what the peer has missed, the results are kept all the same.
     m_secret.clear();
     m_outbox.clear();

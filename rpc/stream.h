@@ -96,13 +96,6 @@ public:
         return m_hasEnded;
     }
 
-    /// Whether the peer has gone, even where the receiver has not been told yet.
-    bool isClosed() const
-    {
-        const std::lock_guard lock(m_mutex);
-        return m_isClosed;
-    }
-
     /// Blocks the thread until there is something to take or the stream has ended.
     /// @return false when the time is over
     bool wait(std::chrono::milliseconds time)

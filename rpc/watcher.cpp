@@ -139,7 +139,7 @@ void Watcher::tell(wire::Told told, int kind)
 {
     if (m_stream->send(std::move(told), kind))
         return;
-    const QString why = QStringLiteral("the peer reads too slowly to be served");
+    const QString why = QLatin1String(readsTooSlowly);
     if (m_server->gate())
         m_server->gate()->noteRefusal(m_peer, why);
     refuse(grpc::StatusCode::RESOURCE_EXHAUSTED, why);
