@@ -85,7 +85,7 @@ static QJsonObject documentOf(const QString &client, const Device &device, const
             {QStringLiteral("result"), json(result)}};
 }
 
-// Under another name until it is whole.
+// Under another name until it is whole, and without waiting for the disk, as QSaveFile does.
 static bool write(const QString &fileName, const QByteArray &content, QString *problem)
 {
     const QByteArray part = QFile::encodeName(fileName + QStringLiteral(".part"));
