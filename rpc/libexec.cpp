@@ -3,6 +3,7 @@
 #include <qeldevices/logging.h>
 
 #include <QtCore/QCoreApplication>
+#include <QtCore/QDir>
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
 #include <QtCore/QLibrary>
@@ -16,14 +17,19 @@ using namespace devices;
 
 QString libexecFile(const QString &name)
 {
-    QStringList folders;
+    // In a program, the file of this code is called as the program was: perhaps by a name that has
+    // to be looked up, which must not lead into the current folder.
+    QStringList places{QCoreApplication::applicationDirPath()};
     Dl_info here;
-    if (::dladdr(reinterpret_cast<void *>(&libexecFile), &here) != 0) {
-        const QString folder = QFileInfo(QFile::decodeName(here.dli_fname)).absolutePath();
-        folders += {folder, folder + QStringLiteral("/.."),
-                    folder + QStringLiteral("/../../libexec/qeldevices")};
-    }
-    folders += {QCoreApplication::applicationDirPath(), QStringLiteral(QELDEVICES_LIBEXEC)};
+    if (::dladdr(reinterpret_cast<void *>(&libexecFile), &here) != 0
+        && QDir::isAbsolutePath(QFile::decodeName(here.dli_fname)))
+        places.prepend(QFileInfo(QFile::decodeName(here.dli_fname)).absolutePath());
+    QStringList folders;
+    for (const QString &place : qAsConst(places))
+        folders +=
+            {place, place + QStringLiteral("/.."), place + QStringLiteral("/../libexec/qeldevices"),
+             place + QStringLiteral("/../../libexec/qeldevices")};
+    folders += QStringLiteral(QELDEVICES_LIBEXEC);
     for (const QString &folder : qAsConst(folders)) {
         const QFileInfo file(folder + QLatin1Char('/') + name);
         if (file.isFile())

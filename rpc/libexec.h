@@ -5,8 +5,9 @@
 
 namespace qel::rpc {
 
-/// Where the program or module `name` of this project is: beside the plugin folder in which this
-/// code lies, or where it is installed. Empty when it is nowhere.
+/// Where the program or module `name` of this project is: in a folder at its usual distance from
+/// that of this code or of the program that runs, so that a whole prefix can be moved, or where it
+/// was to be installed. Empty when it is nowhere.
 QString libexecFile(const QString &name);
 
 /// Loads the module `name` and has it register its drivers. What it brings along, gRPC above all,

@@ -146,6 +146,21 @@ END
     build_against_installation "$scratch/project"
     QT_QPA_PLATFORM=offscreen quietly "$prefix/bin/widgets-application"
     ;;
+server)
+    # Called by its name from anywhere, as an operator does.
+    export XDG_RUNTIME_DIR="$scratch/run" XDG_CONFIG_HOME="$scratch/config"
+    PATH=$prefix/bin:$PATH
+    cd "$scratch"
+    mkdir -m 700 run run/qeldevices
+    qeldevicesd --state state --socket "$XDG_RUNTIME_DIR/qeldevices/socket" 2>server &
+    server=$!
+    trap 'kill $server; wait' EXIT
+    for _ in $(seq 100); do
+        qelctl connect --local >connect 2>&1 && break
+        sleep 0.1
+    done
+    has connect 'SIM-A-0001'
+    ;;
 pkg_config)
     flags=$(PKG_CONFIG_PATH=$prefix/lib/pkgconfig pkg-config --cflags --libs qelfrontend)
     # shellcheck disable=SC2086 # several words each
