@@ -5,6 +5,7 @@
 //   remote_benchmark call COUNT PLUGIN       to execute a feature that is over at once
 //   remote_benchmark run COUNT PLUGIN        to measure a plate of 96 wells
 //   remote_benchmark echo COUNT ADDRESS      the same for a message to another process and back
+//   remote_benchmark handover COUNT ADDRESS  the same between the event loops of both processes
 //   remote_benchmark sessions COUNT PLUGIN   opens so many instruments; with each line of its
 //                                            input, measures a plate in all of them at once and
 //                                            prints the time in ms and how many results there are
@@ -14,6 +15,9 @@
 //   remote_benchmark search COUNT PLUGIN FIRST
 //                                            and looks each second which ones there are
 #include "instruments.grpc.pb.h"
+
+#include <clientstream.h>
+#include <serverstream.h>
 
 #include <qelfrontend/enumeration.h>
 #include <qelfrontend/instrumentwatch.h>
@@ -40,6 +44,7 @@
 #include <vector>
 
 #include <signal.h>
+#include <sys/prctl.h>
 #include <unistd.h>
 
 using namespace qel::devices;
@@ -68,6 +73,15 @@ static void print(
     std::printf("%.1f\t%.1f\n", times[times.size() / 2], times[times.size() * 9 / 10]);
 }
 
+// The child does not outlive the one that has started it.
+static pid_t forkPeer()
+{
+    const pid_t peer = ::fork();
+    if (peer == 0)
+        ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+    return peer;
+}
+
 class Echo final : public wire::Instruments::Service
 {
     grpc::Status Watch(grpc::ServerContext *,
@@ -85,7 +99,7 @@ class Echo final : public wire::Instruments::Service
 
 static int echo(int count, const char *address)
 {
-    const pid_t other = ::fork();
+    const pid_t other = forkPeer();
     if (other == 0) {
         Echo service;
         grpc::ServerBuilder builder;
@@ -118,6 +132,65 @@ static void await(const std::function<bool()> &isThere)
     limit.start(patience);
     while (!isThere())
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+}
+
+using EchoServer = ServerStream<wire::Told, wire::Ask>;
+using EchoClient = ClientStream<wire::Ask, wire::Told>;
+
+static int answerInEventLoop(const char *address)
+{
+    wire::Instruments::AsyncService service;
+    grpc::ServerBuilder builder;
+    builder.AddListeningPort(address, grpc::InsecureServerCredentials());
+    builder.RegisterService(&service);
+    auto calls = builder.AddCompletionQueue();
+    auto *const queue = calls.get();
+    Completions completions(std::move(calls));
+    const auto server = builder.BuildAndStart();
+    QObject here;
+    std::shared_ptr<EchoServer> stream;
+    const auto answer = [&stream] {
+        const auto asked = stream->take();
+        for (const wire::Ask &ask : asked) {
+            wire::Told told;
+            *told.mutable_hello() = ask.hello();
+            stream->send(std::move(told));
+        }
+    };
+    EchoServer::accept(
+        &completions,
+        [&](auto *context, auto *call, void *tag) {
+            service.RequestWatch(context, call, queue, queue, tag);
+        },
+        [&](std::shared_ptr<EchoServer> arrived, const std::string &) {
+            stream = std::move(arrived);
+            stream->attach(&here, answer);
+        });
+    return QCoreApplication::exec();
+}
+
+static int handOver(int count, const char *address, QCoreApplication *application)
+{
+    const auto channel = grpc::CreateChannel(address, grpc::InsecureChannelCredentials());
+    channel->WaitForConnected(std::chrono::system_clock::now() + std::chrono::seconds(10));
+    const auto stub = wire::Instruments::NewStub(channel);
+    const auto stream =
+        EchoClient::start([&](grpc::ClientContext *context, grpc::CompletionQueue *queue) {
+            return stub->PrepareAsyncWatch(context, queue);
+        });
+    std::size_t sent = 0;
+    std::size_t arrived = 0;
+    stream->attach(application, [&] { arrived += stream->take().size(); });
+    print(count, [&] {
+        wire::Ask ask;
+        ask.mutable_hello()->set_library("as long as a small call");
+        stream->send(std::move(ask));
+        ++sent;
+        await([&] { return arrived == sent || stream->hasEnded(); });
+    });
+    stream->detach();
+    stream->cancel();
+    return arrived == sent ? 0 : 1;
 }
 
 // The first ones that the plugin finds.
@@ -260,7 +333,17 @@ int main(int argc, char *argv[])
     const int count = argc >= 4 ? std::atoi(argv[2]) : 0;
     if (what == "echo")
         return echo(count, argv[3]);
+    // Before there is a thread.
+    const bool handsOver = what == "handover";
+    const pid_t other = handsOver ? forkPeer() : -1;
     QCoreApplication application(argc, argv);
+    if (handsOver && other == 0)
+        return answerInEventLoop(argv[3]);
+    if (handsOver) {
+        const int status = handOver(count, argv[3], &application);
+        ::kill(other, SIGKILL);
+        return status;
+    }
     if (what == "close")
         return closeOften(count, argv[3]);
     if (what == "call")
