@@ -53,13 +53,6 @@ DeviceServer::~DeviceServer()
 
 DeviceServer::Listener DeviceServer::build(grpc::ServerBuilder *builder)
 {
-    // A peer that has gone without a word is noticed all the same.
-    builder->AddChannelArgument(GRPC_ARG_KEEPALIVE_TIME_MS, 10000);
-    builder->AddChannelArgument(GRPC_ARG_KEEPALIVE_TIMEOUT_MS, 5000);
-    builder->AddChannelArgument(GRPC_ARG_HTTP2_MIN_RECV_PING_INTERVAL_WITHOUT_DATA_MS, 5000);
-    builder->AddChannelArgument(GRPC_ARG_ALLOW_REUSEPORT, 0);
-    // Nor does one stay that has come without a word.
-    builder->AddChannelArgument(GRPC_ARG_SERVER_HANDSHAKE_TIMEOUT_MS, 10000);
     builder->SetMaxReceiveMessageSize(maximumMessageSize);
     builder->SetMaxSendMessageSize(maximumMessageSize);
     auto service = std::make_unique<wire::Instruments::AsyncService>();
@@ -86,6 +79,13 @@ bool DeviceServer::listen(const std::string &address,
                           const std::shared_ptr<grpc::ServerCredentials> &credentials)
 {
     grpc::ServerBuilder builder;
+    // A peer that has gone without a word is noticed all the same.
+    builder.AddChannelArgument(GRPC_ARG_KEEPALIVE_TIME_MS, 10000);
+    builder.AddChannelArgument(GRPC_ARG_KEEPALIVE_TIMEOUT_MS, 5000);
+    builder.AddChannelArgument(GRPC_ARG_HTTP2_MIN_RECV_PING_INTERVAL_WITHOUT_DATA_MS, 5000);
+    builder.AddChannelArgument(GRPC_ARG_ALLOW_REUSEPORT, 0);
+    // Nor does one stay that has come without a word.
+    builder.AddChannelArgument(GRPC_ARG_SERVER_HANDSHAKE_TIMEOUT_MS, 10000);
     builder.AddListeningPort(address, credentials);
     Listener listener = build(&builder);
     if (!listener.server)
@@ -97,6 +97,7 @@ bool DeviceServer::listen(const std::string &address,
 void DeviceServer::serveSocket(int socket)
 {
     if (m_listeners.empty()) {
+        // Its end is noticed at once; a peer that is stopped, by a debugger for instance, is there.
         grpc::ServerBuilder builder;
         m_listeners.push_back(build(&builder));
     }

@@ -27,9 +27,13 @@ FarSession::FarSession(wire::Record record, Link *link, bool observes)
     , m_observes(observes)
     , m_nextPause(firstPause)
 {
-    for (QTimer *timer : {&m_deadline, &m_grace, &m_retry})
+    for (QTimer *timer : {&m_deadline, &m_lastMoment, &m_grace, &m_retry})
         timer->setSingleShot(true);
-    connect(&m_deadline, &QTimer::timeout, this, &FarSession::watchDeadline);
+    connect(&m_deadline, &QTimer::timeout, this, [this] {
+        if (m_link && !m_lastMoment.isActive())
+            m_lastMoment.start(m_link->lastMoment());
+    });
+    connect(&m_lastMoment, &QTimer::timeout, this, &FarSession::watchDeadline);
     connect(&m_grace, &QTimer::timeout, this, [this] { lose(lostText); });
     connect(&m_retry, &QTimer::timeout, this, &FarSession::attach);
     if (!link)
@@ -227,7 +231,7 @@ void FarSession::lose(const char *infoTrId)
     }
     m_stream = nullptr;
     m_calls.clear();
-    for (QTimer *timer : {&m_deadline, &m_grace, &m_retry})
+    for (QTimer *timer : {&m_deadline, &m_lastMoment, &m_grace, &m_retry})
         timer->stop();
     emit lost(QLatin1String(infoTrId));
 }
@@ -238,7 +242,8 @@ void FarSession::expectAnswer()
     if (!m_link || !m_stream || (m_isAttached && m_calls.empty()))
         return;
     const QElapsedTimer &oldest = m_isAttached ? m_calls.front().age : m_attachAge;
-    const auto left = m_link->deadline() - std::chrono::milliseconds(oldest.elapsed());
+    const auto left =
+        m_link->deadline() - m_link->lastMoment() - std::chrono::milliseconds(oldest.elapsed());
     m_deadline.start(std::max(left, 0ms));
 }
 

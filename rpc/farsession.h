@@ -76,7 +76,8 @@ private:
     quint64 m_lastCall = 0;
     quint64 m_heard = 0;     // the last event
     quint64 m_confirmed = 0; // the last event that the far side knows to have arrived
-    QTimer m_deadline;       // of an answer
+    QTimer m_deadline;       // of an answer, but for the last moment
+    QTimer m_lastMoment;     // the rest
     QTimer m_grace;          // since the connection was lost
     QTimer m_retry;
     std::chrono::milliseconds m_nextPause;

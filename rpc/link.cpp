@@ -173,12 +173,14 @@ void Link::ask()
 
 void Link::expectAnswer()
 {
-    QTimer::singleShot(m_deadline, this, [this, question = m_question] {
+    const auto judge = [this, question = m_question] {
         // What has arrived may not have been looked at yet.
         read();
         if (m_isAsked && m_question == question)
             reportSilence(QStringLiteral("availableDevices()"));
-    });
+    };
+    QTimer::singleShot(m_deadline - lastMoment(), this,
+                       [=] { QTimer::singleShot(lastMoment(), this, judge); });
 }
 
 QList<DeviceInfo> Link::instruments()
@@ -230,6 +232,11 @@ std::shared_ptr<DriveClient> Link::drive()
 std::chrono::milliseconds Link::deadline() const
 {
     return m_deadline;
+}
+
+std::chrono::milliseconds Link::lastMoment() const
+{
+    return m_deadline / 4;
 }
 
 void Link::setDeadline(std::chrono::milliseconds deadline)

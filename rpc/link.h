@@ -72,6 +72,9 @@ public:
 
     /// How long the far side may take to answer one call.
     std::chrono::milliseconds deadline() const;
+    /// The end of it, which begins late when this process was stopped, too: what has come meanwhile
+    /// is read in it.
+    std::chrono::milliseconds lastMoment() const;
     void setDeadline(std::chrono::milliseconds deadline);
 
     /// Called by devices: the far side does not answer `call`.
