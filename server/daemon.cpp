@@ -42,6 +42,7 @@ bool Daemon::start(QString *problem)
         return false;
     if (!listenLocally(problem) || !listenOnNetwork(problem))
         return false;
+    m_gatekeeper.tidyResults();
     m_expiry.start(expiryInterval);
     startHosts();
     return true;

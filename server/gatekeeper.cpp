@@ -49,6 +49,18 @@ Gatekeeper::Gatekeeper(const Clients *clients, QString results, bool logsJson)
     , m_logsJson(logsJson)
 { }
 
+void Gatekeeper::tidyResults()
+{
+    const auto unfinished = m_spool.tidy();
+    for (const Spool::Unfinished &one : unfinished) {
+        const QString what = one.isKept
+            ? QStringLiteral("the server before was killed over it; it is whole")
+            : QStringLiteral("the server before was killed over it; it is lost");
+        audit(m_logsJson, one.isKept ? QStringLiteral("kept") : QStringLiteral("problem"),
+              {{QStringLiteral("file"), m_spool.fileOf(one.name)}, {QStringLiteral("what"), what}});
+    }
+}
+
 QString Gatekeeper::nameOf(const QString &peer) const
 {
     if (peer.isEmpty())

@@ -22,6 +22,9 @@ public:
     /// @param results the folder for the results that no client has yet
     Gatekeeper(const Clients *clients, QString results, bool logsJson);
 
+    /// Sees to the results that a server before this one was killed over.
+    void tidyResults();
+
     QString refusal(const QString &peer) override;
     QString enter(const QString &peer) override;
     void leave(const QString &peer) override;

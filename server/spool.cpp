@@ -29,6 +29,8 @@ using namespace std::chrono_literals;
 using devices::Device;
 
 static const char suffix[] = ".json";
+static const char partSuffix[] = ".part"; // until it is whole
+static const char format[] = "qeldevices-kept-result";
 
 Spool::Spool(QString folder)
     : m_folder(std::move(folder))
@@ -67,7 +69,7 @@ static QJsonObject documentOf(const QString &client, const Device &device, const
     const auto json = [](const QVariant &value) {
         return values::toJson(value, nullptr).value_or(QJsonValue());
     };
-    return {{QStringLiteral("format"), QStringLiteral("qeldevices-kept-result")},
+    return {{QStringLiteral("format"), QLatin1String(format)},
             {QStringLiteral("client"), client},
             {QStringLiteral("interface"), int(device.deviceInfo().interface())},
             {QStringLiteral("driver"), device.driver()},
@@ -88,7 +90,7 @@ static QJsonObject documentOf(const QString &client, const Device &device, const
 // Under another name until it is whole, and without waiting for the disk, as QSaveFile does.
 static bool write(const QString &fileName, const QByteArray &content, QString *problem)
 {
-    const QByteArray part = QFile::encodeName(fileName + QStringLiteral(".part"));
+    const QByteArray part = QFile::encodeName(fileName + QLatin1String(partSuffix));
     const int open =
         ::open(part.constData(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, S_IRUSR | S_IWUSR);
     QFile file;
@@ -122,11 +124,38 @@ QString Spool::keep(const QString &client, const Device &device, const rpc::FarR
     const QJsonDocument document(documentOf(client, device, run, result));
     if (!write(fileOf(name), document.toJson(), problem))
         return {};
+    forceLater(name);
+    return name;
+}
+
+void Spool::forceLater(const QString &name)
+{
     m_disk.start([folder = m_folder, file = fileOf(name), end = QDeadlineTimer(moment)] {
         QThread::msleep(ulong(end.remainingTime()));
         forceToDisk(folder, file);
     });
-    return name;
+}
+
+// The end may have come between the last byte and the name.
+QList<Spool::Unfinished> Spool::tidy()
+{
+    QList<Unfinished> all;
+    const QString ending = QLatin1String(suffix) + QLatin1String(partSuffix);
+    const auto parts =
+        QDir(m_folder).entryInfoList({QLatin1Char('*') + ending}, QDir::Files, QDir::Name);
+    for (const QFileInfo &part : parts) {
+        const QString name = part.fileName().chopped(ending.size());
+        QFile file(part.absoluteFilePath());
+        const bool isWhole = file.open(QIODevice::ReadOnly)
+            && QJsonDocument::fromJson(file.readAll()).object().value(QStringLiteral("format"))
+                == QLatin1String(format);
+        if (!isWhole)
+            file.remove();
+        else if (file.rename(fileOf(name)))
+            forceLater(name);
+        all.append({name, isWhole});
+    }
+    return all;
 }
 
 void Spool::drop(const QString &name)

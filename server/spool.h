@@ -4,6 +4,7 @@
 #include <gate.h>
 
 #include <QtCore/QByteArray>
+#include <QtCore/QList>
 #include <QtCore/QString>
 #include <QtCore/QStringList>
 #include <QtCore/QThreadPool>
@@ -29,6 +30,15 @@ class Spool
 public:
     explicit Spool(QString folder);
 
+    /// A result that a process before this one was killed over while it wrote it.
+    struct Unfinished
+    {
+        QString name;
+        bool isKept; ///< it was whole; otherwise it is gone
+    };
+    /// Keeps or removes what is unfinished. Called before the first keep().
+    QList<Unfinished> tidy();
+
     /// Writes a result. From now on the end of this process does no harm to it; what is still there
     /// after a moment is forced to the disk, so that neither does a loss of power.
     /// @return its name; or nothing, and a sentence in `problem`
@@ -44,6 +54,8 @@ public:
     QString fileOf(const QString &name) const;
 
 private:
+    void forceLater(const QString &name);
+
     const QString m_folder;
     QThreadPool m_disk;
 };

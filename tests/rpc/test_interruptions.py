@@ -90,12 +90,19 @@ class InterruptionTest(ServerCase):
         self.await_log("run client='anna'.*outcome='result'")
         self.server.kill()
         self.server.wait(PATIENCE)
+        # As if it had been killed before it gave the file its name, and while it wrote another.
+        whole, = (self.state / "results").iterdir()
+        cut = whole.with_name("cut.json.part")
+        cut.write_bytes(whole.read_bytes()[:-20])
+        whole.rename(whole.with_name(whole.name + ".part"))
         self.start()
+        self.await_log(f"problem file='{cut.with_suffix('')}'.*lost")
         run.send_signal(signal.SIGCONT)
         run.communicate(timeout=PATIENCE)
         kept = json.loads(self.tool("anna", "results", "--json").stdout)["results"]
         # The result may have been under way already; then it is in both places.
         self.assertEqual([one["serial"] for one in kept], ["A-1"])
+        self.assertEqual(list((self.state / "results").iterdir()), [whole])
 
     def test_server_ends(self):
         """Stopped in good order, it says so; killed, it is known to have gone when it is back."""
