@@ -3,6 +3,8 @@
 #include "daemon.h"
 #include "identity.h"
 
+#include <transportlog.h>
+
 #include <qeldevices/qeldevices_global.h>
 
 #include <QtCore/QCommandLineParser>
@@ -18,8 +20,6 @@
 #include <QtCore/QStandardPaths>
 #include <QtCore/QSysInfo>
 #include <QtCore/QUuid>
-
-#include <grpc/support/log.h>
 
 #include <csignal>
 #include <cstdio>
@@ -110,20 +110,12 @@ static void allowConnections()
     ::setrlimit(RLIMIT_NOFILE, &files);
 }
 
-// What gRPC has to say, of handshakes that fail for instance.
-static bool logsJson;
-
-static void onTransportLog(gpr_log_func_args *said)
-{
-    if (said->severity == GPR_LOG_SEVERITY_ERROR)
-        audit(logsJson, QStringLiteral("transport"),
-              {{QStringLiteral("what"), QString::fromUtf8(said->message)}});
-}
-
 static int serve(const QCommandLineParser &line)
 {
-    logsJson = line.isSet(QStringLiteral("log-json"));
-    gpr_set_log_function(&onTransportLog);
+    const bool logsJson = line.isSet(QStringLiteral("log-json"));
+    rpc::hearTransport([logsJson](const QString &what) {
+        audit(logsJson, QStringLiteral("transport"), {{QStringLiteral("what"), what}});
+    });
     allowConnections();
     QLoggingCategory::setFilterRules(
         QStringLiteral("qel.devices*.info=false\nqel.devices*.debug=false"));

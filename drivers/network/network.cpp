@@ -5,6 +5,7 @@
 
 #include <remotedevice.h>
 #include <texts.h>
+#include <transportlog.h>
 #include <wire.h>
 
 #include <QtCore/QCoreApplication>
@@ -323,6 +324,7 @@ bool Driver::removeConnection(const QString &name)
 
 extern "C" Q_DECL_EXPORT void qelRegisterDrivers()
 {
+    qel::rpc::hushTransport();
     qel::rpc::FarTexts::instance();
     qel::network::Network::instance();
     qel::devices::DeviceBroker::addDriver(std::make_shared<qel::network::Driver>());

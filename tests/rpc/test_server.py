@@ -367,6 +367,8 @@ class ServerTest(ServerCase):
                 connected = self.tool(name, "connect", str(file))
                 self.assertEqual(connected.returncode, code, connected.stderr)
                 self.assertIn(why, connected.stdout + connected.stderr)
+                # Our own sentence, and none by gRPC.
+                self.assertNotRegex(connected.stderr, r"\.cc:\d")
                 if code == 4:
                     self.assertIn(why, self.tool(name, "servers").stdout)
         self.refused_by_the_server()
