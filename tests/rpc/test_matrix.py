@@ -153,8 +153,13 @@ class Row(ServerCase):
 
     def running(self):
         self.opened()
+        # What the driver answers waits for the server.
+        host = int(self.hosts[0])
+        os.kill(host, signal.SIGSTOP)
         self.client.call("execute", ORIENTATION)
         self.await_log("start client='anna'")
+        self.hold()
+        os.kill(host, signal.SIGCONT)
 
     def action(self):
         self.opened()
