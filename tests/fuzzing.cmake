@@ -17,6 +17,7 @@ elseif(NOT CMAKE_CXX_FLAGS MATCHES "-fsanitize=")
                 --build-options
                     -DCMAKE_CXX_COMPILER=${QEL_FUZZING_COMPILER}
                     -DCMAKE_BUILD_TYPE=Debug
+                    -DCMAKE_CXX_FLAGS_DEBUG=-g1
                     "-DCMAKE_CXX_FLAGS=-O1 -fsanitize=fuzzer-no-link,address,undefined -fno-sanitize-recover=undefined"
                     -DQEL_FUZZING=ON)
         set_tests_properties(fuzzers_build PROPERTIES FIXTURES_SETUP fuzzers TIMEOUT 900)
