@@ -259,6 +259,12 @@ void Checker::runBatch(QVector<const Rule *> *pending)
             leaveOut(*left);
         }
         current = pending->constFirst();
+        if (answer.contains(keyEnd)) {
+            takeTally(answer.value(keyTally).toObject());
+            concludeByEnd(*pending->takeFirst(), answer.value(keyEnd).toString(), {});
+            current = nullptr;
+            break;
+        }
         const bool waitsForExit = current->coversExit && answer.value(keyOutcome) == outcomePassed;
         if (!answer.contains(keyOutcome) || waitsForExit)
             continue;
@@ -286,25 +292,31 @@ void Checker::runBatch(QVector<const Rule *> *pending)
 void Checker::concludeByEnd(const Rule &rule, const isolation::ChildProcess &process,
                             const isolation::Ending &ending)
 {
+    if (rule.coversExit && ending.isClean()) {
+        conclude({&rule, Judgement::Passed, {}, {}});
+        return;
+    }
+    const QString end = endOf(ending);
     const bool isHung = ending.kind == isolation::Ending::Hung;
-    const bool isClean = rule.coversExit && ending.isClean();
-    Result result = {&rule, Judgement::Passed, {}, {}};
-    if (!isClean) {
-        const QString end = endOf(ending);
-        const int first = m_ends.value(end, rule.number);
-        m_ends.insert(end, first);
-        if (first != rule.number) {
-            result.judgement = Judgement::NotRun;
-            result.seen = QStringLiteral("as in rule %1: %2").arg(first).arg(end);
-        } else {
-            result.judgement =
-                rule.severity == Severity::Failure ? Judgement::Failed : Judgement::Warning;
-            result.seen = end + lastWords(process);
-        }
-        if (isHung && m_isInCall)
-            m_hung += m_call;
-        else if (isHung && m_callFeature != devices::Device::DF_None)
-            m_stuck += Stuck{devices::Device::DeviceFeature(m_callFeature), rule.number, end};
+    if (isHung && m_isInCall)
+        m_hung += m_call;
+    else if (isHung && m_callFeature != devices::Device::DF_None)
+        m_stuck += Stuck{devices::Device::DeviceFeature(m_callFeature), rule.number, end};
+    concludeByEnd(rule, end, lastWords(process));
+}
+
+// One end fails one rule; others that meet with it cannot be judged.
+void Checker::concludeByEnd(const Rule &rule, const QString &end, const QString &words)
+{
+    Result result = {&rule, Judgement::NotRun, {}, {}};
+    const int first = m_ends.value(end, rule.number);
+    m_ends.insert(end, first);
+    if (first != rule.number) {
+        result.seen = QStringLiteral("as in rule %1: %2").arg(first).arg(end);
+    } else {
+        result.judgement =
+            rule.severity == Severity::Failure ? Judgement::Failed : Judgement::Warning;
+        result.seen = end + words;
     }
     conclude(result);
 }

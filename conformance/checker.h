@@ -105,6 +105,7 @@ private:
     void conclude(const Result &result);
     void concludeByEnd(const Rule &rule, const isolation::ChildProcess &process,
                        const isolation::Ending &ending);
+    void concludeByEnd(const Rule &rule, const QString &end, const QString &words);
     void take(const Rule &rule, const QJsonObject &answer);
     void takeTally(const QJsonObject &tally);
     QString endOf(const isolation::Ending &ending) const;

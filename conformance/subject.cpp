@@ -64,15 +64,35 @@ DevicePlugin *Subject::plugin()
     return plugin;
 }
 
+// What is known of the process that has the plugin.
+QVariantMap Subject::hostState()
+{
+    QVariantList hosts;
+    QMetaObject::invokeMethod(m_loader.instance(), "hosts", Q_RETURN_ARG(QVariantList, hosts));
+    return hosts.value(0).toMap();
+}
+
+QString Subject::hostEnd()
+{
+    if (!m_isHostStarted)
+        return {};
+    // A process that ends in the last call of a rule is noticed a moment later.
+    const int moment = 20;
+    waitFor(moment, [] { return false; });
+    const QVariantMap known = hostState();
+    return known.value(QStringLiteral("endings")).toInt() == 0
+        ? QString()
+        : known.value(QStringLiteral("lastTrouble")).toString();
+}
+
 // The process does not load the plugin before drivers are to be registered.
 void Subject::startHost(DevicePlugin *plugin)
 {
-    QVariantList hosts;
+    QVariantMap host;
     call(QStringLiteral("loading"), [&] {
         plugin->registerDrivers();
-        QMetaObject::invokeMethod(m_loader.instance(), "hosts", Q_RETURN_ARG(QVariantList, hosts));
+        host = hostState();
     });
-    const QVariantMap host = hosts.value(0).toMap();
     const QString state = host.value(QStringLiteral("state")).toString();
     if (state.isEmpty())
         throw Unmet{Needs::Plugin, QStringLiteral("no process was started for it")};

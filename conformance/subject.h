@@ -62,6 +62,8 @@ public:
     QObject *root();
     /// The plugin, without having registered anything, unless it is in a process of its own.
     devices::DevicePlugin *plugin();
+    /// How the process that a plugin has to itself has ended; empty while it has not.
+    QString hostEnd();
     /// Has the plugin register its drivers, once. Their names, sorted.
     QStringList driverNames();
     /// Has the plugin register its drivers once more.
@@ -165,6 +167,7 @@ private:
     };
     void beat();
     void recoverFromQuit();
+    QVariantMap hostState();
     void startHost(devices::DevicePlugin *plugin);
     void reserve(const devices::DeviceInfo &record);
     void noteUnopened(const QString &why);

@@ -127,6 +127,11 @@ int runWorker(int argc, char **argv)
         answer({{keyRule, rule.number}});
         bool isFit = true;
         const QJsonObject result = judge(rule, *subject, &isFit);
+        const QString end = subject->hostEnd();
+        if (!end.isEmpty()) {
+            answer({{keyRule, rule.number}, {keyEnd, end}, {keyTally, result.value(keyTally)}});
+            break;
+        }
         answer(result);
         if (rule.coversExit)
             return EXIT_SUCCESS;

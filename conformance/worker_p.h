@@ -5,7 +5,8 @@
 
 // What checker and worker say to each other: one Assignment, then JSON objects as answers, each of
 // one kind:
-//  - a rule alone says that the rule is being judged, with an outcome that it has been;
+//  - a rule alone says that the rule is being judged, with an outcome that it has been, with an end
+//    that the plugin's own process has ended meanwhile;
 //  - a call says that the plugin is being called, "returned" that the call has ended;
 //  - "stuck" names a feature whose run has no end;
 //  - "ask" has a person do something; the worker waits for the message "yes" or "no";
@@ -25,6 +26,7 @@ const QString keySeen = QStringLiteral("seen");
 const QString keySignals = QStringLiteral("signals");
 const QString keyNeeds = QStringLiteral("needs");
 const QString keySelection = QStringLiteral("selection");
+const QString keyEnd = QStringLiteral("end");
 const QString keyTally = QStringLiteral("tally");
 const QString keyOffered = QStringLiteral("offered");
 const QString keyEndings = QStringLiteral("endings");

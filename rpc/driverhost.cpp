@@ -92,6 +92,16 @@ std::optional<HostTrouble> DriverHost::trouble() const
     return HostTrouble{{isolation::Ending::Running, 0}, m_process.trail().lastCall()};
 }
 
+std::optional<HostTrouble> DriverHost::lastTrouble() const
+{
+    return m_trouble;
+}
+
+int DriverHost::endings() const
+{
+    return m_endings;
+}
+
 void DriverHost::registerDrivers()
 {
     m_isWanted = !m_link.isReady();
@@ -157,6 +167,7 @@ void DriverHost::onEnded()
     m_end.stop();
     m_pulse.stop();
     m_trouble = HostTrouble{*end, m_process.trail().lastCall()};
+    ++m_endings;
     qCWarning(LogCDevices) << "The process of the driver plugin" << m_pluginFile
                            << "has ended.\n\tReason:" << m_trouble->text();
     startLater();

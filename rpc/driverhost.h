@@ -43,6 +43,9 @@ public:
     void settle(std::chrono::milliseconds time);
     /// Nothing once the process has told of its instruments.
     std::optional<HostTrouble> trouble() const;
+    /// What happened to the last process that has ended, and how many have.
+    std::optional<HostTrouble> lastTrouble() const;
+    int endings() const;
 
     /// Registers the drivers of the plugin with DeviceBroker, now or as soon as they are known.
     void registerDrivers();
@@ -64,6 +67,7 @@ private:
     quint32 m_beats = 0;
     int m_missed = 0;                     // how often there was no beat since the last look
     std::optional<HostTrouble> m_trouble; // of the last process that has ended
+    int m_endings = 0;
     QElapsedTimer m_age;
     QElapsedTimer m_sinceLost;
     std::chrono::milliseconds m_nextPause;

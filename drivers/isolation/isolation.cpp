@@ -71,11 +71,14 @@ QVariantList Isolation::hosts()
     for (rpc::DriverHost *host : qAsConst(m_hosts)) {
         host->settle(std::chrono::milliseconds(deadline.remainingTime()));
         const auto trouble = host->trouble().value_or(rpc::HostTrouble());
+        const auto last = host->lastTrouble();
         all.append(QVariantMap{
             {QStringLiteral("file"), host->pluginFile()},
             {QStringLiteral("drivers"), host->link()->drivers()},
             {QStringLiteral("state"), stateOf(host)},
             {QStringLiteral("trouble"), host->trouble() ? trouble.text() : QString()},
+            {QStringLiteral("endings"), host->endings()},
+            {QStringLiteral("lastTrouble"), last ? last->text() : QString()},
             {QStringLiteral("code"), trouble.ending.code},
             {QStringLiteral("driver"), trouble.lastCall.driver},
             {QStringLiteral("call"), trouble.lastCall.name()},

@@ -30,7 +30,8 @@ public:
     /// or was ended because of that), "crashed" or "exited" with the signal or the exit code as
     /// "code", "not-started". "trouble" is what happened to the process, in English. Of the last
     /// call into a "driver", "call" is the name, "acme: open()" for instance, and "hasReturned"
-    /// says whether the process was still in it.
+    /// says whether the process was still in it. "endings" counts the processes that have ended,
+    /// and "lastTrouble" is what happened to the last of them, in English.
     Q_INVOKABLE QVariantList hosts() const
     {
         QVariantList all;

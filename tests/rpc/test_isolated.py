@@ -87,6 +87,18 @@ class IsolatedTest(unittest.TestCase):
             seen, = (result["seen"] for result in report["rules"] if result["outcome"] == "failed")
             self.assertEqual((code, seen), (1, end))
 
+    def test_a_process_that_ends_fails_the_rule_that_it_was_to_keep(self):
+        for behaviour, end in [("open crash", f"{CRASH}, in rogue: open()"),
+                               ("execute exit", f"{EXIT}, in rogue: execute(DF_ReferenceNumber)"),
+                               ("execute hang", f"{HANG}, in rogue: execute(DF_ReferenceNumber)")]:
+            with self.subTest(behaviour):
+                code, report = self.check(behaviour, self.rogue, "--rule", "401", "--rule", "601",
+                                          "--rule", "602")
+                failed, *others = (result for result in report["rules"] if "seen" in result)
+                self.assertEqual((code, failed["outcome"], failed["seen"]), (1, "failed", end))
+                self.assertEqual({(result["outcome"], result["seen"]) for result in others},
+                                 {("not run", f"as in rule {failed['number']}: {end}")})
+
     def test_where_nothing_can_isolate_this_is_said(self):
         answer = subprocess.run([QELCTL, "check", "--isolated", self.rogue], capture_output=True,
                                 text=True, timeout=PATIENCE)
