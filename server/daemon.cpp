@@ -10,9 +10,16 @@
 #include <QtCore/QPluginLoader>
 
 #include <algorithm>
+#include <cerrno>
+#include <cstring>
 #include <utility>
 
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/socket.h>
 #include <sys/stat.h>
+#include <sys/un.h>
+#include <unistd.h>
 
 namespace qel::server {
 
@@ -32,9 +39,54 @@ Daemon::Daemon(Settings settings, QObject *parent)
     connect(&m_expiry, &QTimer::timeout, this, &Daemon::onClientsChanged);
 }
 
+// Nothing that another server uses may be taken from it, nor a file that is no socket.
+static bool isSocketFree(const QString &fileName, QString *problem)
+{
+    const QByteArray path = QFile::encodeName(fileName);
+    sockaddr_un address = {};
+    address.sun_family = AF_UNIX;
+    constexpr int longest = sizeof address.sun_path - 1;
+    if (path.size() > longest) {
+        *problem = QStringLiteral("the name of the socket '%1' is too long: it has %2 bytes, and "
+                                  "may have %3")
+                       .arg(fileName, QString::number(path.size()), QString::number(longest));
+        return false;
+    }
+    struct stat status = {};
+    if (::lstat(path.constData(), &status) != 0)
+        return true;
+    if (!S_ISSOCK(status.st_mode)) {
+        *problem = QStringLiteral("'%1' is there already, and no socket").arg(fileName);
+        return false;
+    }
+    std::memcpy(address.sun_path, path.constData(), size_t(path.size()));
+    const int probe = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
+    const bool isFree =
+        ::connect(probe, reinterpret_cast<const sockaddr *>(&address), sizeof address) != 0
+        && (errno == ECONNREFUSED || errno == ENOENT);
+    ::close(probe);
+    if (!isFree)
+        *problem = QStringLiteral("the socket '%1' is used by another server").arg(fileName);
+    return isFree;
+}
+
+// For as long as the process lives. It locks the folder itself, so that no file of one user keeps
+// another one's server out; a file system that cannot do that keeps nobody out.
+static bool lockFolder(const QString &folder, QString *problem)
+{
+    const int open =
+        ::open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (open < 0 || ::flock(open, LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK)
+        return true;
+    ::close(open);
+    *problem = QStringLiteral("the folder '%1' is used by another server").arg(folder);
+    return false;
+}
+
 bool Daemon::start(QString *problem)
 {
-    if (!Identity::load(m_settings.state, problem))
+    if (!isSocketFree(m_settings.socket, problem) || !Identity::load(m_settings.state, problem)
+        || !lockFolder(m_settings.state, problem))
         return false;
     // Before the clients are read: somebody may be invited just now.
     m_watcher.addPath(m_settings.state);

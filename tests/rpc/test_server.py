@@ -128,6 +128,37 @@ class ServerTest(ServerCase):
         for name in names:
             self.assertIn(name, listed)
 
+    def test_one_server_at_a_time(self):
+        """Neither the folder nor the socket of a running one is taken, nor is any other file."""
+        self.start()
+        running = self.folder / "run" / "qeldevices" / "socket"
+        document = self.folder / "document"
+        document.write_text("mine")
+        other = self.folder / "other"
+        for state, name, why in (
+                (self.state, running, f"socket '{running}' is used by another server"),
+                (other, running, f"socket '{running}' is used by another server"),
+                (self.state, other, f"folder '{self.state}' is used by another server"),
+                (other, document, f"'{document}' is there already, and no socket"),
+                (other, self.folder / ("x" * 100), "is too long")):
+            with self.subTest(why):
+                second = subprocess.run([SERVER, "--state", str(state), "--socket", str(name)],
+                                        capture_output=True, text=True, timeout=PATIENCE)
+                self.assertEqual(second.returncode, 1, second.stderr)
+                self.assertIn(why, second.stderr)
+        self.assertFalse(other.exists())
+        self.assertEqual(document.read_text(), "mine")
+        self.assertEqual(self.tool("anna", "connect", "--local").returncode, 0)
+        self.connect("anna")
+
+        # A killed one leaves its socket behind, and keeps nobody out.
+        self.server.kill()
+        self.server.wait(PATIENCE)
+        self.assertTrue(running.is_socket())
+        self.log.write_text("")
+        self.start()
+        self.assertEqual(self.tool("bert", "connect", "--local").returncode, 0)
+
     def test_secrets_are_private(self):
         self.start()
         self.connect("anna")
