@@ -1,4 +1,5 @@
 // The server of the instruments of this machine, and what its keeper does with it.
+#include "address.h"
 #include "clients.h"
 #include "daemon.h"
 #include "identity.h"
@@ -123,7 +124,10 @@ static int serve(const QCommandLineParser &line)
     settings.state = stateFolder(line);
     settings.socket = socketFile(line);
     settings.plugins = pluginFolders(line);
-    settings.address = line.value(QStringLiteral("listen"));
+    QString problem;
+    settings.address = completeAddress(line.value(QStringLiteral("listen")), 0, &problem);
+    if (settings.address.isEmpty())
+        return fail(BadUsage, QStringLiteral("--listen: %1").arg(problem));
     settings.isForGroup = isSystemServer() && !line.isSet(QStringLiteral("socket"));
     settings.logsJson = logsJson;
     bool isNumber = false;
@@ -134,17 +138,9 @@ static int serve(const QCommandLineParser &line)
                         .arg(line.value(QStringLiteral("grace"))));
     quitOnSignals();
     Daemon daemon(settings);
-    QString problem;
     if (!daemon.start(&problem))
         return fail(Failed, problem);
     return QCoreApplication::exec();
-}
-
-static QString withPort(const QString &address)
-{
-    return address.contains(QLatin1Char(':'))
-        ? address
-        : QStringLiteral("%1:%2").arg(address, QString::number(defaultPort));
 }
 
 // Two who invite at a time must not lose one of their guests.
@@ -170,8 +166,14 @@ static int invite(const QCommandLineParser &line, const QString &name)
         return fail(BadUsage,
                     QStringLiteral("--days: '%1' is no number from 1 to 3650")
                         .arg(line.value(QStringLiteral("days"))));
-    const QString folder = stateFolder(line);
     QString problem;
+    const QString address =
+        completeAddress(line.isSet(QStringLiteral("host")) ? line.value(QStringLiteral("host"))
+                                                           : QSysInfo::machineHostName(),
+                        defaultPort, &problem);
+    if (address.isEmpty())
+        return fail(BadUsage, QStringLiteral("--host: %1").arg(problem));
+    const QString folder = stateFolder(line);
     const auto identity = Identity::load(folder, &problem);
     Clients clients(folder);
     QLockFile lock(clients.fileName() + QStringLiteral(".lock"));
@@ -190,12 +192,10 @@ static int invite(const QCommandLineParser &line, const QString &name)
     clients.add({id, name, *role, QDateTime::currentDateTimeUtc().addDays(days), false});
     if (!clients.save(&problem))
         return fail(Failed, problem);
-    const QString host = line.isSet(QStringLiteral("host")) ? line.value(QStringLiteral("host"))
-                                                            : QSysInfo::machineHostName();
     const QJsonObject invitation{
         {QStringLiteral("format"), QStringLiteral("qeldevices-connection")},
         {QStringLiteral("server"), QSysInfo::machineHostName()},
-        {QStringLiteral("address"), withPort(host)},
+        {QStringLiteral("address"), address},
         {QStringLiteral("authority"), QString::fromLatin1(identity->authority())},
         {QStringLiteral("certificate"), QString::fromLatin1(credentials->certificate)},
         {QStringLiteral("key"), QString::fromLatin1(credentials->key)}};

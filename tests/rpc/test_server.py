@@ -159,6 +159,34 @@ class ServerTest(ServerCase):
         self.start()
         self.assertEqual(self.tool("bert", "connect", "--local").returncode, 0)
 
+    def test_wrong_words(self):
+        """What is wrong is named, and nothing is stored."""
+        for words, why in (
+                (["--listen", "127.0.0.1:99999"], "--listen: '99999' is no port"),
+                (["--listen", "127.0.0.1:"], "--listen: '' is no port"),
+                (["--listen", "127.0.0.1"], "--listen: '127.0.0.1' lacks the port"),
+                (["--listen", ":7799"], "--listen: ':7799' lacks the address"),
+                (["--listen", "::1:7799"], "stands in brackets"),
+                (["--listen", "[::1:7799"], "stands in brackets"),
+                (["--listen", "1:7799"], "'1' is neither a host name nor an IP address"),
+                (["invite", "anna", "--host", ":"], "--host: ':' lacks the address"),
+                (["invite", "anna", "--host", ""], "--host: '' lacks the address"),
+                (["invite", "anna", "--host", "a:b"], "--host: 'b' is no port"),
+                (["invite", "anna", "--host", "a b"], "'a b' is neither"),
+                (["invite", "anna", "--host", "a:1\n"], "is no port"),
+                (["invite", "anna", "--host", "[1.2.3.4]"], "'[1.2.3.4]' is neither"),
+                (["invite", "anna", "--host", "http://x"], "'//x' is no port")):
+            with self.subTest(words=words):
+                told = self.keeper(*words)
+                self.assertEqual((told.returncode, told.stdout), (2, ""), told.stderr)
+                self.assertIn(why, told.stderr)
+                self.assertNotIn("another server", told.stderr)
+        self.assertFalse(self.state.exists())
+        for host, address in (("lab-pc.example", "lab-pc.example:7735"), ("[::1]", "[::1]:7735"),
+                              ("10.0.0.1:80", "10.0.0.1:80")):
+            invited = self.keeper("invite", host, "--host", host)
+            self.assertEqual(json.loads(invited.stdout)["address"], address)
+
     def test_secrets_are_private(self):
         self.start()
         self.connect("anna")
