@@ -5,13 +5,20 @@
 #include <driverhost.h>
 #include <texts.h>
 
+#include <qeldevices/devicebroker.h>
+#include <qeldevices/logging.h>
+
 #include <QtCore/QCoreApplication>
 #include <QtCore/QDeadlineTimer>
 #include <QtCore/QPointer>
+#include <QtCore/QTimer>
 
 #include <algorithm>
+#include <utility>
 
 namespace qel::isolated {
+
+using devices::DeviceBroker;
 
 constexpr int startUpTime = 1000;        // ms
 constexpr int longestStartUpTime = 3000; // ms, for who wants to know
@@ -39,6 +46,30 @@ void Isolation::registerDrivers()
     for (rpc::DriverHost *host : qAsConst(m_hosts)) {
         host->link()->waitUntilReady(std::chrono::milliseconds(deadline.remainingTime()));
         host->registerDrivers();
+        noteRegistered(host);
+    }
+    // By then all plugins have been loaded; what is loaded later replaces drivers on purpose.
+    QTimer::singleShot(0, this, &Isolation::warnOfReplaced);
+}
+
+void Isolation::noteRegistered(rpc::DriverHost *host)
+{
+    const QStringList names = host->link()->drivers();
+    for (const QString &name : names)
+        m_registered.insert(name, DeviceBroker::DRIVERS.value(name));
+}
+
+// In the category of drivers: applications silence the other one for what they tell themselves.
+void Isolation::warnOfReplaced()
+{
+    const auto registered = std::exchange(m_registered, {});
+    for (auto it = registered.cbegin(); it != registered.cend(); ++it) {
+        const auto now = DeviceBroker::DRIVERS.value(it.key());
+        if (now && now != it.value())
+            qCWarning(LogCDriver).noquote()
+                << QStringLiteral("The driver '%1' is not isolated: another plugin has replaced it "
+                                  "in this process. Does its plugin stand in 'devicedrivers', too?")
+                       .arg(it.key());
     }
 }
 

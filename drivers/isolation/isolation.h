@@ -1,12 +1,19 @@
 #ifndef ISOLATION_ISOLATION_H
 #define ISOLATION_ISOLATION_H
 
+#include <QtCore/QHash>
 #include <QtCore/QList>
 #include <QtCore/QObject>
 #include <QtCore/QVariant>
 
+#include <memory>
+
 namespace qel::rpc {
 class DriverHost;
+}
+
+namespace qel::devices {
+class DeviceDriver;
 }
 
 namespace qel::isolated {
@@ -30,7 +37,12 @@ public:
 private:
     using QObject::QObject;
 
+    void noteRegistered(rpc::DriverHost *host);
+    void warnOfReplaced();
+
     QList<rpc::DriverHost *> m_hosts;
+    // As registered; forgotten when the start-up is over.
+    QHash<QString, std::shared_ptr<devices::DeviceDriver>> m_registered;
 };
 
 } // namespace qel::isolated

@@ -99,6 +99,13 @@ class IsolatedTest(unittest.TestCase):
                 self.assertEqual({(result["outcome"], result["seen"]) for result in others},
                                  {("not run", f"as in rule {failed['number']}: {end}")})
 
+    def test_a_driver_that_is_replaced_is_not_isolated_which_is_told(self):
+        for folders, warnings in (([], 0), (["--plugins", os.path.dirname(os.environ["SIMULATOR"])], 1)):
+            with self.subTest(folders):
+                shown = self.tool("", *folders, "show", "simulator/bench-1")
+                self.assertEqual(shown.returncode, 0, shown.stderr)
+                self.assertEqual(shown.stderr.count("driver 'simulator' is not isolated"), warnings)
+
     def test_where_nothing_can_isolate_this_is_said(self):
         answer = subprocess.run([QELCTL, "check", "--isolated", self.rogue], capture_output=True,
                                 text=True, timeout=PATIENCE)
