@@ -8,6 +8,8 @@
 #include <transportlog.h>
 #include <wire.h>
 
+#include <qeldevices/logging.h>
+
 #include <QtCore/QCoreApplication>
 #include <QtCore/QDeadlineTimer>
 #include <QtCore/QDir>
@@ -31,6 +33,7 @@ constexpr std::chrono::milliseconds firstPause = 100ms;
 constexpr std::chrono::milliseconds longestPause = 10s;
 constexpr std::chrono::milliseconds firstAnswer = 500ms;
 constexpr std::chrono::milliseconds deadline = 10s;
+constexpr std::chrono::milliseconds trialTime = 3s;
 
 // What stands in the certificate of every server; the authority tells one server from another.
 static const char serverName[] = "qeldevicesd";
@@ -65,6 +68,36 @@ std::optional<Connection> readConnection(const QString &fileName, QString *probl
     return std::nullopt;
 }
 
+// What the transport says of a connection that does not come about or breaks, in plain words. What
+// the server itself has said stands as it is.
+static QString inPlainWords(const QString &why, const QString &address)
+{
+    struct Case
+    {
+        const char *part;
+        const char *sentence;
+    };
+    static const Case cases[] = {
+        {"Connection refused", "nothing listens at %1; does the server run?"},
+        {"No such file or directory", "nothing listens at %1; does the server run?"},
+        {"Permission denied", "this user may not use %1"},
+        {"No route to host", "no way leads from here to %1"},
+        {"Network is unreachable", "no way leads from here to %1"},
+        {"DNS resolution failed", "no machine is known here by the address %1"},
+        {"timed out", "nothing answers at %1"},
+        {"imeout", "nothing answers at %1"},
+        {"Connection reset", "the connection to %1 was broken"},
+        {"Broken pipe", "the connection to %1 was broken"},
+        {"Socket closed", "the connection to %1 was broken"},
+        {"failed to connect to all addresses", "there is no connection to %1"},
+    };
+    for (const Case &one : cases) {
+        if (why.contains(QLatin1String(one.part)))
+            return QString::fromLatin1(one.sentence).arg(address);
+    }
+    return why;
+}
+
 static std::shared_ptr<grpc::Channel> channelTo(const Connection &connection)
 {
     grpc::ChannelArguments arguments;
@@ -96,12 +129,16 @@ Server::Server(Connection connection, QObject *parent)
     connect(&m_pause, &QTimer::timeout, this, &Server::start);
     connect(&m_link, &rpc::Link::ready, this, [this] {
         m_absence.clear();
+        m_isRefused = false;
         m_nextPause = firstPause;
     });
     connect(&m_link, &rpc::Link::lost, this, [this](const QString &why) {
-        m_absence = why.contains(QLatin1String("Ssl handshake failed"))
-            ? QStringLiteral("what answers there is not the server that has invited: ") + why
-            : why;
+        qCDebug(LogCDriver) << "Server" << m_connection.name << "is away:" << why;
+        const bool isForeign = why.contains(QLatin1String("Ssl handshake failed"));
+        m_absence = isForeign
+            ? QStringLiteral("what answers there is not the server that has invited")
+            : inPlainWords(why, m_connection.address);
+        m_isRefused = isForeign || m_absence == why;
         m_pause.start(m_nextPause);
         m_nextPause = std::min(2 * m_nextPause, longestPause);
     });
@@ -115,6 +152,7 @@ void Server::start()
     const QString problem = certificateProblem(m_connection);
     if (!problem.isEmpty()) {
         m_absence = problem;
+        m_isRefused = true;
         // The clock may be set.
         m_pause.start(longestPause);
         return;
@@ -137,6 +175,11 @@ rpc::Link *Server::link()
 QString Server::absence() const
 {
     return m_absence;
+}
+
+bool Server::isRefused() const
+{
+    return m_isRefused;
 }
 
 QString Network::fileOf(const QString &name)
@@ -254,6 +297,13 @@ QVariantList Driver::servers() const
 // Stores the connection as it was read, and uses it.
 static QStringList store(const Connection &connection, const QByteArray &content)
 {
+    // What works is not given up for an invitation that the server does not take.
+    if (QFile::exists(Network::fileOf(connection.name))) {
+        Server trial(connection, nullptr);
+        trial.link()->waitUntilReady(trialTime);
+        if (trial.isRefused())
+            return {connection.name, trial.absence()};
+    }
     QSaveFile stored(Network::fileOf(connection.name));
     const bool isStored = QDir().mkpath(connectionFolder()) && stored.open(QIODevice::WriteOnly)
         && stored.setPermissions(QFile::ReadOwner | QFile::WriteOwner) && stored.write(content) >= 0
@@ -302,8 +352,14 @@ QVariantList Driver::keptResults(const QString &server, const QString &name)
         if (!server.isEmpty() && own != server)
             continue;
         const auto results = one->link()->keptResults(name, deadline);
-        if (!results)
+        if (!results) {
+            const QString absence = one->absence();
+            all.append(
+                QVariantMap{{QStringLiteral("server"), own},
+                            {QStringLiteral("absence"),
+                             absence.isEmpty() ? QStringLiteral("it does not answer") : absence}});
             continue;
+        }
         for (const rpc::wire::KeptResult &kept : *results)
             all.append(QVariantMap{
                 {QStringLiteral("server"), own},

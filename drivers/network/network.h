@@ -40,6 +40,9 @@ public:
     rpc::Link *link();
     /// Why the server is away; empty when it is there.
     QString absence() const;
+    /// Whether it is away because it, or this side, does not take the invitation; a server that
+    /// merely cannot be reached has not refused.
+    bool isRefused() const;
 
 private:
     void start();
@@ -49,6 +52,7 @@ private:
     QTimer m_pause;
     std::chrono::milliseconds m_nextPause;
     QString m_absence;
+    bool m_isRefused = false;
 };
 
 /// All servers of this user: those stored by "qelctl connect", and the one in the file that
@@ -86,13 +90,15 @@ public:
     /// "instruments".
     Q_INVOKABLE QVariantList servers() const;
     /// Stores the connection in `fileName` and uses it from now on. Returns the server's name, or a
-    /// list of nothing and a sentence.
+    /// list of nothing and a sentence. In place of a stored connection, an invitation that is
+    /// refused is not stored: the name and a sentence are returned. May take some seconds then.
     Q_INVOKABLE QStringList addConnection(const QString &fileName);
     /// The same with the server of this machine: the user's own, or that of the system.
     Q_INVOKABLE QStringList addLocalServer();
     /// What the servers keep of runs whose results have reached nobody: one map for each, with the
     /// texts "server", "name" and "problem" and the "document" as JSON. Without a `name`, of all
-    /// results of all servers, the documents without the results themselves.
+    /// results of all servers, the documents without the results themselves. A server that is away
+    /// has one map, with "server" and, as a sentence, its "absence".
     Q_INVOKABLE QVariantList keptResults(const QString &server, const QString &name);
     /// Forgets the server `name`; false when there is none.
     Q_INVOKABLE bool removeConnection(const QString &name);

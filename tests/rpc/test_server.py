@@ -6,6 +6,7 @@ import os
 import pathlib
 import platform
 import re
+import signal
 import socket
 import ssl
 import stat
@@ -332,7 +333,7 @@ class ServerTest(ServerCase):
         end = time.monotonic() + PATIENCE
         while "revoked" not in (told := self.tool("anna", "servers").stdout):
             self.assertLess(time.monotonic(), end, told)
-        self.assertNotEqual(self.tool("anna", "run", "A-1", "orientation").returncode, 0)
+        self.tells_absence("anna", "revoked")
         self.assertNotEqual(self.keeper("revoke", "anna").returncode, 0)
 
     def test_expired(self):
@@ -347,6 +348,7 @@ class ServerTest(ServerCase):
         end = time.monotonic() + PATIENCE
         while "expired on 2020-01-01" not in (told := self.tool("anna", "servers").stdout):
             self.assertLess(time.monotonic(), end, told)
+        self.tells_absence("anna", "expired on 2020-01-01")
         self.await_log("refused client='anna' why='the invitation of 'anna' has expired")
         self.assertIn("expired", self.keeper("clients").stdout)
 
@@ -430,7 +432,18 @@ class ServerTest(ServerCase):
                 self.assertNotRegex(connected.stderr, r"\.cc:\d")
                 if code == 4:
                     self.assertIn(why, self.tool(name, "servers").stdout)
+                    self.keeps_what_works(file, why)
         self.refused_by_the_server()
+
+    def keeps_what_works(self, refused, why):
+        refused.write_text(json.dumps({**json.loads(refused.read_text()), "server": "good"}))
+        good = self.folder / "anna" / "qeldevices" / "connections" / "good.json"
+        before = json.loads((self.folder / "anna.invitation").read_text())
+        good.write_text(json.dumps({**before, "server": "good"}))
+        kept = good.read_text()
+        connected = self.tool("anna", "connect", str(refused))
+        self.assertEqual((connected.returncode, good.read_text()), (4, kept), connected.stderr)
+        self.assertIn(why, connected.stderr)
 
     def refused_by_the_server(self):
         """Who does not look at its own certificate is refused all the same, which the log says."""
@@ -450,13 +463,32 @@ class ServerTest(ServerCase):
                             raise ConnectionError
             self.await_log("transport what='.*(verify failed|did not return a certificate)")
 
+    def tells_absence(self, user, why):
+        """Whatever would have asked the server says that it could not, and nothing else changes."""
+        for arguments, code in ((("list", "--json"), 0), (("list", "--driver", "Network"), 0),
+                                (("results",), 4), (("results", "--json"), 4),
+                                (("results", f"{platform.node()}/x"), 4), (("show", "A-1"), 3),
+                                (("run", f"Network/{platform.node()}/x", "orientation"), 3)):
+            with self.subTest(arguments=arguments, why=why):
+                told = self.tool(user, *arguments)
+                self.assertEqual(told.returncode, code, told.stderr)
+                self.assertRegex(told.stderr,
+                                 f"(?m)^qelctl: The server '{platform.node()}' is away: .*{why}")
+                self.assertNotIn("A-1", told.stdout)
+                if "--json" in arguments:
+                    json.loads(told.stdout)
+        self.assertNotIn("away", self.tool(user, "list", "--interface", "serial").stderr)
+
     def test_server_goes_and_comes(self):
         self.start()
         self.connect("anna")
+        self.server.send_signal(signal.SIGSTOP)
+        self.tells_absence("anna", "it has not answered yet")
         self.stop()
-        away = self.tool("anna", "list")
-        self.assertEqual(away.returncode, 0)
-        self.assertNotIn("A-1", away.stdout)
+        self.tells_absence("anna", f"nothing listens at {self.host}:{self.port}")
+        debugged = self.tool("anna", "--log", "debug", "servers")
+        self.assertIn("Connection refused", debugged.stderr)
+        self.assertNotIn("Connection refused", debugged.stdout)
         self.start()
         end = time.monotonic() + PATIENCE
         while "A-1" not in self.tool("anna", "list").stdout:

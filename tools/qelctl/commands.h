@@ -20,6 +20,9 @@ extern const Command newDriverCommand;
 extern const Command runCommand;
 extern const Command watchCommand;
 
+/// Says, a line for each, which servers of this user are away and why.
+void tellAbsences();
+
 /// Whether this process is one that the command "doctor" has started to load plugins in, and what
 /// it does instead of its usual work: its standard streams lead to the one that waits for its
 /// answers.

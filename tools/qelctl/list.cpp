@@ -35,6 +35,12 @@ struct Filter
         return !interface || info.interface() == *interface;
     }
 
+    bool includesServers() const
+    {
+        return (drivers.isEmpty() || drivers.contains(QStringLiteral("Network")))
+            && interface.value_or(DeviceInfo::Network) == DeviceInfo::Network;
+    }
+
     QList<DeviceInfo> apply(const QList<DeviceInfo> &devices) const
     {
         QList<DeviceInfo> kept;
@@ -180,6 +186,8 @@ int run(const QStringList &arguments)
         return watchInstruments(filter, json);
     const Enumeration enumeration = enumerate(filter.drivers);
     const auto devices = filter.apply(enumeration.devices());
+    if (filter.includesServers())
+        tellAbsences();
     if (json)
         return printData(asJson(devices, enumeration));
     if (devices.isEmpty()) {

@@ -52,6 +52,16 @@ QVariantList serversOf(QObject *driver)
     return servers;
 }
 
+QString stringOf(const QVariant &server, const char *key)
+{
+    return server.toMap().value(QLatin1String(key)).toString();
+}
+
+QString absenceOf(const QVariant &server, const char *nameKey)
+{
+    return text("qelctl-server-away", stringOf(server, nameKey), stringOf(server, "absence"));
+}
+
 // Servers are connected to in the background; each gets a moment to answer or to refuse.
 void awaitServers(QObject *driver)
 {
@@ -76,11 +86,6 @@ void awaitServers(QObject *driver)
     loop.exec();
 }
 
-QString stringOf(const QVariant &server, const char *key)
-{
-    return server.toMap().value(QLatin1String(key)).toString();
-}
-
 int runConnect(const QStringList &arguments)
 {
     CommandLine line(connectCommand);
@@ -102,6 +107,8 @@ int runConnect(const QStringList &arguments)
             Q_ARG(QString, QFileInfo(line.positional().at(0)).absoluteFilePath()));
     if (answer.value(0).isEmpty())
         return fail(RunFailed, answer.value(1));
+    if (answer.size() > 1)
+        return fail(CannotOpen, text("qelctl-connect-kept", answer.at(0), answer.at(1)));
     awaitServers(driver);
     const QString server = answer.at(0);
     const auto servers = serversOf(driver);
@@ -229,6 +236,8 @@ int fetchResult(QObject *driver, const CommandLine &line)
     const QString name = full.section(QLatin1Char('/'), 1);
     const auto found = name.isEmpty() ? QVariantList() : keptResults(driver, server, name);
     const QVariant kept = found.value(0);
+    if (!stringOf(kept, "absence").isEmpty())
+        return fail(CannotOpen, absenceOf(kept, "server"));
     QString problem = stringOf(kept, "problem");
     if (!problem.isEmpty())
         return fail(RunFailed, problem);
@@ -249,8 +258,13 @@ int listResults(QObject *driver, bool asJson)
     QList<QStringList> rows{{text("qelctl-column-result"), text("qelctl-column-serial"),
                              text("qelctl-column-name"), text("qelctl-column-feature")}};
     QJsonArray entries;
+    QVariantList away;
     const auto results = keptResults(driver, QString(), QString());
     for (const QVariant &kept : results) {
+        if (!stringOf(kept, "absence").isEmpty()) {
+            away.append(kept);
+            continue;
+        }
         const QJsonObject document = documentOf(kept);
         const QString name = stringOf(kept, "server") + QLatin1Char('/') + stringOf(kept, "name");
         const QString feature = qel::values::featureName(
@@ -265,11 +279,12 @@ int listResults(QObject *driver, bool asJson)
                         {QStringLiteral("feature"), feature},
                         {QStringLiteral("startedAt"), document.value(QLatin1String("startedAt"))}});
     }
-    if (!asJson)
-        return printData(table(rows));
     QJsonObject json = document(QStringLiteral("qelctl-results"));
     json.insert(QStringLiteral("results"), entries);
-    return printData(indented(json));
+    const int printed = printData(asJson ? indented(json) : table(rows));
+    for (const QVariant &kept : qAsConst(away))
+        complain(absenceOf(kept, "server"));
+    return printed == Done && !away.isEmpty() ? int(CannotOpen) : printed;
 }
 
 int runResults(const QStringList &arguments)
@@ -291,6 +306,19 @@ int runResults(const QStringList &arguments)
 }
 
 } // namespace
+
+void tellAbsences()
+{
+    auto *driver =
+        dynamic_cast<QObject *>(DeviceBroker::DRIVERS.value(QStringLiteral("Network")).get());
+    if (!driver)
+        return;
+    const auto servers = serversOf(driver);
+    for (const QVariant &server : servers) {
+        if (!stringOf(server, "absence").isEmpty())
+            complain(absenceOf(server, "name"));
+    }
+}
 
 const Command connectCommand{"connect", "qelctl-connect-summary", "qelctl-connect-details",
                              &runConnect};

@@ -795,6 +795,14 @@ Dann setzen Sie Ihr Protokoll dort ein, wo in den Quellen PROTOCOL steht.
         <source></source>
         <translation>Die Verbindung zu „%1“ ist gespeichert, aber der Server ist nicht erreichbar: %2</translation>
     </message>
+    <message id="qelctl-connect-kept">
+        <source></source>
+        <translation>Diese Einladung ersetzt die gespeicherte Verbindung zu „%1“ nicht: %2</translation>
+    </message>
+    <message id="qelctl-server-away">
+        <source></source>
+        <translation>Der Server „%1“ ist nicht erreichbar: %2</translation>
+    </message>
     <message id="qelctl-connected">
         <source></source>
         <translation>Mit „%1“ verbunden. Dort gibt es diese Geräte:</translation>

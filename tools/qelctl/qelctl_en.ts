@@ -794,6 +794,14 @@ Then put your protocol where its sources say PROTOCOL.
         <source></source>
         <translation>The connection to '%1' is stored, but the server is away: %2</translation>
     </message>
+    <message id="qelctl-connect-kept">
+        <source></source>
+        <translation>This invitation does not replace the stored connection to '%1': %2</translation>
+    </message>
+    <message id="qelctl-server-away">
+        <source></source>
+        <translation>The server '%1' is away: %2</translation>
+    </message>
     <message id="qelctl-connected">
         <source></source>
         <translation>Connected to '%1'. It has these instruments:</translation>

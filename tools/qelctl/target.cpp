@@ -1,5 +1,6 @@
 #include "target.h"
 
+#include "commands.h"
 #include "interrupt.h"
 #include "prompt.h"
 #include "statusline.h"
@@ -36,6 +37,7 @@ std::unique_ptr<Device> createTarget(const QString &argument, bool exact)
             complain(text("qelctl-taken", titleOf(*info)));
     }
     if (!info) {
+        tellAbsences(); // one of them may have what is wanted
         complain(problem);
         return nullptr;
     }
