@@ -14,6 +14,7 @@ namespace qel::rpc {
 using namespace std::chrono_literals;
 
 static const char lostText[] = "qel-remote-lost";
+static const char serverLostText[] = "qel-remote-server-lost";
 static const char silentText[] = "qel-remote-silent";
 
 constexpr std::chrono::milliseconds firstPause = 100ms;
@@ -34,7 +35,7 @@ FarSession::FarSession(wire::Record record, Link *link, bool observes)
             m_lastMoment.start(m_link->lastMoment());
     });
     connect(&m_lastMoment, &QTimer::timeout, this, &FarSession::watchDeadline);
-    connect(&m_grace, &QTimer::timeout, this, [this] { lose(lostText); });
+    connect(&m_grace, &QTimer::timeout, this, [this] { loseConnection(); });
     connect(&m_retry, &QTimer::timeout, this, &FarSession::attach);
     if (!link)
         return;
@@ -151,7 +152,7 @@ void FarSession::read()
         if (isBroken && !m_secret.empty())
             suspend();
         else
-            lose(lostText);
+            loseConnection();
     } else if (!m_secret.empty() && m_isAttached && m_heard - m_confirmed >= longestSilence) {
         transmit({});
     }
@@ -212,7 +213,7 @@ void FarSession::suspend()
     m_isAttached = false;
     m_deadline.stop();
     if (!m_link) {
-        lose(lostText);
+        loseConnection();
         return;
     }
     if (!m_grace.isActive())
@@ -234,6 +235,12 @@ void FarSession::lose(const char *infoTrId)
     for (QTimer *timer : {&m_deadline, &m_lastMoment, &m_grace, &m_retry})
         timer->stop();
     emit lost(QLatin1String(infoTrId));
+}
+
+// A session that outlives its connection is one with a server, which keeps results.
+void FarSession::loseConnection()
+{
+    lose(m_secret.empty() ? lostText : serverLostText);
 }
 
 void FarSession::expectAnswer()

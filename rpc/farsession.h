@@ -61,6 +61,7 @@ private:
     void resume(quint64 heard);
     void suspend();
     void lose(const char *infoTrId);
+    void loseConnection();
     void watchDeadline();
     void expectAnswer();
 

@@ -1,5 +1,7 @@
 #include "outbox.h"
 
+#include "wire.h"
+
 namespace qel::rpc {
 
 bool Outbox::add(const wire::Event &event, int kind)
@@ -8,9 +10,9 @@ bool Outbox::add(const wire::Event &event, int kind)
         m_size -= m_entries.back().size;
         m_entries.pop_back();
     }
-    m_entries.push_back({event, kind, event.ByteSizeLong()});
+    m_entries.push_back({event, kind, memoryOf(event)});
     m_size += m_entries.back().size;
-    return m_entries.size() <= maximumCount && m_size <= maximumSize;
+    return m_size <= maximumSize;
 }
 
 void Outbox::drop(quint64 number)

@@ -31,8 +31,7 @@ public:
     }
 
 private:
-    static constexpr std::size_t maximumCount = 4000;
-    static constexpr std::size_t maximumSize = 64 * 1024 * 1024;
+    static constexpr std::size_t maximumSize = 64 * 1024 * 1024; // bytes
 
     struct Entry
     {

@@ -7,6 +7,10 @@
         <source></source>
         <translation>Die Verbindung zum Treiber ist abgebrochen.</translation>
     </message>
+    <message id="qel-remote-server-lost">
+        <source></source>
+        <translation>Die Verbindung zum Server ist abgebrochen. Was er noch misst, bleibt dort erhalten: siehe „qelctl results“.</translation>
+    </message>
     <message id="qel-remote-silent">
         <source></source>
         <translation>Der Treiber antwortet nicht mehr und wurde beendet.</translation>

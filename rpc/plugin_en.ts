@@ -7,6 +7,10 @@
         <source></source>
         <translation>The connection to the driver was lost.</translation>
     </message>
+    <message id="qel-remote-server-lost">
+        <source></source>
+        <translation>The connection to the server was lost. What it still measures is kept there: see 'qelctl results'.</translation>
+    </message>
     <message id="qel-remote-silent">
         <source></source>
         <translation>The driver did not answer any more and was ended.</translation>

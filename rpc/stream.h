@@ -3,6 +3,7 @@
 
 #include "completions.h"
 #include "instruments.pb.h"
+#include "wire.h"
 
 #include <QtCore/QObject>
 
@@ -64,13 +65,13 @@ public:
         const std::lock_guard lock(m_mutex);
         if (m_isClosed)
             return true;
-        const std::size_t size = message.ByteSizeLong();
+        const std::size_t size = memoryOf(message);
         if (kind != 0 && !m_queue.empty() && m_queue.back().kind == kind) {
             m_queueSize += size - m_queue.back().size;
             m_queue.back() = {std::move(message), kind, size};
             return true;
         }
-        if (m_queue.size() >= maximumQueue || m_queueSize + size > maximumQueueSize)
+        if (m_queueSize + size > maximumQueueSize)
             return false;
         m_queueSize += size;
         m_queue.push_back({std::move(message), kind, size});
@@ -188,7 +189,6 @@ protected:
     mutable std::mutex m_mutex;
 
 private:
-    static constexpr std::size_t maximumQueue = 4096;
     static constexpr std::size_t maximumArrived = 256;
     // More than an Outbox, which is sent at once.
     static constexpr std::size_t maximumQueueSize = 6 * std::size_t(maximumMessageSize);
@@ -252,7 +252,7 @@ private:
     {
         Outgoing message = pop();
         if constexpr (std::is_same_v<Outgoing, wire::Events>) {
-            std::size_t size = message.ByteSizeLong();
+            std::size_t size = memoryOf(message);
             while (!m_queue.empty()) {
                 size += m_queue.front().size;
                 if (size > maximumTogether)

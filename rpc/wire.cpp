@@ -26,6 +26,12 @@ QString fromWire(const std::string &text)
     return QString::fromStdString(text);
 }
 
+std::size_t memoryOf(const google::protobuf::MessageLite &message)
+{
+    constexpr std::size_t besidesItsContent = 512;
+    return message.ByteSizeLong() + besidesItsContent;
+}
+
 wire::Hello hello()
 {
     wire::Hello hello;

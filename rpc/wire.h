@@ -7,6 +7,7 @@
 
 #include <QtCore/QVariant>
 
+#include <cstddef>
 #include <optional>
 
 /// Drives instruments in other processes and on other machines: the device at the near end, and
@@ -15,6 +16,10 @@ namespace qel::rpc {
 
 /// The version of the protocol. It changes when an older peer would misunderstand.
 constexpr int protocolVersion = 4;
+
+/// About how much memory a message takes while it waits, in bytes: a small one takes more than its
+/// content.
+std::size_t memoryOf(const google::protobuf::MessageLite &message);
 
 /// How this side introduces itself.
 wire::Hello hello();

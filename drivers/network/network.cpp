@@ -19,6 +19,8 @@
 #include <QtCore/QPointer>
 #include <QtCore/QSaveFile>
 
+#include <openssl/crypto.h>
+
 #include <algorithm>
 #include <utility>
 
@@ -380,6 +382,8 @@ bool Driver::removeConnection(const QString &name)
 
 extern "C" Q_DECL_EXPORT void qelRegisterDrivers()
 {
+    // A handshake may still be going on when the process ends.
+    OPENSSL_init_crypto(OPENSSL_INIT_NO_ATEXIT, nullptr);
     qel::rpc::hushTransport();
     qel::rpc::FarTexts::instance();
     qel::network::Network::instance();

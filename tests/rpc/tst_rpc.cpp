@@ -241,8 +241,14 @@ private:
         char bytes[4096];
         const auto count = ::recv(m_sockets[from], bytes, sizeof bytes, MSG_DONTWAIT);
         const auto passed = std::min<qint64>(count, m_left[from]);
-        if (passed > 0)
-            ::send(m_sockets[1 - from], bytes, size_t(passed), MSG_NOSIGNAL);
+        qint64 sent = 0;
+        while (sent < passed) {
+            const auto more =
+                ::send(m_sockets[1 - from], bytes + sent, size_t(passed - sent), MSG_NOSIGNAL);
+            if (more < 0 && errno != EAGAIN)
+                break;
+            sent += std::max<qint64>(more, 0);
+        }
         carried[from] += std::max<qint64>(passed, 0);
         m_left[from] -= passed;
         if (count == 0 || passed < count)
@@ -362,6 +368,7 @@ private slots:
     void learnsThatThereIsNoSuchInstrument();
     void opensAgainWithTheNextConnection();
     void mergesProgressOnly();
+    void carriesEveryValueOfABurst();
     void deletesTheFarDeviceWithTheNearOne();
     void keepsAResultUntilTheApplicationHasIt_data();
     void keepsAResultUntilTheApplicationHasIt();
@@ -718,6 +725,28 @@ void tst_Rpc::mergesProgressOnly()
     QVERIFY(std::is_sorted(steps.cbegin(), steps.cend()));
     QCOMPARE(steps.constLast(), 1.0);
     QVERIFY(steps.size() < many);
+}
+
+// In one call of the driver: nobody can hear of them before it returns.
+void tst_Rpc::carriesEveryValueOfABurst()
+{
+    OpenGate gate;
+    Line line(&gate);
+    useLine(&line);
+    m_device->open();
+    QTRY_VERIFY_WITH_TIMEOUT(m_device->isOpen(), patience);
+    constexpr int many = 10000;
+    far()->onExecute = [](FarDevice *device) {
+        for (int i = 0; i < many; ++i)
+            emit device->transientValue(feature, i);
+        emit device->executed(feature, true, many);
+    };
+    int next = 0;
+    connect(m_device.get(), &Device::transientValue, this,
+            [&](Device::DeviceFeature, const QVariant &value) { next += value == next; });
+    m_device->execute(feature);
+    QTRY_COMPARE_WITH_TIMEOUT(m_heard->results, QVariantList{many}, patience);
+    QCOMPARE(next, many);
 }
 
 void tst_Rpc::deletesTheFarDeviceWithTheNearOne()
