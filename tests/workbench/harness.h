@@ -21,6 +21,9 @@
 
 #include <memory>
 
+// A run under sanitizers on a machine that has other things to do.
+constexpr int patience = 30000; // ms
+
 /// A window on a simulated lab, with a history, settings and scenario of its own.
 class Bench
 {

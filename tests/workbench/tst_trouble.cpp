@@ -220,7 +220,7 @@ void TestTrouble::wrongInput()
     wells->clear();
     QTest::keyClicks(wells, "A1:B2");
     start();
-    QTRY_COMPARE(kept(), 1);
+    QTRY_COMPARE_WITH_TIMEOUT(kept(), 1, patience);
     QTRY_VERIFY(m_bench->find<QLabel>("statistics")->text().startsWith("All 4 wells"));
 }
 
@@ -287,7 +287,7 @@ void TestTrouble::unplugged()
     m_bench->click("again");
     QTRY_VERIFY_WITH_TIMEOUT(m_bench->find<QPushButton>("start")->isEnabled(), 20000);
     start();
-    QTRY_COMPARE(kept(), 1);
+    QTRY_COMPARE_WITH_TIMEOUT(kept(), 1, patience);
 }
 
 void TestTrouble::faults_data()

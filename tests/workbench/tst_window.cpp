@@ -109,7 +109,7 @@ void TestWindow::comparison()
     m_bench->open();
     for (int run = 1; run <= 2; ++run) {
         start();
-        QTRY_COMPARE(kept(), run);
+        QTRY_COMPARE_WITH_TIMEOUT(kept(), run, patience);
     }
     m_bench->find<QTabWidget>("panes")->setCurrentIndex(1);
     auto *history = m_bench->find<QTableView>("history");
@@ -144,7 +144,7 @@ void TestWindow::contentIsPainted()
     m_bench->setUpOne("absorbance-96");
     m_bench->open();
     start();
-    QTRY_COMPARE(kept(), 1);
+    QTRY_COMPARE_WITH_TIMEOUT(kept(), 1, patience);
     auto *plate = m_bench->find<PlateView>("plate");
     const auto drag = [plate](int from, int to) {
         const auto center = [plate](int well) {
@@ -201,10 +201,10 @@ void TestWindow::byKeyboardAlone()
     }
     QVERIFY(hasStarted);
     QVERIFY(seen.contains(m_bench->find<QCheckBox>("wavelengths450")));
-    QTRY_COMPARE(kept(), 1);
+    QTRY_COMPARE_WITH_TIMEOUT(kept(), 1, patience);
     QTRY_COMPARE(QApplication::focusWidget()->objectName(), "start");
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Space);
-    QTRY_COMPARE(kept(), 2);
+    QTRY_COMPARE_WITH_TIMEOUT(kept(), 2, patience);
 
     QTest::keyClick(m_bench->window(), Qt::Key_F, Qt::ControlModifier);
     for (int step = 0; step < 6 && QApplication::focusWidget()->objectName() != "history"; ++step)
@@ -232,7 +232,7 @@ void TestWindow::choicesAreRemembered()
     m_bench->find<QLineEdit>("integrationTime")->setText("40");
     m_bench->find<QLineEdit>("selectedWells")->setText("A1:B2");
     m_bench->click("start");
-    QTRY_COMPARE(kept(), 1);
+    QTRY_COMPARE_WITH_TIMEOUT(kept(), 1, patience);
 
     m_bench->close();
     m_bench->open();
