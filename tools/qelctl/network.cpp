@@ -107,10 +107,9 @@ int runConnect(const QStringList &arguments)
             Q_ARG(QString, QFileInfo(line.positional().at(0)).absoluteFilePath()));
     if (answer.value(0).isEmpty())
         return fail(RunFailed, answer.value(1));
-    // Also before a refusal: a process that ends amid the handshakes of others may crash.
-    awaitServers(driver);
     if (answer.size() > 1)
         return fail(CannotOpen, text("qelctl-connect-kept", answer.at(0), answer.at(1)));
+    awaitServers(driver);
     const QString server = answer.at(0);
     const auto servers = serversOf(driver);
     for (const QVariant &entry : servers) {
