@@ -2,6 +2,8 @@
 
 #include "identity.h"
 
+#include <qelvalues/printable.h>
+
 #include <QtCore/QDir>
 #include <QtCore/QFile>
 #include <QtCore/QJsonArray>
@@ -9,7 +11,10 @@
 #include <QtCore/QJsonObject>
 
 #include <algorithm>
+#include <cerrno>
 #include <iterator>
+
+#include <unistd.h>
 
 namespace qel::server {
 
@@ -27,6 +32,13 @@ std::optional<Role> readRole(const QString &text)
             return Role(i);
     }
     return std::nullopt;
+}
+
+bool isClientName(const QString &name)
+{
+    constexpr int longest = 64;
+    return !name.isEmpty() && name.size() <= longest && name == name.trimmed()
+        && name == values::printable(name);
 }
 
 QString Client::refusal() const
@@ -50,13 +62,16 @@ QString Clients::fileName() const
 
 bool Clients::load(QString *problem)
 {
-    QFile file(m_fileName);
-    if (!file.exists()) {
+    if (::access(QFile::encodeName(m_fileName).constData(), F_OK) != 0 && errno == ENOENT) {
         m_clients.clear();
         return true;
     }
-    const QJsonDocument document =
-        file.open(QIODevice::ReadOnly) ? QJsonDocument::fromJson(file.readAll()) : QJsonDocument();
+    QFile file(m_fileName);
+    if (!file.open(QIODevice::ReadOnly)) {
+        *problem = QStringLiteral("'%1' cannot be read: %2").arg(m_fileName, file.errorString());
+        return false;
+    }
+    const QJsonDocument document = QJsonDocument::fromJson(file.readAll());
     if (!document.isArray()) {
         *problem = QStringLiteral("'%1' is no list of clients").arg(m_fileName);
         return false;

@@ -29,6 +29,9 @@ struct Client
     QString refusal() const;
 };
 
+/// Whether somebody can be invited as `name`: 1 to 64 visible characters, the first and the last of
+/// which are no blanks.
+bool isClientName(const QString &name);
 std::optional<Role> readRole(const QString &text);
 QString roleName(Role role);
 

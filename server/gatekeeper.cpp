@@ -23,6 +23,15 @@ constexpr quint64 maximumBytes = 64 * 1024 * 1024; // a second
 
 constexpr int longestDetail = 2000; // characters; part of it comes from outside
 
+// So that no value can end early and bring a field of its own.
+static QString quoted(const QString &value)
+{
+    QString text = values::printable(value.left(longestDetail));
+    text.replace(QLatin1Char('\\'), QLatin1String("\\\\"));
+    text.replace(QLatin1Char('\''), QLatin1String("\\'"));
+    return QLatin1Char('\'') + text + QLatin1Char('\'');
+}
+
 void audit(bool logsJson, const QString &event, const QList<QPair<QString, QString>> &details)
 {
     QByteArray line;
@@ -36,8 +45,7 @@ void audit(bool logsJson, const QString &event, const QList<QPair<QString, QStri
     } else {
         line = event.toUtf8();
         for (const auto &[key, value] : details)
-            line += ' ' + key.toUtf8() + "='"
-                + values::printable(value.left(longestDetail)).toUtf8() + '\'';
+            line += ' ' + key.toUtf8() + '=' + quoted(value).toUtf8();
     }
     line += '\n';
     std::fwrite(line.constData(), 1, size_t(line.size()), stderr);

@@ -7,6 +7,7 @@
 #include <transportlog.h>
 
 #include <qeldevices/qeldevices_global.h>
+#include <qelvalues/printable.h>
 
 #include <QtCore/QCommandLineParser>
 #include <QtCore/QCoreApplication>
@@ -22,8 +23,10 @@
 #include <QtCore/QSysInfo>
 #include <QtCore/QUuid>
 
+#include <cerrno>
 #include <csignal>
 #include <cstdio>
+#include <cstring>
 
 #include <sys/resource.h>
 #include <sys/socket.h>
@@ -155,6 +158,11 @@ static bool isLocked(QLockFile *lock, QString *problem)
 
 static int invite(const QCommandLineParser &line, const QString &name)
 {
+    if (!isClientName(name))
+        return fail(BadUsage,
+                    QStringLiteral("invite: '%1' is no name: one has 1 to 64 visible characters, "
+                                   "and neither begins nor ends with a blank")
+                        .arg(values::printable(name)));
     const auto role = readRole(line.value(QStringLiteral("role")));
     if (!role)
         return fail(BadUsage,
@@ -214,7 +222,7 @@ static int listClients(const QCommandLineParser &line)
         return fail(Failed, problem);
     for (const Client &client : clients.all()) {
         const QString refusal = client.refusal();
-        std::printf("%-20s %-8s until %s%s\n", client.name.toUtf8().constData(),
+        std::printf("%-20s %-8s until %s%s\n", values::printable(client.name).toUtf8().constData(),
                     roleName(client.role).toUtf8().constData(),
                     client.expires.toString(QStringLiteral("yyyy-MM-dd")).toUtf8().constData(),
                     client.isRevoked         ? "  revoked"
@@ -239,6 +247,11 @@ static int revoke(const QCommandLineParser &line, const QString &name)
 static int listResults(const QCommandLineParser &line)
 {
     const QDir folder(stateFolder(line) + QStringLiteral("/results"));
+    const QByteArray path = QFile::encodeName(folder.path());
+    if (::access(path.constData(), R_OK | X_OK) != 0 && errno != ENOENT)
+        return fail(Failed,
+                    QStringLiteral("the folder '%1' cannot be read: %2")
+                        .arg(folder.path(), QString::fromLocal8Bit(strerror(errno))));
     const auto files = folder.entryInfoList({QStringLiteral("*.json")}, QDir::Files, QDir::Name);
     for (const QFileInfo &file : files)
         std::printf("%s\n", file.absoluteFilePath().toLocal8Bit().constData());
@@ -292,6 +305,11 @@ static int run()
         return invite(line, words.at(1));
     if (command == QLatin1String("revoke") && words.size() == 2)
         return revoke(line, words.at(1));
+    if ((command == QLatin1String("invite") || command == QLatin1String("revoke"))
+        && words.size() == 1)
+        return fail(BadUsage,
+                    QStringLiteral("%1: the NAME of the client is missing: qeldevicesd %1 NAME")
+                        .arg(command));
     return fail(BadUsage,
                 QStringLiteral("'%1' makes no sense; see qeldevicesd --help")
                     .arg(words.join(QLatin1Char(' '))));

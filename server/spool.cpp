@@ -109,8 +109,9 @@ static bool write(const QString &fileName, const QByteArray &content, QString *p
 QString Spool::keep(const QString &client, const Device &device, const rpc::FarRun &run,
                     const QVariant &result, QString *problem)
 {
-    if (!QDir().mkpath(m_folder)) {
-        *problem = QStringLiteral("the folder '%1' cannot be made").arg(m_folder);
+    if (::mkdir(QFile::encodeName(m_folder).constData(), S_IRWXU) != 0 && errno != EEXIST) {
+        *problem = QStringLiteral("the folder '%1' cannot be made: %2")
+                       .arg(m_folder, QString::fromLocal8Bit(strerror(errno)));
         return {};
     }
     // Names of clients come from outside.

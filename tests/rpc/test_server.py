@@ -163,6 +163,12 @@ class ServerTest(ServerCase):
     def test_wrong_words(self):
         """What is wrong is named, and nothing is stored."""
         for words, why in (
+                (["invite"], "invite: the NAME of the client is missing"),
+                (["revoke"], "revoke: the NAME of the client is missing"),
+                (["invite", ""], "'' is no name"),
+                (["invite", " "], "' ' is no name"),
+                (["invite", "a\nb"], "'a\ufffdb' is no name"),
+                (["invite", "a" * 65], "is no name: one has 1 to 64"),
                 (["--listen", "127.0.0.1:99999"], "--listen: '99999' is no port"),
                 (["--listen", "127.0.0.1:"], "--listen: '' is no port"),
                 (["--listen", "127.0.0.1"], "--listen: '127.0.0.1' lacks the port"),
@@ -183,6 +189,11 @@ class ServerTest(ServerCase):
                 self.assertIn(why, told.stderr)
                 self.assertNotIn("another server", told.stderr)
         self.assertFalse(self.state.exists())
+        for command in ("results", "clients"):
+            unreadable = subprocess.run([SERVER, "--state", __file__, command],
+                                        capture_output=True, text=True, timeout=PATIENCE)
+            self.assertEqual(unreadable.returncode, 1)
+            self.assertIn("cannot be read: Not a directory", unreadable.stderr)
         for host, address in (("lab-pc.example", "lab-pc.example:7735"), ("[::1]", "[::1]:7735"),
                               ("10.0.0.1:80", "10.0.0.1:80")):
             invited = self.keeper("invite", host, "--host", host)
@@ -277,6 +288,7 @@ class ServerTest(ServerCase):
         self.await_log("release client='anna'")
         kept = self.keeper("results").stdout.splitlines()
         self.assertEqual(len(kept), 1)
+        self.assertEqual(stat.S_IMODE((self.state / "results").stat().st_mode), 0o700)
         for file in (self.state / "results").iterdir():
             self.assertEqual(stat.S_IMODE(file.stat().st_mode), 0o600, file)
         self.fetch_what_is_kept()
@@ -349,7 +361,7 @@ class ServerTest(ServerCase):
         while "expired on 2020-01-01" not in (told := self.tool("anna", "servers").stdout):
             self.assertLess(time.monotonic(), end, told)
         self.tells_absence("anna", "expired on 2020-01-01")
-        self.await_log("refused client='anna' why='the invitation of 'anna' has expired")
+        self.await_log("refused client='anna' why='the invitation of \\\\'anna\\\\' has expired")
         self.assertIn("expired", self.keeper("clients").stdout)
 
     def test_strangers(self):
