@@ -156,7 +156,8 @@ server)
     server=$!
     trap 'kill $server; wait' EXIT
     for _ in $(seq 100); do
-        qelctl connect --local >connect 2>&1 && break
+        # The driver may still be starting when the server answers.
+        qelctl connect --local >connect 2>&1 && grep -q SIM-A-0001 connect && break
         sleep 0.1
     done
     has connect 'SIM-A-0001'
