@@ -106,7 +106,10 @@ public:
 
     void click(const char *name) const
     {
-        QTest::mouseClick(find<QWidget>(name), Qt::LeftButton);
+        auto *widget = find<QWidget>(name);
+        // Nobody clicks what is grey.
+        QVERIFY2(QTest::qWaitFor([widget] { return widget->isEnabled(); }, patience), name);
+        QTest::mouseClick(widget, Qt::LeftButton);
     }
 
 private:
